@@ -1,0 +1,85 @@
+# The build's rules in one place: language, warnings, where results lie, and one function for each kind of target.
+# Every folder is one target and takes all the sources that lie directly in it.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+# Programs and the libraries they load lie side by side, so that a build folder works from wherever it is put.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+set(CMAKE_INSTALL_RPATH $ORIGIN)
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+  set(CMAKE_C_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+endif()
+
+add_library(PvxOptions INTERFACE)
+target_compile_options(PvxOptions INTERFACE
+  -Wall -Wextra -Wshadow -Wconversion
+  # The same scene has to give the same bytes on every machine, so no fused operations behind our back.
+  -ffp-contract=off
+  $<$<BOOL:${PVX_WERROR}>:-Werror>)
+target_include_directories(PvxOptions INTERFACE ${CMAKE_SOURCE_DIR})
+if(PVX_SANITIZE)
+  target_compile_options(PvxOptions INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(PvxOptions INTERFACE -fsanitize=address,undefined)
+endif()
+
+function(pvx_sources out)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  set(${out} ${sources} PARENT_SCOPE)
+endfunction()
+
+# pvx_library(NAME [SHARED|STATIC|MODULE] [DEPS target...] [PRIVATE_DEPS target...])
+function(pvx_library name)
+  cmake_parse_arguments(ARG "SHARED;STATIC;MODULE" "" "DEPS;PRIVATE_DEPS" ${ARGN})
+  set(kind STATIC)
+  if(ARG_SHARED)
+    set(kind SHARED)
+  elseif(ARG_MODULE)
+    set(kind MODULE)
+  endif()
+  pvx_sources(sources)
+  if(NOT sources)
+    # A folder of headers alone.
+    add_library(${name} INTERFACE)
+    target_link_libraries(${name} INTERFACE PvxOptions ${ARG_DEPS})
+    return()
+  endif()
+  add_library(${name} ${kind} ${sources})
+  target_link_libraries(${name} PUBLIC PvxOptions ${ARG_DEPS} PRIVATE ${ARG_PRIVATE_DEPS})
+endfunction()
+
+# pvx_program(NAME [DEPS target...])
+function(pvx_program name)
+  cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
+  pvx_sources(sources)
+  add_executable(${name} ${sources})
+  target_link_libraries(${name} PRIVATE PvxOptions ${ARG_DEPS})
+endfunction()
+
+# pvx_test(NAME [DEPS target...]): the tests of one folder, each of them known to ctest by its own name.
+function(pvx_test name)
+  cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
+  find_package(GTest REQUIRED)
+  include(GoogleTest)
+  pvx_sources(sources)
+  add_executable(${name} ${sources})
+  target_link_libraries(${name} PRIVATE PvxOptions ${ARG_DEPS} GTest::gmock GTest::gtest_main)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+endfunction()
+
+# pvx_benchmark(NAME [DEPS target...])
+function(pvx_benchmark name)
+  cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
+  find_package(benchmark REQUIRED)
+  pvx_sources(sources)
+  add_executable(${name} ${sources})
+  target_link_libraries(${name} PRIVATE PvxOptions ${ARG_DEPS} benchmark::benchmark_main)
+endfunction()
