@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <ctime>
+#include <string>
+
+// Facts about the running process and its machine. Paths are in the machine's own form: this lies below the layer
+// that translates.
+namespace Process {
+
+// All words of the command line, the program's first, with blanks between them. Empty when the system doesn't tell.
+std::string GetCommandLine();
+// Of the program, not of a module it loaded.
+std::string GetExecutablePath();
+// With its closing slash.
+std::string GetExecutableFolder();
+// Where the settings files of an installed build lie: the folder that the environment's PVX_CONFIG names, otherwise
+// the executable's. With its closing slash.
+std::string GetConfigFolder();
+std::string GetWorkingFolder();
+uint32_t GetId();
+// "Unknown" if there's none.
+std::string GetUserName();
+
+// When the process started, by the wall clock, to the second.
+time_t GetStartTime();
+
+struct System {
+    std::string name;
+    int major = 0;
+    int minor = 0;
+    uint32_t memoryMB = 0;
+    int processors = 0;
+};
+System GetSystem();
+
+// Asks the system each time.
+bool IsDebuggerAttached();
+
+} // namespace Process

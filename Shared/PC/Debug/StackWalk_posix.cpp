@@ -1,0 +1,77 @@
+#include "Shared/PC/Debug/StackWalk.h"
+
+#include "Shared/PC/Debug/Symbols/SymbolReader.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include <cxxabi.h>
+#include <dlfcn.h>
+#include <execinfo.h>
+
+namespace StackWalk {
+
+namespace {
+
+const char* FileNameOf(const char* pPath) {
+    const char* pSlash = std::strrchr(pPath, '/');
+    return pSlash ? pSlash + 1 : pPath;
+}
+
+std::string Demangle(const char* pName) {
+    int status = 0;
+    const std::unique_ptr<char, decltype(&std::free)> text(abi::__cxa_demangle(pName, nullptr, nullptr, &status),
+                                                           &std::free);
+    return status == 0 && text ? text.get() : pName;
+}
+
+// The reader lies beside the file that this code was linked into, and is loaded only now: what it brings along costs
+// more than the start of a program may.
+SymbolReaderFunction* LoadReader() {
+    Dl_info self = {};
+    if (!dladdr(reinterpret_cast<const void*>(&LoadReader), &self) || !self.dli_fname)
+        return nullptr;
+    const std::string path = self.dli_fname;
+    const std::string folder = path.substr(0, path.find_last_of('/') + 1);
+    // Never closed: symbols may be asked for until the very end.
+    void* pModule = dlopen((folder + s_SymbolReaderModule).c_str(), RTLD_NOW | RTLD_LOCAL);
+    return pModule ? reinterpret_cast<SymbolReaderFunction*>(dlsym(pModule, s_SymbolReaderFunction)) : nullptr;
+}
+
+} // namespace
+
+// Kept out of line, since its own frame is one of those that are skipped.
+[[gnu::noinline]] uint32_t Capture(const void** ppAddresses, uint32_t room, uint32_t skip) {
+    constexpr uint32_t s_OwnFrames = 1;
+    constexpr uint32_t s_MostFrames = 128;
+    void* frames[s_MostFrames];
+    const uint32_t wanted = std::min(room + skip + s_OwnFrames, s_MostFrames);
+    const int found = backtrace(frames, static_cast<int>(wanted));
+    const uint32_t first = skip + s_OwnFrames;
+    if (found <= 0 || static_cast<uint32_t>(found) <= first)
+        return 0;
+    const uint32_t count = std::min(static_cast<uint32_t>(found) - first, room);
+    std::copy_n(frames + first, count, ppAddresses);
+    return count;
+}
+
+bool Resolve(const void* pAddress, std::string& module, std::string& function, std::string& file, uint32_t& line) {
+    module.clear();
+    function.clear();
+    file.clear();
+    line = 0;
+    Dl_info info = {};
+    if (!dladdr(pAddress, &info) || !info.dli_fname)
+        return false;
+    module = FileNameOf(info.dli_fname);
+    if (info.dli_sname)
+        function = Demangle(info.dli_sname);
+    static SymbolReaderFunction* const s_pReader = LoadReader();
+    if (s_pReader)
+        s_pReader(pAddress, function, file, line);
+    return true;
+}
+
+} // namespace StackWalk
