@@ -21,6 +21,7 @@ public:
     static constexpr uint32_t MaxSize = 65535;
     static constexpr uint32_t WholeSet = 0xFFFF; // as a count: all vertices of the set
     static constexpr uint32_t DefaultUsage = 3;
+    static constexpr uint32_t NotGiven = 0xFFFFFFFF;
 
     // Takes the memory for that many vertices, all bytes 0; range 0 then covers the set. False, with a line in the log,
     // when count is above MaxSize. What the set held before is gone.
@@ -50,10 +51,11 @@ public:
     // hasn't the component.
     virtual const void* GetData(VertexComponent component) const = 0;
 
-    // Copies one component from an array without gaps; start and range both 0 write the whole set. False, with a line
-    // in the log, when the format hasn't the component, when one of start and range is given without the other, or
-    // when the stretch goes beyond the set.
-    bool WriteArray(VertexComponent component, const void* pSource, uint32_t start = 0, uint32_t range = 0);
+    // Copies one component from an array without gaps, to the whole set or to the stretch that start and range give.
+    // False, with a line in the log, when the format hasn't the component, when one of start and range is given without
+    // the other, or when the stretch goes beyond the set.
+    bool WriteArray(VertexComponent component, const void* pSource, uint32_t start = NotGiven,
+                    uint32_t range = NotGiven);
 };
 
 } // namespace gz
