@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Shared/Cross/FileSystem/ByteStream.h"
+#include "Shared/PC/FileSystem/OSFile.h"
+
+#include <memory>
+
+// A file on disk. Writing is gathered in a block, and seeks inside the block stay there, so that a writer that goes
+// back to fill in a size costs no system call. The disk may therefore refuse bytes that Write has taken: from then on
+// Write gives 0 and Flush and Close answer false.
+class DiskFileStream : public ByteStream {
+public:
+    DiskFileStream();
+    // Closes the file; what can't be written is logged.
+    ~DiskFileStream() override;
+
+    // Closes what is open first. Mode_Read: the file has to exist. Mode_Write: created or emptied. Mode_Both: created
+    // or opened, with the position at the end. A file over 4 GB is refused.
+    virtual bool Open(const char* pName, Mode openMode, bool share);
+    // False when anything written is lost.
+    virtual bool Close();
+    bool IsOpen() const { return static_cast<bool>(m_Handle); }
+
+    uint32_t Read(void* pDest, uint32_t size) override;
+    uint32_t Write(const void* pSource, uint32_t size) override;
+    bool Flush() override;
+    bool Seek(uint32_t pos) override;
+    uint32_t GetPos() override;
+    uint32_t GetLength() override;
+
+protected:
+    OSFile::Handle m_Handle;
+
+private:
+    struct WriteBlock;
+
+    std::unique_ptr<WriteBlock> m_pBlock; // made by the first write
+};
+
+// The way to files for the sources of FilePath; all other code goes through those. Reading is buffered. Null when the
+// file can't be opened; OSFile::LastErrorText tells why.
+std::unique_ptr<ByteStream> OpenFile(const char* pName, ByteStream::Mode mode, bool share);

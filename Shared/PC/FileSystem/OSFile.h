@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// The operating system's files. The one place that turns the system's own paths, which are in Windows form
+// (Z:\home\me\x.pvx), into the machine's and back:
+// - the drive Z: is the root of the machine's tree and no other drive exists; a path without a drive is relative to
+//   the current folder; both slashes separate;
+// - a name that doesn't exist as spelled is looked up without regard to case, component by component; the exact
+//   spelling wins. A new file or folder takes the spelling that was asked for, inside its folder's own spelling.
+// Failures are false, 0 or an empty string; LastErrorText tells why. To be used by one thread at a time.
+namespace OSFile {
+
+enum Attribute : uint32_t {
+    F_ATTRIBUTE_DIRECTORY = 0x1,
+    F_ATTRIBUTE_FILE = 0x2,
+    F_ATTRIBUTE_READABLE = 0x100,
+    F_ATTRIBUTE_WRITABLE = 0x200,
+};
+
+enum OpenMode : uint32_t {
+    Open_Read = 0,      // an existing file
+    Open_ReadWrite = 1, // opened or created, positioned at the end
+    Open_Write = 2,     // created or emptied
+};
+
+// An open file; not closed by itself.
+struct Handle {
+    int value = -1;
+    explicit operator bool() const { return value >= 0; }
+};
+
+// Never more than one writer has a file open. `share` lets others read beside the writer; this system never keeps them
+// from it. `random` tells the system that reading will jump about.
+Handle Open(const char* pName, OpenMode mode, bool share, bool random);
+// Each of these stops at an assertion for a null handle and answers 0 or false. Reading and writing go on over
+// interruptions and short counts until all is moved, the file ends or the system refuses.
+bool Close(Handle handle); // false when the system only now tells that written bytes are lost
+uint32_t GetPos(Handle handle);
+bool Seek(Handle handle, uint32_t pos);
+uint32_t Read(Handle handle, void* pDest, uint32_t size);
+uint32_t Write(Handle handle, const void* pSource, uint32_t size);
+bool Flush(Handle handle); // on to the medium, which takes its time
+// 64-bit, since a file that is too large for a stream has to be told from one that isn't.
+uint64_t GetSize(Handle handle);
+
+// 0 if there is nothing of that name, otherwise a combination of Attribute.
+uint32_t FileAttr(const char* pPath);
+// Sets or clears what Windows calls the read-only attribute: the owner's right to write.
+bool SetWritable(const char* pPath, bool writable);
+// A file, not a folder.
+bool Delete(const char* pPath);
+// Replaces a file that is there already.
+bool Rename(const char* pFrom, const char* pTo);
+// One folder, inside one that exists. True too when it is there already.
+bool MakeFolder(const char* pPath);
+
+// The names in a folder that match a pattern: the last component of `spec`, with * and ? as wildcards. Without "." and
+// "..", in alphabetical order without regard to case.
+std::vector<std::string> List(const char* pSpec);
+// Whether there is any.
+bool Exists(const char* pSpec);
+
+// The current folder in the system's form, with a final backslash.
+std::string GetCurrentFolder();
+// The machine's form with every component in its actual spelling, as far as it exists.
+std::string ToNative(std::string_view path);
+// The system's form of one of the machine's paths: absolute, so that Z: leads it, but with dots left as they are.
+std::string FromNative(std::string_view nativePath);
+
+// Why the last operation of this thread failed: the machine's error number, and its text ("No space left on device").
+int LastError();
+std::string LastErrorText();
+
+} // namespace OSFile
