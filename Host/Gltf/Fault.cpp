@@ -1,0 +1,37 @@
+#include "Host/Gltf/Fault.h"
+
+namespace gltf {
+
+namespace {
+
+// Names can be of any length in a file; a message can't.
+constexpr size_t s_LongestQuote = 120;
+
+} // namespace
+
+std::string Quoted(std::string_view text) {
+    std::string quoted = "\"";
+    for (const char c : text.substr(0, s_LongestQuote))
+        quoted += static_cast<unsigned char>(c) < 0x20 || c == 0x7f ? '?' : c;
+    if (text.size() > s_LongestQuote)
+        quoted += "...";
+    return quoted + '"';
+}
+
+std::string Place::GetText() const {
+    std::string text(kind);
+    if (kind.empty())
+        return text;
+    return text + ' ' + (name.empty() ? std::to_string(index) : Quoted(name));
+}
+
+void Fail(const Place& place, std::string_view what, std::string_view advice) {
+    std::string text = place.GetText();
+    if (!text.empty())
+        text += ": ";
+    throw Fault(text.append(what).append("; ").append(advice));
+}
+
+void FailDamaged(const Place& place, std::string_view what) { Fail(place, what, "export the scene again"); }
+
+} // namespace gltf

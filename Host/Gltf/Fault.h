@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace gltf {
+
+// What ends a load: one line for the user, `node "Arm_L": what is wrong; what to do`. Load puts the scene's file name
+// in front of it.
+class Fault : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// A place in the file, for messages: its kind ("node", "accessor"), its index, and its name where it has one. The
+// name is borrowed.
+struct Place {
+    std::string_view kind;
+    size_t index = 0;
+    std::string_view name;
+
+    // `node "Arm_L"`, or `node 7` without a name. Control characters in the name are shown as '?', so that a message
+    // stays one line.
+    std::string GetText() const;
+};
+
+// Throws the fault `<place>: <what>; <advice>`.
+[[noreturn]] void Fail(const Place& place, std::string_view what, std::string_view advice);
+// The same for damage that only another export of the scene heals.
+[[noreturn]] void FailDamaged(const Place& place, std::string_view what);
+
+// `text` in double quotes, fit for one line of a message.
+std::string Quoted(std::string_view text);
+
+} // namespace gltf
