@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Host/Scene/Transform.h"
+#include "Host/Sdk/Types.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace scene {
+
+class Node;
+
+// The world transformations of all nodes of a scene. Nodes that never move are worked out once. The others are worked
+// out for a whole tick at a time, parents before children, when the first of them is asked for; the last ticks are
+// kept, so that the nodes may be asked frame by frame, or node by node within a run of frames.
+class Evaluator {
+public:
+    // Everything is to be worked out again: a node was added, or one has got another local transformation.
+    void Invalidate() { m_Valid = false; }
+
+    const Affine& GetWorld(Node& root, const Node& node, TimeValue t);
+
+    // How many passes over the moving nodes there have been; for tests, and to see progress.
+    uint64_t GetPassCount() const { return m_PassCount; }
+
+private:
+    struct Moving {
+        Node* pNode;
+        int32_t parent; // the parent's place among the moving ones; -1: it stands still
+    };
+    struct Tick {
+        TimeValue t = 0;
+        bool filled = false;
+        std::vector<Affine> worlds; // by place among the moving nodes
+    };
+
+    void Prepare(Node& root);
+    void AddNode(Node& node);
+    void FillTick(Tick& tick, TimeValue t);
+    Tick& GetTick(TimeValue t);
+
+    bool m_Valid = false;
+    std::vector<Moving> m_Moving; // parents before children
+    std::vector<Tick> m_Ticks;    // a time has one place, by its frame
+    uint64_t m_PassCount = 0;
+};
+
+} // namespace scene
