@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+
+#include "Shared/Cross/Assist/Inventory.h"
+#include "Shared/Cross/RenderAnim/ResourceRefs.h"
+
+class RenderModel;
+
+// Models are loaded by name in the form that the tools load switch says.
+class RenderModelTypeInfo : public Inv::ResourceTypeInfo {
+public:
+    // Null when the file can't be read.
+    using Loader = std::unique_ptr<RenderModel> (*)(const char* pName);
+
+    const char* GetTypeName() const override { return "Render Model"; }
+    // The model that stands in for missing ones.
+    std::unique_ptr<Inv::NamedResource> CreateDefault(const char* pName) override;
+    std::unique_ptr<Inv::NamedResource> Load(const char* pName) override;
+    void Report(Inv::DebugToolDumpInfo& sink, const Inv::Resource& resource, const char* pName, const char* pFrameName,
+                uint32_t refCount) const override;
+
+    // File layouts lie above the model; the program that links one hands in its loader. Without one, loads give null.
+    static void SetGenericLoader(Loader pLoader);
+    static void SetFinalLoader(Loader pLoader);
+};
+
+namespace ra {
+
+// The tools load switch: on, models, shaders and textures are loaded in their generic form, otherwise in the final one.
+// Process-wide; off when a process starts.
+void SetGenericLoad(bool on);
+bool IsGenericLoad();
+
+// Another model as a resource, looked for from the root, whatever frame is current. Empty when there is none.
+RenderModelRef XRefLoad(const char* pXrefFilename);
+
+} // namespace ra

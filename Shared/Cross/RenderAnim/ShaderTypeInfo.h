@@ -1,0 +1,19 @@
+#pragma once
+
+#include <memory>
+
+#include "Shared/Cross/Assist/Inventory.h"
+#include "Shared/Cross/RenderAnim/ResourceRefs.h"
+
+class ShaderTypeInfo : public Inv::ResourceTypeInfo {
+public:
+    const char* GetTypeName() const override { return "Shader"; }
+    // A shader in the colour of what is missing.
+    std::unique_ptr<Inv::NamedResource> CreateDefault(const char* pName) override;
+    std::unique_ptr<Inv::NamedResource> Load(const char* pName) override;
+    void Report(Inv::DebugToolDumpInfo& sink, const Inv::Resource& resource, const char* pName, const char* pFrameName,
+                uint32_t refCount) const override;
+};
+
+// What stands in for a shader that a mesh names and nobody has. One for all, in the inventory.
+ShaderRef GetDefaultShader();
