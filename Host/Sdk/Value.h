@@ -9,7 +9,7 @@
 #include <variant>
 #include <vector>
 
-// A value of the script language. Copies are cheap: they share what is in an array, as the language has it.
+// A value of the script language. It never changes, so copies may share what is in an array.
 class Value {
 public:
     using Array = std::vector<Value>;
@@ -20,14 +20,14 @@ public:
     explicit Value(float value) : m_Data(value) {}
     explicit Value(std::string value) : m_Data(std::move(value)) {}
     explicit Value(const char* pValue) : m_Data(std::string(pValue)) {}
-    explicit Value(Array items) : m_Data(std::make_shared<Array>(std::move(items))) {}
+    explicit Value(Array items) : m_Data(std::make_shared<const Array>(std::move(items))) {}
 
     bool IsUndefined() const { return std::holds_alternative<std::monostate>(m_Data); }
     bool IsBoolean() const { return std::holds_alternative<bool>(m_Data); }
     bool IsInteger() const { return std::holds_alternative<int32_t>(m_Data); }
     bool IsFloat() const { return std::holds_alternative<float>(m_Data); }
     bool IsString() const { return std::holds_alternative<std::string>(m_Data); }
-    bool IsArray() const { return std::holds_alternative<std::shared_ptr<Array>>(m_Data); }
+    bool IsArray() const { return std::holds_alternative<std::shared_ptr<const Array>>(m_Data); }
 
     // The language's own conversions: a boolean is only itself, so is a string; integer and float turn into each other,
     // a fraction being cut. Anything else throws ScriptError.
@@ -35,8 +35,7 @@ public:
     int32_t ToInt() const;
     float ToFloat() const;
     const std::string& ToText() const;
-    // The items; the array keeps them.
-    Array& ToArray() const;
+    const Array& ToArray() const;
 
     // "Undefined", "Boolean", "Integer", "Float", "String" or "Array".
     const char* GetTypeName() const;
@@ -48,7 +47,7 @@ public:
     friend bool operator==(const Value& a, const Value& b);
 
 private:
-    std::variant<std::monostate, bool, int32_t, float, std::string, std::shared_ptr<Array>> m_Data;
+    std::variant<std::monostate, bool, int32_t, float, std::string, std::shared_ptr<const Array>> m_Data;
 };
 
 // An error of the script language itself: wrong arguments, a value of the wrong type. It is deliberately no standard
