@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+// As long as it lives, a user's interruption of the process (Ctrl-C, a polite kill, a closed terminal) takes away a
+// file that is just being written, and then ends the process as it would have without a guard. A file that nobody has
+// touched since the guard was made stays as it is. One guard at a time; a second one guards nothing.
+class InterruptGuard {
+public:
+    // The path is in the machine's own form. The file may not be there yet.
+    explicit InterruptGuard(const std::string& nativePath);
+    ~InterruptGuard();
+    InterruptGuard(const InterruptGuard&) = delete;
+    InterruptGuard& operator=(const InterruptGuard&) = delete;
+
+    // Whether the file was made or written since the guard was made.
+    bool IsTouched() const;
+};

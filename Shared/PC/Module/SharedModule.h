@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+// A shared object that is loaded by name while the program runs.
+class SharedModule {
+public:
+    SharedModule() = default;
+    // Unloads.
+    ~SharedModule();
+    SharedModule(const SharedModule&) = delete;
+    SharedModule& operator=(const SharedModule&) = delete;
+
+    // The path is in the machine's own form, and has a slash in it: nothing is searched for. False when it can't be
+    // loaded; GetError says why.
+    bool Load(const std::string& nativePath);
+    // The address of a symbol with plain C linkage; null when there is none.
+    void* Find(const char* pSymbol) const;
+    const std::string& GetError() const { return m_Error; }
+
+private:
+    void* m_pHandle = nullptr;
+    std::string m_Error;
+};

@@ -1,0 +1,17 @@
+#include "Shared/PC/Module/SharedModule.h"
+
+#include <dlfcn.h>
+
+SharedModule::~SharedModule() {
+    if (m_pHandle)
+        dlclose(m_pHandle);
+}
+
+bool SharedModule::Load(const std::string& nativePath) {
+    m_pHandle = dlopen(nativePath.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!m_pHandle)
+        m_Error = dlerror();
+    return m_pHandle != nullptr;
+}
+
+void* SharedModule::Find(const char* pSymbol) const { return m_pHandle ? dlsym(m_pHandle, pSymbol) : nullptr; }
