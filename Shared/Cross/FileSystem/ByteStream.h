@@ -1,8 +1,9 @@
 #pragma once
 
+#include "Shared/Cross/Util/FixedString.h"
+
 #include <cstdint>
 #include <stdexcept>
-#include <string>
 
 // A sequence of bytes with a position: a file, a block of memory or a message. Positions and sizes are 32-bit, so no
 // stream exceeds 4 GB. Failures of reading and writing are short counts and false; assertions mark a caller's mistake.
@@ -36,7 +37,7 @@ public:
     // The name is the file's name for a disk stream and empty otherwise; a longer one is cut. Answers the name as kept,
     // good until the next SetName.
     virtual const char* SetName(const char* pName);
-    const char* GetName() const { return m_Name.c_str(); }
+    const char* GetName() const { return m_Name.GetText(); }
 
     // Both give the bytes moved.
     virtual uint32_t Read(void* pDest, uint32_t size) = 0;
@@ -67,5 +68,5 @@ public:
 
 private:
     Mode m_Mode = Mode_None;
-    std::string m_Name;
+    FixedString<MaxNameLength> m_Name;
 };

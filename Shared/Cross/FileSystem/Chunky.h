@@ -103,25 +103,26 @@ private:
 
     void WriteFileHeader();
     void ReadFileHeader();
-    void WriteHeader(const Header& header, const char* pName);
     void Begin(uint32_t type, uint32_t id, uint32_t version, const char* pName);
+    void WriteHeader(const StackNode& node);
     void EndWrite();
-    void EndRead();
 
     ChunkInfo Enter(ChunkKind kind, uint32_t id, uint32_t maxVersion);
-    const StackNode& TakeHeader();
+    void TakeHeader();
+    bool IsLevelAtEnd();
     void PushHeader();
     RefCountString ReadName(uint32_t nameLength);
-    void CheckHeader(const StackNode& node);
-    void SkipPeeked();
-    bool IsLevelAtEnd();
+    void CheckPlace(const StackNode& stackNode);
+    void EndRead();
     void SeekToEnd(const StackNode& node);
-    bool HasPeeked() const { return m_Peeked && !m_LevelEnded && !m_Chunks.empty(); }
+
+    static uint64_t GetPayloadEnd(const StackNode& node);
+    static ChunkInfo Describe(const StackNode& node);
 
     ByteStream::Mode m_Mode;
     StlExSmallVector<StackNode, 10> m_Chunks; // the innermost open chunk last
-    bool m_Peeked = false;                    // the last one was only looked at
-    bool m_LevelEnded = false;                // NextChunk said false and EndChunk hasn't been called since
-    uint32_t m_LastPos = 0;                   // writing: where the last header or chunk ended
+    bool m_Peeked = false;     // the last one was only looked at, or NextChunk came to the end behind one
+    bool m_LevelEnded = false; // the second of the two
+    uint32_t m_LastPos = 0;    // writing: where the last header or chunk ended
     ByteStreamAdapter m_Stream;
 };
