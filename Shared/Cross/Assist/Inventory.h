@@ -169,8 +169,10 @@ public:
         return *this;
     }
     ~Handle() {
-        const dbNoThrowScope noThrow;
-        Reset();
+        if (m_pResource) {
+            const dbNoThrowScope noThrow;
+            Reset();
+        }
     }
 
     // Each of these lets go of what was held, and answers whether there is something now.
