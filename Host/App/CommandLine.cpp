@@ -1,0 +1,144 @@
+#include "Host/App/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int s_MaxFramesPerSecond = 4800; // one tick a frame
+
+struct Parser {
+    CLI::App app{"Plays the host of the export module: exports scenes, and calls the module's script commands."};
+    CommandLine result;
+
+    ExportArguments exported;
+    MergeArguments merged;
+    BurnArguments burnt;
+    CallArguments called;
+    ScriptArguments scripted;
+
+    CLI::App* pExport = nullptr;
+    CLI::App* pMerge = nullptr;
+    CLI::App* pBurn = nullptr;
+    CLI::App* pCall = nullptr;
+    CLI::App* pScript = nullptr;
+    CLI::App* pCommands = nullptr;
+
+    Parser() {
+        app.name("pvxhost");
+        app.require_subcommand(1);
+        AddExport();
+        AddMerge();
+        AddOthers();
+    }
+
+    CLI::App* Add(const char* pName, const char* pDescription) {
+        CLI::App* pCommand = app.add_subcommand(pName, pDescription);
+        auto* pQuiet = pCommand->add_flag("-q,--quiet", result.quiet, "No notes, only warnings and errors");
+        pCommand->add_flag("-v,--verbose", result.verbose, "Tell what is done")->excludes(pQuiet);
+        pCommand->add_flag("--all-messages", result.allMessages, "Never fold long runs of like messages");
+        pCommand->add_flag("--break-on-assert", result.breakOnAssert, "Stop at a breakpoint where an assertion fails");
+        pCommand
+            ->add_option("--home", result.home,
+                         "Folder in which the search for pipeline.ini starts (default: PVXHOST_HOME, else the folder "
+                         "of OUT for export, that of pvxhost for the others)")
+            ->type_name("DIR");
+        return pCommand;
+    }
+
+    void AddExport() {
+        pExport = Add("export", "Exports a glTF scene to a model file");
+        pExport->add_option("SCENE", exported.scene, "The scene, .gltf or .glb")->required();
+        pExport->add_option("OUT", exported.output, "The model file, .pvx, in a folder that exists")->required();
+        auto* pSilent = pExport->add_flag(
+            "--silent", exported.silent,
+            "Ask nothing: a name that ends in REFERENCE/REF.pvx exports the model, any other the animation");
+        pExport->add_flag("--no-meshes", exported.noMeshes, "Leave the meshes out")->excludes(pSilent);
+        pExport->add_flag("--no-animation", exported.noAnimation, "Leave the animation out")->excludes(pSilent);
+        pExport->add_flag("--xref-as-local", exported.xrefAsLocal, "Take external meshes as the scene's own")
+            ->excludes(pSilent);
+        pExport->add_flag("--ask", exported.ask, "Show the options dialog in the terminal")->excludes(pSilent);
+        pExport->add_option("--clip", exported.clip, "The animation to play, or none for the rest pose")
+            ->type_name("NAME|INDEX|none");
+        pExport->add_option("--fps", exported.framesPerSecond, "Frames a second (default 30)")
+            ->check(CLI::Range(1, s_MaxFramesPerSecond))
+            ->type_name("N");
+        pExport->add_flag("--limit-influences", exported.limitInfluences, "Keep the four heaviest bones of a vertex");
+    }
+
+    void AddMerge() {
+        pMerge = Add("merge", "Merges a model and its animations into one model file");
+        pMerge->add_option("MERGED", merged.merged, "The merged model file")->required();
+        pMerge->add_option("MODEL", merged.model, "The model's file")->required();
+        pMerge->add_option("ANIM", merged.animations, "The animations' files");
+        pMerge->add_flag("--no-model", merged.noModel, "Don't save the merged model");
+        pMerge->add_flag("--no-textures", merged.noTextures, "Don't save shared textures and team patterns");
+    }
+
+    void AddOthers() {
+        pBurn = Add("burn", "Burns a merged model file");
+        pBurn->add_option("FILE", burnt.file, "The merged model file")->required();
+        pCall = Add("call", "Calls a script command");
+        pCall->add_option("COMMAND", called.command, "Its name; pvxhost commands lists them")->required();
+        pCall->add_option(
+            "ARG", called.arguments,
+            "Its arguments: a value in the script's notation; a word with a / is a native path, any other a text");
+        pScript = Add("script", "Runs a script, one command a line");
+        pScript->add_option("FILE", scripted.file, "The script; - is standard input")->required();
+        pCommands = Add("commands", "Lists the script commands");
+    }
+
+    void TakeCommand() {
+        if (pExport->parsed())
+            result.command = std::move(exported);
+        else if (pMerge->parsed())
+            result.command = std::move(merged);
+        else if (pBurn->parsed())
+            result.command = std::move(burnt);
+        else if (pCall->parsed())
+            result.command = std::move(called);
+        else if (pScript->parsed())
+            result.command = std::move(scripted);
+        else
+            result.command = CommandsArguments{};
+    }
+
+    // The help of the command that is being read, else of the program.
+    const CLI::App& Current() const {
+        for (const CLI::App* pCommand : {pExport, pMerge, pBurn, pCall, pScript, pCommands})
+            if (pCommand->parsed())
+                return *pCommand;
+        return app;
+    }
+};
+
+std::string OneLine(std::string text) {
+    while (!text.empty() && text.back() == '\n')
+        text.pop_back();
+    std::ranges::replace(text, '\n', ' ');
+    return text;
+}
+
+CommandLineEnd Refuse(const CLI::App& command, const std::string& what) {
+    const std::string name = command.get_parent() ? "pvxhost " + command.get_name() : "pvxhost";
+    return {.status = 2, .text = name + ": " + OneLine(what) + "; " + name + " --help tells what is possible"};
+}
+
+} // namespace
+
+std::variant<CommandLine, CommandLineEnd> ParseCommandLine(const std::vector<std::string>& words) {
+    Parser parser;
+    try {
+        // The parser wants the words in reverse.
+        parser.app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
+    } catch (const CLI::CallForHelp&) {
+        return CommandLineEnd{.status = 0, .text = parser.Current().help()};
+    } catch (const CLI::ParseError& error) {
+        return Refuse(parser.Current(), error.what());
+    }
+    if (parser.exported.noMeshes && parser.exported.noAnimation)
+        return Refuse(*parser.pExport, "--no-meshes and --no-animation together leave nothing to export");
+    parser.TakeCommand();
+    return std::move(parser.result);
+}

@@ -1,0 +1,140 @@
+#include "Host/App/ExportCommand.h"
+
+#include "Host/App/Listener.h"
+#include "Host/App/ModuleLoader.h"
+#include "Host/App/OutputFile.h"
+#include "Host/App/Progress.h"
+#include "Host/App/TerminalDialogs.h"
+#include "Host/Gltf/Loader.h"
+#include "Host/Scene/Scene.h"
+#include "Host/Sdk/ClassIds.h"
+#include "Host/Sdk/HostSetup.h"
+#include "Shared/PC/Console/Terminal.h"
+#include "Shared/PC/FileSystem/OSFile.h"
+
+#include <algorithm>
+#include <iostream>
+
+namespace {
+
+constexpr const char* s_HomeVariable = "PVXHOST_HOME";
+
+std::unique_ptr<scene::Scene> LoadScene(const ExportArguments& arguments, const Messages& messages) {
+    std::vector<std::string> warnings;
+    const gltf::LoadOptions options{
+        .clip = arguments.clip, .fps = arguments.framesPerSecond, .limitInfluences = arguments.limitInfluences};
+    SetFrameRate(arguments.framesPerSecond);
+    try {
+        std::unique_ptr<scene::Scene> pScene = gltf::Load(OSFile::FromNative(arguments.scene), options,
+                                                          [&](const std::string& line) { warnings.push_back(line); });
+        messages.PrintList(warnings);
+        return pScene;
+    } catch (const gltf::LoadError& error) {
+        throw HostError(2, error.what());
+    }
+}
+
+size_t CountMeshes(const scene::Scene& scene) {
+    return static_cast<size_t>(std::ranges::count_if(scene.GetNodes(), [](const std::unique_ptr<scene::Node>& pNode) {
+        const Object* pObject = pNode->GetObjectRef();
+        return pObject && pObject->SuperClassID() == GEOMOBJECT_CLASS_ID;
+    }));
+}
+
+// Says so when there is no pipeline configuration for the export: from the home folder up, as the search for it goes.
+void NoteMissingPipeline(const std::string& home, const Messages& messages) {
+    std::string folder = OSFile::FromNative(home);
+    while (true) {
+        while (!folder.empty() && folder.back() == '\\')
+            folder.pop_back();
+        if (OSFile::FileAttr((folder + "\\pipeline.ini").c_str()) & OSFile::F_ATTRIBUTE_FILE)
+            return;
+        const size_t slash = folder.rfind('\\');
+        if (slash == std::string::npos)
+            break;
+        folder.resize(slash);
+    }
+    messages.Print(MessageKind::Note,
+                   "there is no pipeline.ini in \"" + home +
+                       "\" or above it, so textures and external references have no names; --home names "
+                       "another folder to start from");
+}
+
+class DialogScope {
+public:
+    explicit DialogScope(DialogShower& shower) : m_pBefore(SetDialogShower(&shower)) {}
+    ~DialogScope() { SetDialogShower(m_pBefore); }
+    DialogScope(const DialogScope&) = delete;
+    DialogScope& operator=(const DialogScope&) = delete;
+
+private:
+    DialogShower* m_pBefore;
+};
+
+// What is to be said and done about the file after the exporter has answered.
+int Finish(const ExportArguments& arguments, const OutputFile& output, const Messages& messages, bool success,
+           bool cancelled) {
+    if (cancelled) {
+        messages.Print(MessageKind::Note, arguments.output + ": cancelled; nothing was written");
+        return 0;
+    }
+    if (output.IsWritten()) {
+        if (output.IsWhole())
+            return success ? 0 : 1;
+        output.RemoveIfBroken();
+        messages.Print(MessageKind::Error, arguments.output +
+                                               ": could not be written whole and was removed; make room on the disk (" +
+                                               OSFile::ToNative(output.GetLogPath()) + " says more)");
+        return 1;
+    }
+    if (success)
+        messages.Print(MessageKind::Note, arguments.output + ": nothing was written, since the scene holds no mesh");
+    return success ? 0 : 1;
+}
+
+} // namespace
+
+int RunExport(const ExportArguments& arguments, const std::string& home, const Messages& messages, bool showProgress) {
+    const OutputFile output(arguments.output, arguments.scene);
+    const std::string start = home.empty() ? output.GetNativeFolder() : home;
+    Terminal::SetVariable(s_HomeVariable, start);
+
+    Progress progress(stderr, showProgress, Terminal::GetWidth(Terminal::Stream::Error));
+    progress.SetStage("reading " + arguments.scene);
+    const std::unique_ptr<scene::Scene> pScene = LoadScene(arguments, messages);
+    progress.SetTotals(CountMeshes(*pScene), pScene->GetAnimRange());
+    pScene->SetObserver(&progress);
+    Window mainWindow("pvxhost");
+    pScene->SetMainWindow(&mainWindow);
+
+    const auto clearLine = [&] { progress.Clear(); };
+    Listener listener(stdout, clearLine);
+    TerminalDialogs dialogs(messages,
+                            {.exportMeshes = !arguments.noMeshes,
+                             .exportAnimation = !arguments.noAnimation,
+                             .xrefAsLocal = arguments.xrefAsLocal},
+                            clearLine);
+    if (arguments.ask)
+        dialogs.Ask(std::cin, stderr);
+    const DialogScope scope(dialogs);
+
+    const ModuleLoader module(ModuleLoader::GetDefaultPath());
+    messages.PrintDetail(std::string("exporting by ") + module.GetDescription());
+    const std::unique_ptr<SceneExport> pExporter = module.CreateExporter();
+    bool success = false;
+    try {
+        success = pExporter->DoExport(output.GetPath().c_str(), nullptr, pScene.get(), arguments.silent) == 1;
+    } catch (...) {
+        output.RemoveIfBroken();
+        throw;
+    }
+    progress.Clear();
+    listener.EndLine();
+    const int status = Finish(arguments, output, messages, success, dialogs.IsCancelled());
+    if (status == 0 && output.IsWritten())
+        NoteMissingPipeline(start, messages);
+    // An exporter that found nothing to convert has said so, and its log holds nothing besides.
+    if (status != 0 && !output.IsWritten() && progress.GetMeshCount() == 0)
+        output.RemoveNewLog();
+    return status;
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Host/Sdk/Plugin.h"
+#include "Shared/PC/Module/SharedModule.h"
+
+#include <memory>
+#include <string>
+
+// The export module, loaded: its entry points, found by symbol.
+class ModuleLoader {
+public:
+    // Loads the module, checks the version word, and tells it that it was attached. Throws a HostError that names the
+    // file when it can't be loaded, lacks an entry point or was built for another host. The path is native.
+    explicit ModuleLoader(const std::string& nativePath);
+    // Tells the module that it is detached, and lets it go. What was made of its classes has to be gone by then.
+    ~ModuleLoader();
+    ModuleLoader(const ModuleLoader&) = delete;
+    ModuleLoader& operator=(const ModuleLoader&) = delete;
+
+    // The module that the environment names (PVXHOST_MODULE), else the one beside the executable.
+    static std::string GetDefaultPath();
+
+    const char* GetDescription() const { return m_Description(); }
+
+    // A new object of the module's first class for scene export. Throws a HostError when it has none.
+    std::unique_ptr<SceneExport> CreateExporter() const;
+
+private:
+    template <class Function>
+    Function FindEntry(const char* pSymbol) const;
+    HINSTANCE GetHandle() { return reinterpret_cast<HINSTANCE>(&m_Module); }
+
+    std::string m_Path;
+    SharedModule m_Module;
+    DllMainFunction m_Main = nullptr;
+    LibDescriptionFunction m_Description = nullptr;
+    LibNumberClassesFunction m_NumberClasses = nullptr;
+    LibClassDescFunction m_ClassDesc = nullptr;
+    LibVersionFunction m_Version = nullptr;
+};

@@ -1,0 +1,105 @@
+#include "Host/App/OutputFile.h"
+
+#include "Host/App/Messages.h"
+#include "Host/App/TextUtil.h"
+#include "Shared/Cross/FileSystem/Chunky.h"
+#include "Shared/PC/FileSystem/DiskFileStream.h"
+#include "Shared/PC/FileSystem/OSFile.h"
+
+#include <exception>
+#include <string_view>
+
+namespace {
+
+// The system's paths are at most 259 characters long, and the exporter puts its alias "TOOL:" in front of this one.
+constexpr size_t s_MaxPath = 259 - 5;
+
+std::string_view FileName(std::string_view path) { return path.substr(path.find_last_of("/\\") + 1); }
+
+// Without the slash behind it; the root keeps its own.
+std::string FolderOf(const std::string& path) {
+    const size_t slash = path.find_last_of("/\\");
+    if (slash == std::string::npos)
+        return "";
+    return path.substr(0, slash == 0 || path[slash - 1] == ':' ? slash + 1 : slash);
+}
+
+// Opens the file for writing without changing it; one that wasn't there is gone again afterwards.
+void ProbeWriting(const std::string& nativePath, const std::string& path) {
+    const bool existed = OSFile::FileAttr(path.c_str()) != 0;
+    const OSFile::Handle handle = OSFile::Open(path.c_str(), OSFile::Open_ReadWrite, true, false);
+    if (!handle)
+        throw HostError(2, nativePath + ": can't be written: " + OSFile::LastErrorText() +
+                               "; choose another place or change the rights there");
+    OSFile::Close(handle);
+    if (!existed)
+        OSFile::Delete(path.c_str());
+}
+
+void CheckName(const std::string& nativePath) {
+    const std::string_view name = FileName(nativePath);
+    const size_t dot = name.rfind('.');
+    if (name.empty())
+        throw HostError(2, nativePath + ": names a folder; put the model file's name behind it");
+    if (dot == std::string_view::npos)
+        throw HostError(2, nativePath + ": the output's name has no extension; call it " + std::string(name) + ".pvx");
+    if (EqualNoCase(name.substr(dot), ".log"))
+        throw HostError(2, nativePath + ": the export's log takes that name; call the output " +
+                               std::string(name.substr(0, dot)) + ".pvx");
+}
+
+} // namespace
+
+OutputFile::Checked OutputFile::Check(const std::string& nativePath, const std::string& nativeScene) {
+    CheckName(nativePath);
+    Checked checked{.path = OSFile::FromNative(nativePath), .nativeFolder = {}};
+    const std::string folder = FolderOf(checked.path);
+    checked.nativeFolder = OSFile::ToNative(folder);
+    if (!(OSFile::FileAttr(folder.c_str()) & OSFile::F_ATTRIBUTE_DIRECTORY))
+        throw HostError(2, nativePath + ": there is no folder \"" + checked.nativeFolder + "\"; make it first");
+    if (checked.path.size() > s_MaxPath)
+        throw HostError(2, nativePath + ": the whole path has more than " + std::to_string(s_MaxPath) +
+                               " characters; choose a shorter one");
+    if (OSFile::FileAttr(checked.path.c_str()) & OSFile::F_ATTRIBUTE_DIRECTORY)
+        throw HostError(2, nativePath + ": is a folder; name a file in it");
+    if (OSFile::ToNative(checked.path) == OSFile::ToNative(OSFile::FromNative(nativeScene)))
+        throw HostError(2, nativePath + ": is the scene itself; choose another name for the output");
+    ProbeWriting(nativePath, checked.path);
+    return checked;
+}
+
+OutputFile::OutputFile(const std::string& nativePath, const std::string& nativeScene)
+    : OutputFile(nativePath, Check(nativePath, nativeScene)) {}
+
+OutputFile::OutputFile(const std::string& nativePath, Checked checked)
+    : m_NativePath(nativePath), m_Path(std::move(checked.path)), m_NativeFolder(std::move(checked.nativeFolder)),
+      m_HadLog(OSFile::FileAttr(GetLogPath().c_str()) != 0), m_Guard(OSFile::ToNative(m_Path)) {}
+
+std::string OutputFile::GetLogPath() const { return m_Path.substr(0, m_Path.rfind('.')) + ".log"; }
+
+bool OutputFile::IsWhole() const {
+    try {
+        const std::unique_ptr<ByteStream> pStream = OpenFile(m_Path.c_str(), ByteStream::Mode_Read, true);
+        if (!pStream)
+            return false;
+        Chunky chunky{ByteStreamAdapter(pStream.get())};
+        ChunkInfo info;
+        uint32_t count = 0;
+        while (chunky.NextChunk(info))
+            ++count;
+        return count > 0;
+    } catch (const std::exception&) {
+        // A writer that stopped midway leaves sizes that lead nowhere.
+        return false;
+    }
+}
+
+void OutputFile::RemoveIfBroken() const {
+    if (IsWritten() && !IsWhole())
+        OSFile::Delete(m_Path.c_str());
+}
+
+void OutputFile::RemoveNewLog() const {
+    if (!m_HadLog)
+        OSFile::Delete(GetLogPath().c_str());
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Shared/PC/Console/InterruptGuard.h"
+
+#include <string>
+
+// The file that an export is asked to write: checked before anything else is done, and never left half-written.
+class OutputFile {
+public:
+    // Throws a HostError with status 2 when no file can come to stand there: its folder is missing or refuses new
+    // files, the name is a folder's, has no extension, or is the scene's own. Nothing on disk is changed.
+    OutputFile(const std::string& nativePath, const std::string& nativeScene);
+
+    // In the system's form, absolute.
+    const std::string& GetPath() const { return m_Path; }
+    // The folder as the user knows it: native, absolute.
+    const std::string& GetNativeFolder() const { return m_NativeFolder; }
+    // Of the log that the export writes beside it; in the system's form.
+    std::string GetLogPath() const;
+
+    // Whether the file was written since the check.
+    bool IsWritten() const { return m_Guard.IsTouched(); }
+    // Whether what is there is a chunked file from its first to its last byte.
+    bool IsWhole() const;
+    // Takes away what a failed run has left: the file, if this run wrote it and it isn't whole.
+    void RemoveIfBroken() const;
+    // Takes away the log, unless one had been there before.
+    void RemoveNewLog() const;
+
+private:
+    struct Checked {
+        std::string path;
+        std::string nativeFolder;
+    };
+    static Checked Check(const std::string& nativePath, const std::string& nativeScene);
+    OutputFile(const std::string& nativePath, Checked checked);
+
+    std::string m_NativePath; // as given
+    std::string m_Path;
+    std::string m_NativeFolder;
+    bool m_HadLog;
+    InterruptGuard m_Guard;
+};
