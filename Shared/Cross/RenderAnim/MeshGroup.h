@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -54,7 +55,8 @@ public:
     bool IsShaderOwned(uint32_t index) const;
     // A shader that is listed already only becomes owned, if it is now.
     void AddShader(const ShaderRef& shader, bool owned);
-    int32_t FindShader(const char* pName) const; // -1 without one
+    // By its exact name; -1 without one.
+    int32_t FindShader(const char* pName) const;
 
     // Totals of the meshes that were set.
     uint32_t GetPolyCount(uint32_t level) const;
@@ -93,6 +95,7 @@ private:
 
     // Where things are in the two lists. Only ever looked up, never walked.
     std::unordered_map<const Inv::Resource*, uint32_t> m_ShaderPlaces;
+    std::unordered_map<std::string, uint32_t> m_ShaderNames;
     mutable std::unordered_map<Name, uint32_t> m_MeshPlaces;
     mutable bool m_MeshPlacesStale = true;
 };

@@ -33,6 +33,6 @@ void SetGenericLoad(bool on);
 bool IsGenericLoad();
 
 // Another model as a resource, looked for from the root, whatever frame is current. Empty when there is none.
-RenderModelRef XRefLoad(const char* pXrefFilename);
+RenderModelRef XRefLoad(const char* xrefFilename);
 
 } // namespace ra

@@ -1,13 +1,17 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "Shared/Cross/Assist/Inventory.h"
 #include "Shared/Cross/RenderAnim/ResourceRefs.h"
 
+// Most shaders bear a material's name, in which points, colons and slashes are letters like others. Only the name of a
+// shader file is translated as a path.
 class ShaderTypeInfo : public Inv::ResourceTypeInfo {
 public:
     const char* GetTypeName() const override { return "Shader"; }
+    void TranslateName(std::string& outName, const char* pName) const override;
     // A shader in the colour of what is missing.
     std::unique_ptr<Inv::NamedResource> CreateDefault(const char* pName) override;
     std::unique_ptr<Inv::NamedResource> Load(const char* pName) override;

@@ -1,8 +1,6 @@
 #include "Shared/Cross/RenderAnim/VertexWeight.h"
 
 #include <algorithm>
-#include <tuple>
-#include <utility>
 
 #include "Shared/Cross/Debug/db.h"
 
@@ -28,30 +26,31 @@ void VertexWeightBuilder::Add(uint8_t bone, float w) {
 }
 
 void VertexWeightBuilder::Tidy() {
-    // One entry for each bone that stays, in the order of the bones; an array of four sorts itself by insertion.
-    std::array<std::pair<uint8_t, float>, 4> entries;
-    size_t count = 0;
+    VertexWeightBuilder tidy;
     for (size_t i = 0; i < m_Weight.size(); ++i) {
-        const float weight = m_Weight[i];
-        if (weight < s_WeakestWeight) {
-            if (weight > 0.0f)
-                dbWarningf("Rejecting bone weight for strength %f\n", static_cast<double>(weight));
-            continue;
-        }
-        const auto end = entries.begin() + static_cast<ptrdiff_t>(count);
-        const auto same =
-            std::find_if(entries.begin(), end, [&](const auto& entry) { return entry.first == m_Bone[i]; });
-        if (same != end)
-            same->second += weight;
-        else
-            entries[count++] = {m_Bone[i], weight};
+        if (m_Weight[i] >= s_WeakestWeight)
+            tidy.Insert(m_Bone[i], m_Weight[i]);
+        else if (m_Weight[i] > 0.0f)
+            dbWarningf("Rejecting bone weight for strength %f\n", static_cast<double>(m_Weight[i]));
     }
-    std::sort(entries.begin(), entries.begin() + static_cast<ptrdiff_t>(count));
-    *this = VertexWeightBuilder();
-    for (size_t i = 0; i < count; ++i)
-        std::tie(m_Bone[i], m_Weight[i]) = entries[i];
+    *this = tidy;
     const std::array<float, 4>& weight = m_Weight;
     dbAssert(weight[0] + weight[1] + weight[2] + weight[3] < 1.0001f);
+}
+
+void VertexWeightBuilder::Insert(uint8_t bone, float weight) {
+    // Empty slots have the highest number of all and so stay last.
+    size_t slot = 0;
+    while (m_Bone[slot] < bone)
+        ++slot;
+    if (m_Bone[slot] == bone) {
+        m_Weight[slot] += weight;
+        return;
+    }
+    std::shift_right(m_Bone.begin() + static_cast<ptrdiff_t>(slot), m_Bone.end(), 1);
+    std::shift_right(m_Weight.begin() + static_cast<ptrdiff_t>(slot), m_Weight.end(), 1);
+    m_Bone[slot] = bone;
+    m_Weight[slot] = weight;
 }
 
 VertexWeight VertexWeightBuilder::Finish() const {

@@ -31,6 +31,9 @@ public:
     const std::array<float, 4>& GetWeights() const { return m_Weight; }
 
 private:
+    // By bone; there are at most four bones, so it has room.
+    void Insert(uint8_t bone, float weight);
+
     std::array<uint8_t, 4> m_Bone = {VertexWeight::NoBone, VertexWeight::NoBone, VertexWeight::NoBone,
                                      VertexWeight::NoBone};
     std::array<float, 4> m_Weight = {};
