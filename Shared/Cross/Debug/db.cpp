@@ -43,7 +43,8 @@ private:
     return message;
 }
 
-void ReportAssertion(const std::string& message) {
+// Kept out of line, since its own frame is one of those that are skipped.
+[[gnu::noinline]] void ReportAssertion(const std::string& message) {
     constexpr uint32_t s_OwnFrames = 2; // this one and the assertion's
     std::vector<std::string> lines = {message, ""};
     dbAppendStack(lines, s_OwnFrames);

@@ -62,15 +62,17 @@ bool Resolve(const void* pAddress, std::string& module, std::string& function, s
     function.clear();
     file.clear();
     line = 0;
+    // A return address stands behind its call, perhaps already on the next line or in the next function.
+    const void* pCall = static_cast<const char*>(pAddress) - 1;
     Dl_info info = {};
-    if (!dladdr(pAddress, &info) || !info.dli_fname)
+    if (!pAddress || !dladdr(pCall, &info) || !info.dli_fname)
         return false;
     module = FileNameOf(info.dli_fname);
     if (info.dli_sname)
         function = Demangle(info.dli_sname);
     static SymbolReaderFunction* const s_pReader = LoadReader();
     if (s_pReader)
-        s_pReader(pAddress, function, file, line);
+        s_pReader(pCall, function, file, line);
     return true;
 }
 

@@ -1,0 +1,127 @@
+#include "Shared/Cross/Debug/db.h"
+
+#include "Shared/Cross/Debug/CrashReport.h"
+#include "Tests/Shared/Cross/Debug/ReportCapture.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <stdexcept>
+#include <thread>
+#include <utility>
+
+namespace {
+
+template <int>
+void Ignore(dbMessage) {}
+
+template <int... Numbers>
+void AddMany(std::integer_sequence<int, Numbers...>) {
+    (dbAddErrorSubscriber(Ignore<Numbers>), ...);
+}
+template <int... Numbers>
+void RemoveMany(std::integer_sequence<int, Numbers...>) {
+    (dbRemoveErrorSubscriber(Ignore<Numbers>), ...);
+}
+
+int s_Depth = 0;
+void WarnAgain(dbMessage) {
+    if (++s_Depth == 1)
+        dbWarningf("from within");
+}
+
+std::atomic<int> s_Lines = 0;
+void CountLines(dbMessage message) { s_Lines += static_cast<int>(message.size()); }
+
+} // namespace
+
+TEST(Channels, WarningsBearTheirPlace) {
+    ReportCapture capture;
+    dbWarningf("face %d of '%s'", 7, "Arm");
+    const std::string expected = "channeltest/" + std::to_string(__LINE__ - 1) + ":!face 7 of 'Arm'";
+    EXPECT_EQ(capture.GetWarnings(), std::vector{expected});
+
+    capture.Clear();
+    dbSetLocation("Z:\\src\\Some.File.CPP", 12);
+    (dbWarningf)("on behalf");
+    EXPECT_EQ(capture.GetWarnings(), std::vector<std::string>{"some.file/12:!on behalf"});
+}
+
+TEST(Channels, PlainMessagesGoToTheErrorChannel) {
+    ReportCapture capture;
+    dbPrintf("%d of %d", 1, 2);
+    EXPECT_EQ(capture.GetErrors(), std::vector<std::string>{"1 of 2"});
+    EXPECT_TRUE(capture.GetWarnings().empty());
+    EXPECT_THROW(dbPrintf("%s", ""), std::runtime_error);
+}
+
+TEST(Channels, LongMessagesAreCut) {
+    ReportCapture capture;
+    dbPrintf("%s", std::string(5000, 'x').c_str());
+    ASSERT_EQ(capture.GetErrors().size(), 1u);
+    EXPECT_EQ(capture.GetErrors()[0].size(), 1023u);
+    dbWarningAt((std::string(3000, 'f') + ".cpp").c_str(), 1, "text");
+    ASSERT_EQ(capture.GetWarnings().size(), 1u);
+    EXPECT_EQ(capture.GetWarnings()[0].size(), 1023u);
+}
+
+TEST(Channels, BadRegistrationsStop) {
+    EXPECT_THROW(dbAddWarningSubscriber(nullptr), std::runtime_error);
+    EXPECT_THROW(dbAddAssertCallback(nullptr, nullptr), std::runtime_error);
+
+    const auto full = std::make_integer_sequence<int, s_dbMaxSubscribers>();
+    AddMany(full);
+    EXPECT_THROW(dbAddErrorSubscriber(Ignore<0>), std::runtime_error) << "twice";
+    EXPECT_THROW(dbAddErrorSubscriber(Ignore<100>), std::runtime_error) << "too many";
+    RemoveMany(full);
+    dbAddErrorSubscriber(Ignore<100>);
+    dbRemoveErrorSubscriber(Ignore<100>);
+}
+
+TEST(Channels, ASubscriberMayReport) {
+    ReportCapture capture;
+    dbAddWarningSubscriber(WarnAgain);
+    dbWarningf("outer");
+    dbRemoveWarningSubscriber(WarnAgain);
+    EXPECT_TRUE(ReportCapture::HasWarning("outer"));
+    EXPECT_TRUE(ReportCapture::HasWarning("from within"));
+}
+
+TEST(Channels, ThreadsReportAtTheSameTime) {
+    dbAddWarningSubscriber(CountLines);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i)
+        threads.emplace_back([] {
+            for (int line = 0; line < 500; ++line)
+                dbWarningf("line %d", line);
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    dbRemoveWarningSubscriber(CountLines);
+    EXPECT_EQ(s_Lines, 4 * 500);
+}
+
+TEST(CrashReport, KeepsFourTextsWithoutDuplicates) {
+    dbAddReportText("one");
+    dbAddReportText("one");
+    dbAddReportText(std::string(3000, 'x').c_str());
+    dbAddReportText("three");
+    dbAddReportText("four");
+    ASSERT_EQ(dbGetReportTexts().size(), 4u);
+    EXPECT_EQ(dbGetReportTexts()[1].size(), s_dbMaxReportTextLength);
+    EXPECT_NO_THROW(dbAddReportText("three"));
+    EXPECT_THROW(dbAddReportText("five"), std::runtime_error);
+}
+
+TEST(CrashReport, KeepsFilesUntilTheyAreTakenBack) {
+    for (uint32_t i = 0; i < s_dbMaxReportFiles; ++i)
+        dbAddReportFile(("/tmp/file" + std::to_string(i)).c_str(), false);
+    EXPECT_THROW(dbAddReportFile("/tmp/more", false), std::runtime_error);
+    dbAddReportFile("/tmp/file3", true);
+    EXPECT_EQ(dbGetReportFiles().size(), s_dbMaxReportFiles);
+    EXPECT_TRUE(dbGetReportFiles()[3].deleteAfter);
+    for (uint32_t i = 0; i < s_dbMaxReportFiles; ++i)
+        dbRemoveReportFile(("/tmp/file" + std::to_string(i)).c_str());
+    EXPECT_TRUE(dbGetReportFiles().empty());
+    EXPECT_THROW(dbAddReportFile(std::string(300, 'x').c_str(), false), std::runtime_error);
+}

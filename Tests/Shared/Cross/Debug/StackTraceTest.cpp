@@ -1,0 +1,73 @@
+#include "Shared/Cross/Debug/StackTrace.h"
+
+#include "Tests/Shared/Cross/Debug/ReportCapture.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// What stands behind a call keeps it from becoming a jump, which would leave no frame.
+[[gnu::noinline]] void CaptureHere(StackTrace& trace, uint32_t skip) {
+    dbCaptureStack(trace, skip);
+    asm volatile("");
+}
+constexpr uint32_t s_CaptureLine = __LINE__ - 3;
+
+[[gnu::noinline]] void CaptureDeep(StackTrace& trace, int depth) {
+    if (depth > 0)
+        CaptureDeep(trace, depth - 1);
+    else
+        dbCaptureStack(trace, 0);
+    asm volatile("");
+}
+
+std::string FunctionAt(const StackTrace& trace, uint32_t index) {
+    StackFrame frame;
+    EXPECT_TRUE(dbResolveFrame(trace.addresses[index], frame));
+    return frame.function;
+}
+
+} // namespace
+
+TEST(StackTrace, StartsWithTheCallerOrFurtherOut) {
+    StackTrace trace;
+    CaptureHere(trace, 0);
+    ASSERT_GT(trace.count, 2u);
+    EXPECT_NE(FunctionAt(trace, 0).find("CaptureHere"), std::string::npos);
+    CaptureHere(trace, 1);
+    EXPECT_NE(FunctionAt(trace, 0).find("TestBody"), std::string::npos);
+}
+
+TEST(StackTrace, HoldsAtMostItsRoom) {
+    StackTrace trace;
+    CaptureDeep(trace, 100);
+    EXPECT_EQ(trace.count, StackTrace::MaxFrames);
+    CaptureHere(trace, 100000);
+    EXPECT_EQ(trace.count, 0u);
+}
+
+TEST(StackTrace, ResolvesToSourceAndLine) {
+    StackTrace trace;
+    CaptureHere(trace, 0);
+    StackFrame frame;
+    ASSERT_TRUE(dbResolveFrame(trace.addresses[0], frame));
+    EXPECT_EQ(frame.module, "Tests_Debug");
+    EXPECT_TRUE(frame.file.ends_with("StackTraceTest.cpp")) << frame.file;
+    EXPECT_EQ(frame.line, s_CaptureLine);
+}
+
+TEST(StackTrace, AnUnknownAddressResolvesToNothing) {
+    StackFrame frame;
+    frame.module = "old";
+    EXPECT_FALSE(dbResolveFrame(reinterpret_cast<const void*>(16), frame));
+    EXPECT_EQ(frame.module, "");
+    EXPECT_EQ(frame.line, 0u);
+}
+
+TEST(StackTrace, FrameLines) {
+    const void* pAddress = reinterpret_cast<const void*>(0xAB12CD);
+    EXPECT_EQ(dbFormatFrame(pAddress, {"lib.so", "Run()", "src/run.cpp", 7}),
+              "0x0000000000AB12CD: src/run.cpp                         Ln    7 (Run())");
+    EXPECT_EQ(dbFormatFrame(pAddress, {"lib.so", "Run()", "", 0}),
+              "0x0000000000AB12CD: lib.so                                      (Run())");
+}

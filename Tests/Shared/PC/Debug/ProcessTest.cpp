@@ -1,0 +1,35 @@
+#include "Shared/PC/Debug/Process.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+TEST(Process, KnowsItsProgram) {
+    EXPECT_NE(Process::GetCommandLine().find("Tests_PCDebug"), std::string::npos);
+    EXPECT_TRUE(Process::GetExecutablePath().ends_with("/Tests_PCDebug"));
+    EXPECT_EQ(Process::GetExecutableFolder() + "Tests_PCDebug", Process::GetExecutablePath());
+}
+
+TEST(Process, StartedJustNow) {
+    const time_t now = time(nullptr);
+    // The system counts from its boot, whose time it rounds.
+    EXPECT_LE(Process::GetStartTime(), now + 2);
+    EXPECT_GT(Process::GetStartTime(), now - 600);
+}
+
+TEST(Process, TheEnvironmentMovesTheSettings) {
+    unsetenv("PVX_CONFIG");
+    EXPECT_EQ(Process::GetConfigFolder(), Process::GetExecutableFolder());
+    setenv("PVX_CONFIG", "/etc/pvx", 1);
+    EXPECT_EQ(Process::GetConfigFolder(), "/etc/pvx/");
+    unsetenv("PVX_CONFIG");
+}
+
+TEST(Process, KnowsItsMachine) {
+    const Process::System system = Process::GetSystem();
+    EXPECT_EQ(system.name, "Linux");
+    EXPECT_GT(system.major, 0);
+    EXPECT_GT(system.memoryMB, 0u);
+    EXPECT_GT(system.processors, 0);
+    EXPECT_FALSE(Process::GetUserName().empty());
+}

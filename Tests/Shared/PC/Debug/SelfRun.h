@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Shared/PC/Debug/Process.h"
+
+#include <cstdio>
+#include <string>
+
+#include <sys/wait.h>
+
+// Runs a test of this very program in a process of its own, for what a process settles once and for all.
+struct SelfRunResult {
+    int status = -1; // exit status; -1 when a signal ended it
+    std::string output;
+};
+
+inline SelfRunResult RunSelf(const std::string& test, const std::string& words) {
+    const std::string command = Process::GetExecutablePath() +
+                                " --gtest_also_run_disabled_tests --gtest_filter=" + test + " " + words + " 2>&1";
+    SelfRunResult result;
+    std::FILE* pPipe = popen(command.c_str(), "r");
+    if (!pPipe)
+        return result;
+    char block[4096];
+    while (const size_t size = std::fread(block, 1, sizeof block, pPipe))
+        result.output.append(block, size);
+    const int status = pclose(pPipe);
+    if (WIFEXITED(status))
+        result.status = WEXITSTATUS(status);
+    return result;
+}
