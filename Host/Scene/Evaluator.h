@@ -9,16 +9,21 @@
 namespace scene {
 
 class Node;
+class Scene;
 
 // The world transformations of all nodes of a scene. Nodes that never move are worked out once. The others are worked
 // out for a whole tick at a time, parents before children, when the first of them is asked for; the last ticks are
 // kept, so that the nodes may be asked frame by frame, or node by node within a run of frames.
 class Evaluator {
 public:
+    // The frames that are kept. Node by node through a longer run, every frame is worked out again for every node.
+    static constexpr int FramesKept = 32;
+
     // Everything is to be worked out again: a node was added, or one has got another local transformation.
     void Invalidate() { m_Valid = false; }
 
-    const Affine& GetWorld(Node& root, const Node& node, TimeValue t);
+    // Good until the next call. A node outside the tree stands at the origin.
+    const Affine& GetWorld(Scene& scene, const Node& node, TimeValue t);
 
     // How many passes over the moving nodes there have been; for tests, and to see progress.
     uint64_t GetPassCount() const { return m_PassCount; }
@@ -35,8 +40,9 @@ private:
     };
 
     void Prepare(Node& root);
-    void AddNode(Node& node);
+    void PlaceNode(Node& node);
     void FillTick(Tick& tick, TimeValue t);
+    // The one place that a time can have.
     Tick& GetTick(TimeValue t);
 
     bool m_Valid = false;

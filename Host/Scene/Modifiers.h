@@ -35,7 +35,8 @@ public:
     Modifier* GetModifier(int index) const override;
     Object* GetObjRef() const override { return &m_Base; }
 
-    Object& GetEvaluated() const;
+    // Null when there is nothing underneath but a reference without its object.
+    Object* GetEvaluated() const;
 
 private:
     class Result;

@@ -6,6 +6,8 @@
 #include "Host/Sdk/Node.h"
 
 #include <memory>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace scene {

@@ -5,6 +5,9 @@
 #include "Host/Sdk/Object.h"
 
 #include <memory>
+#include <optional>
+#include <string>
+#include <utility>
 
 namespace scene {
 
@@ -104,6 +107,7 @@ public:
 
 private:
     CameraSettings m_Settings;
+    std::optional<float> m_MeasuredDistance;
 };
 
 // An object of another scene file, and what it is when it is evaluated.

@@ -4,7 +4,11 @@
 #include "Host/Scene/Node.h"
 #include "Host/Sdk/Interface.h"
 
+#include <memory>
+#include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace scene {
 

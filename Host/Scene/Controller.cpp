@@ -1,0 +1,14 @@
+#include "Host/Scene/Controller.h"
+
+namespace scene {
+
+void Controller::GetClassName(std::string& out) const {
+    if (m_ClassId == BIPSLAVE_CONTROL_CLASS_ID)
+        out = "BipSlave Control";
+    else if (m_ClassId == BIPBODY_CONTROL_CLASS_ID)
+        out = "Vertical Horizontal Turn";
+    else
+        out = "Position/Rotation/Scale";
+}
+
+} // namespace scene
