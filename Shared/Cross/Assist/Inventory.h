@@ -2,6 +2,7 @@
 
 #include "Shared/Cross/Debug/StackTrace.h"
 #include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/Memory/MMAllocator.h"
 
 #include <cstdint>
 #include <memory>
@@ -16,6 +17,11 @@
 namespace Inv {
 
 class DebugToolDumpInfo;
+
+using NamesPool = MMNamedPool<"InvNames">;
+using NodesPool = MMNamedPool<"InvNodes", MMPoolKind::Small>;
+using ResourcesPool = MMNamedPool<"InvResources", MMPoolKind::Small>;
+using PooledName = std::basic_string<char, std::char_traits<char>, MMAllocator<char, NamesPool>>;
 
 // The base of what is stored. Its name is fixed as long as it is in the warehouse, and so is its life.
 class NamedResource {
@@ -34,7 +40,7 @@ public:
 private:
     friend class WarehouseImp;
 
-    std::string m_Name;
+    PooledName m_Name;
     bool m_HasName = false;
     bool m_InInventory = false;
 };
@@ -65,7 +71,7 @@ public:
 };
 
 // The warehouse's record of one object. Its holders keep the record and not the object, since a reload replaces that.
-class Resource {
+class Resource : public MMPooled<ResourcesPool> {
 public:
     explicit Resource(std::unique_ptr<NamedResource> pData);
     ~Resource();

@@ -194,7 +194,7 @@ void WarehouseImp::PushFrame(const char* pFrameName) {
     });
     const auto index = static_cast<uint32_t>(it - m_Frames.begin());
     if (it == m_Frames.end())
-        m_Frames.push_back({std::string(name), m_CurrentFrameIndex});
+        m_Frames.push_back({PooledName(name), m_CurrentFrameIndex});
     m_CurrentFrameIndex = index;
 }
 

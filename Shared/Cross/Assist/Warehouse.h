@@ -51,7 +51,7 @@ private:
     friend class Resource;
 
     struct Frame {
-        std::string name;
+        PooledName name;
         uint32_t parent = INVALID_FRAME_ID;
     };
     struct Node {
@@ -59,7 +59,7 @@ private:
         std::unique_ptr<Resource> pResource;
     };
     // Equal keys keep the order in which they came.
-    using NodeMap = std::multimap<uint32_t, Node>;
+    using NodeMap = std::multimap<uint32_t, Node, std::less<>, MMAllocator<std::pair<const uint32_t, Node>, NodesPool>>;
     using LoadingName = std::pair<const ResourceTypeInfo*, std::string>;
     struct Bin {
         ResourceTypeInfo& info;

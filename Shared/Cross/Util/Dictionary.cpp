@@ -1,5 +1,6 @@
 #include "Shared/Cross/Util/Dictionary.h"
 
+#include "Shared/Cross/Memory/MMAllocator.h"
 #include "Shared/Cross/Util/Hash.h"
 
 #include <algorithm>
@@ -7,12 +8,16 @@
 
 namespace {
 
+using StringsPool = MMNamedPool<"DictionaryStrings">;
+
 constexpr size_t s_MaxNoCaseLength = 1023;
 constexpr size_t s_FirstSlots = 64;
 // Big enough that the heap hardly notices thousands of names, small enough for a dictionary of ten.
 constexpr size_t s_BlockSize = 16 * 1024;
 
 } // namespace
+
+void Dictionary::BlockDelete::operator()(char* pBlock) const { MMFree(StringsPool::Get(), pBlock); }
 
 Dictionary::Dictionary(bool caseSensitive) : m_caseSensitive(caseSensitive) {}
 
@@ -99,7 +104,7 @@ const char* Dictionary::Store(std::string_view text) {
     const size_t size = text.size() + 1;
     if (size > m_BlockRoom) {
         m_BlockRoom = std::max(size, s_BlockSize);
-        m_pBlockNext = m_Blocks.emplace_back(std::make_unique_for_overwrite<char[]>(m_BlockRoom)).get();
+        m_pBlockNext = m_Blocks.emplace_back(static_cast<char*>(MMAlloc(StringsPool::Get(), m_BlockRoom))).get();
     }
     char* pStored = m_pBlockNext;
     text.copy(pStored, text.size());

@@ -81,6 +81,9 @@ private:
         uint32_t length = 0;
         const char* pText = nullptr; // null in a free slot
     };
+    struct BlockDelete {
+        void operator()(char* pBlock) const;
+    };
     // The text as it is stored: lower-cased and cut in `buffer` when that applies.
     std::string_view Normalise(const char* pText, char* pBuffer) const;
     // The entry of a value, or the free slot where it belongs.
@@ -95,7 +98,7 @@ private:
     // Open addressing by the value's low bits, with a power of two of slots, at most half of them taken.
     std::vector<Entry> m_Entries;
     // The strings, one behind the other; a stored string never moves.
-    std::vector<std::unique_ptr<char[]>> m_Blocks;
+    std::vector<std::unique_ptr<char[], BlockDelete>> m_Blocks;
     size_t m_BlockRoom = 0;
     char* m_pBlockNext = nullptr;
 };
