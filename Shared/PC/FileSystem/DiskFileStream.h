@@ -10,7 +10,7 @@
 // Write gives 0 and Flush and Close answer false.
 class DiskFileStream : public ByteStream {
 public:
-    DiskFileStream();
+    DiskFileStream() = default;
     // Closes the file; what can't be written is logged.
     ~DiskFileStream() override;
 
@@ -29,12 +29,25 @@ public:
     uint32_t GetLength() override;
 
 protected:
-    OSFile::Handle m_Handle;
+    // What both kinds share of opening: the handle, the mode, the name and the size.
+    bool OpenHandle(const char* pName, Mode openMode, bool share);
+    OSFile::Handle GetHandle() const { return m_Handle; }
+    bool CheckMode(Mode wanted) const;
 
 private:
-    struct WriteBlock;
+    bool WriteBlocked(const void* pSource, uint32_t size);
+    bool WriteOut(uint32_t pos, const void* pSource, uint32_t size);
+    bool FlushBlock();
+    void Lose(const char* pReason);
 
-    std::unique_ptr<WriteBlock> m_pBlock; // made by the first write
+    OSFile::Handle m_Handle;
+    uint32_t m_Pos = 0;
+    uint32_t m_Length = 0; // with what is still in the block
+    bool m_Lost = false;   // something written didn't get to the system
+    // Bytes that are still to be written, at their place in the file.
+    std::unique_ptr<uint8_t[]> m_pBlock; // made by the first write
+    uint32_t m_BlockPos = 0;
+    uint32_t m_BlockSize = 0;
 };
 
 // The way to files for the sources of FilePath; all other code goes through those. Reading is buffered. Null when the

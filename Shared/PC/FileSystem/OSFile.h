@@ -11,7 +11,9 @@
 //   the current folder; both slashes separate;
 // - a name that doesn't exist as spelled is looked up without regard to case, component by component; the exact
 //   spelling wins. A new file or folder takes the spelling that was asked for, inside its folder's own spelling.
-// Failures are false, 0 or an empty string; LastErrorText tells why. To be used by one thread at a time.
+// - a drive other than Z:, a path to another machine and a colon anywhere else lead nowhere.
+// Failures are false, 0 or an empty string; LastErrorText tells why. Any thread may use these, one at a time for each
+// handle.
 namespace OSFile {
 
 enum Attribute : uint32_t {
@@ -33,9 +35,10 @@ struct Handle {
     explicit operator bool() const { return value >= 0; }
 };
 
-// Never more than one writer has a file open. `share` lets others read beside the writer; this system never keeps them
-// from it. `random` tells the system that reading will jump about.
-Handle Open(const char* pName, OpenMode mode, bool share, bool random);
+// A second writer of a file is refused, and so is writing to a file whose read-only attribute is set. `share` lets
+// others read beside a writer; this system never keeps them from it. `random` tells the system that reading will jump
+// about. The size of the file, if wanted, comes with the handle.
+Handle Open(const char* pName, OpenMode mode, bool share, bool random, uint64_t* pSize = nullptr);
 // Each of these stops at an assertion for a null handle and answers 0 or false. Reading and writing go on over
 // interruptions and short counts until all is moved, the file ends or the system refuses.
 bool Close(Handle handle); // false when the system only now tells that written bytes are lost
@@ -43,6 +46,9 @@ uint32_t GetPos(Handle handle);
 bool Seek(Handle handle, uint32_t pos);
 uint32_t Read(Handle handle, void* pDest, uint32_t size);
 uint32_t Write(Handle handle, const void* pSource, uint32_t size);
+// The same at a place of their own; the handle's position stays where it is.
+uint32_t ReadAt(Handle handle, uint32_t pos, void* pDest, uint32_t size);
+uint32_t WriteAt(Handle handle, uint32_t pos, const void* pSource, uint32_t size);
 bool Flush(Handle handle); // on to the medium, which takes its time
 // 64-bit, since a file that is too large for a stream has to be told from one that isn't.
 uint64_t GetSize(Handle handle);
@@ -51,12 +57,14 @@ uint64_t GetSize(Handle handle);
 uint32_t FileAttr(const char* pPath);
 // Sets or clears what Windows calls the read-only attribute: the owner's right to write.
 bool SetWritable(const char* pPath, bool writable);
-// A file, not a folder.
+// A file, not a folder and none that is read-only.
 bool Delete(const char* pPath);
 // Replaces a file that is there already.
 bool Rename(const char* pFrom, const char* pTo);
 // One folder, inside one that exists. True too when it is there already.
 bool MakeFolder(const char* pPath);
+// All folders on the way to a file, from the root downward; what stands behind the last backslash is the file.
+bool MakeFolders(const char* pFilePath);
 
 // The names in a folder that match a pattern: the last component of `spec`, with * and ? as wildcards. Without "." and
 // "..", in alphabetical order without regard to case.
@@ -66,9 +74,11 @@ bool Exists(const char* pSpec);
 
 // The current folder in the system's form, with a final backslash.
 std::string GetCurrentFolder();
-// The machine's form with every component in its actual spelling, as far as it exists.
+// The machine's form, absolute, with every component in its actual spelling as far as it exists. Empty for a path that
+// leads nowhere.
 std::string ToNative(std::string_view path);
 // The system's form of one of the machine's paths: absolute, so that Z: leads it, but with dots left as they are.
+// Empty for a name that this form can't express, which is one with a backslash or a colon.
 std::string FromNative(std::string_view nativePath);
 
 // Why the last operation of this thread failed: the machine's error number, and its text ("No space left on device").
