@@ -63,7 +63,7 @@ SkinModifier& AddSkin(Node& node, std::vector<SkinBone> bones, std::unique_ptr<S
     Scene& scene = node.GetScene();
     SkinModifier& skin = scene.Make<SkinModifier>(std::move(bones), std::move(pSource));
     if (Object* pObject = node.GetObjectRef()) {
-        DerivedObject& derived = scene.Make<DerivedObject>(*pObject);
+        DerivedObject& derived = scene.Make<DerivedObject>(pObject);
         derived.AddModifier(skin);
         node.SetObject(&derived);
     }

@@ -26,12 +26,12 @@ struct StandardSettings {
     FloatTrack specularLevel = 0.0f;
     FloatTrack opacity = 1.0f;
     FloatTrack selfIllum = 0.0f;
-    std::optional<Color> selfIllumColor; // set: self-illumination is given as a colour
+    std::optional<Color> selfIllumColor = {}; // set: self-illumination is given as a colour
     bool twoSided = false;
     bool supersample = false;
     bool faceMap = false;
     int transparency = TRANSP_SUBTRACTIVE;
-    std::array<MapSlot, NTEXMAPS> maps; // by slot id
+    std::array<MapSlot, NTEXMAPS> maps = {}; // by slot id
 };
 
 class StandardMaterial : public StdMat {
@@ -113,8 +113,8 @@ struct UVSettings {
     FloatTrack vOffset = 0.0f;
     FloatTrack uScale = 1.0f;
     FloatTrack vScale = 1.0f;
-    float angle = 0.0f;               // radians, counter-clockwise
-    std::optional<Matrix3> transform; // set: the matrix, in place of the one that follows from the values above
+    float angle = 0.0f;                    // radians, counter-clockwise
+    std::optional<Matrix3> transform = {}; // set: the matrix, in place of the one that follows from the values above
     int tiling = U_WRAP | V_WRAP;
     bool environment = false; // spherical environment mapping, which depends on the view
     int mapChannel = 1;

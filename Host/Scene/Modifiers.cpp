@@ -30,8 +30,8 @@ private:
     const std::vector<MeshModifier*>& m_Modifiers;
 };
 
-DerivedObject::DerivedObject(Object& base) : m_Base(base) {
-    Object* pEvaluated = EvaluateObject(&base);
+DerivedObject::DerivedObject(Object* pBase) : m_pBase(pBase) {
+    Object* pEvaluated = EvaluateObject(pBase);
     if (pEvaluated && pEvaluated->SuperClassID() == GEOMOBJECT_CLASS_ID)
         m_pResult = std::make_unique<Result>(static_cast<GeomObject&>(*pEvaluated), m_Modifiers);
 }
@@ -52,7 +52,7 @@ Modifier* DerivedObject::GetModifier(int index) const {
 Object* DerivedObject::GetEvaluated() const {
     if (m_pResult)
         return m_pResult.get();
-    return EvaluateObject(&m_Base);
+    return EvaluateObject(m_pBase);
 }
 
 Object* EvaluateObject(Object* pObject) {

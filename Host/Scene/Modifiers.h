@@ -23,7 +23,8 @@ public:
 // surface; otherwise the modifiers have nothing to change, and it is the object underneath.
 class DerivedObject : public IDerivedObject {
 public:
-    explicit DerivedObject(Object& base);
+    // The base, never null, is borrowed from the scene.
+    explicit DerivedObject(Object* pBase);
     ~DerivedObject() override;
 
     // Puts a modifier, borrowed from the scene, on top of the others.
@@ -33,7 +34,7 @@ public:
     void GetClassName(std::string& out) const override;
     int NumModifiers() const override { return static_cast<int>(m_Modifiers.size()); }
     Modifier* GetModifier(int index) const override;
-    Object* GetObjRef() const override { return &m_Base; }
+    Object* GetObjRef() const override { return m_pBase; }
 
     // Null when there is nothing underneath but a reference without its object.
     Object* GetEvaluated() const;
@@ -41,7 +42,7 @@ public:
 private:
     class Result;
 
-    Object& m_Base;
+    Object* m_pBase;
     std::vector<MeshModifier*> m_Modifiers; // the lowest first
     std::unique_ptr<Result> m_pResult;      // null for a base without a surface
 };
@@ -58,7 +59,7 @@ struct SkinWeights {
 
     // The influences of point i are those from firsts[i] up to firsts[i + 1]: one entry more than there are points.
     std::vector<uint32_t> firsts = {0};
-    std::vector<Influence> influences;
+    std::vector<Influence> influences = {};
 
     size_t GetPointCount() const { return firsts.size() - 1; }
     std::span<const Influence> GetPoint(size_t point) const {

@@ -18,7 +18,7 @@ inline constexpr uint32_t PRSPEC_PROPID = 1;
 struct PROPSPEC {
     uint32_t ulKind = PRSPEC_LPWSTR;
     uint32_t propid = 0;
-    std::string name; // UTF-8
+    std::string name = {}; // UTF-8
 };
 
 // The type tags of a file property's value, and the member that each stands for.
@@ -37,7 +37,7 @@ struct PROPVARIANT {
     double dblVal = 0.0;
     bool boolVal = false;
     uint64_t filetime = 0; // units of 100 ns since 1601-01-01
-    std::string text;
+    std::string text = {};
 };
 
 // The host's main object, handed to a module for the time of one call.

@@ -23,7 +23,7 @@ struct DialogControl {
 struct DialogTemplate {
     int id = 0;
     const char* pTitle = "";
-    std::span<const DialogControl> controls; // in tab order
+    std::span<const DialogControl> controls = {}; // in tab order
 };
 
 // A later table of a handle adds to the earlier ones; the first one that has an id answers for it.

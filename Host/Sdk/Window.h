@@ -12,9 +12,9 @@
 struct WindowControl {
     ControlKind kind = ControlKind::Label;
     int id = 0;
-    std::string text;
+    std::string text = {};
     bool checked = false;
-    std::vector<std::string> lines; // of a list box
+    std::vector<std::string> lines = {}; // of a list box
 };
 
 // The host's main window, which has neither controls nor a procedure, or an open dialog.

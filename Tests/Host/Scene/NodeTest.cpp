@@ -1,6 +1,7 @@
 #include "Host/Scene/Node.h"
 
 #include "Host/Sdk/ClassIds.h"
+#include "Host/Sdk/Core.h"
 #include "Tests/Host/Scene/SceneFixture.h"
 
 #include <glm/gtc/constants.hpp>

@@ -123,9 +123,9 @@ TEST_F(SkinTest, ModifiersWorkFromTheLowestUpAndAreListedFromTheTop) {
     Node& node = AddBox(m_Scene, "box", {2, 2, 2});
     auto& lower = m_Scene.Make<ScaleModifier>(2.0f);
     auto& upper = m_Scene.Make<ScaleModifier>(10.0f);
-    auto& inner = m_Scene.Make<scene::DerivedObject>(*node.GetObjectRef());
+    auto& inner = m_Scene.Make<scene::DerivedObject>(node.GetObjectRef());
     inner.AddModifier(lower);
-    auto& outer = m_Scene.Make<scene::DerivedObject>(inner);
+    auto& outer = m_Scene.Make<scene::DerivedObject>(&inner);
     outer.AddModifier(upper);
     outer.AddModifier(lower);
     node.SetObject(&outer);
@@ -135,7 +135,7 @@ TEST_F(SkinTest, ModifiersWorkFromTheLowestUpAndAreListedFromTheTop) {
     EXPECT_EQ(GetMesh(node)->verts[7], Point3(63.0f));
 
     Node& camera = AddCamera(m_Scene, "camera", {});
-    camera.SetObject(&m_Scene.Make<scene::DerivedObject>(*camera.GetObjectRef()));
+    camera.SetObject(&m_Scene.Make<scene::DerivedObject>(camera.GetObjectRef()));
     EXPECT_EQ(camera.EvalWorldState(0).obj->ClassID(), SIMPLE_CAM_CLASS_ID);
 }
 
