@@ -9,8 +9,8 @@
 #include "Host/Sdk/HostSetup.h"
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/PC/Console/Terminal.h"
-#include "Shared/PC/Debug/Process.h"
 #include "Shared/PC/FileSystem/OSFile.h"
+#include "Shared/PC/Program/ProgramPath.h"
 
 #include <cerrno>
 #include <cstring>
@@ -20,8 +20,6 @@
 
 namespace {
 
-constexpr const char* s_HomeVariable = "PVXHOST_HOME";
-
 Messages MakeMessages(const CommandLine& line) {
     return Messages(stderr, {.terminal = Terminal::IsTerminal(Terminal::Stream::Error),
                              .colour = Terminal::WantsColour(Terminal::Stream::Error),
@@ -30,12 +28,17 @@ Messages MakeMessages(const CommandLine& line) {
                              .verbose = line.verbose});
 }
 
+// As an absolute path; empty when neither the command line nor the environment names one.
 std::string FindHome(const CommandLine& line) {
-    const std::string home = line.home.empty() ? Terminal::GetVariable(s_HomeVariable) : line.home;
-    if (!home.empty() && !(OSFile::FileAttr(OSFile::FromNative(home).c_str()) & OSFile::F_ATTRIBUTE_DIRECTORY))
-        throw HostError(2, home + ": is no folder that pipeline.ini could be looked for in; name one by --home or " +
-                               s_HomeVariable);
-    return home;
+    const std::string home = line.home.empty() ? ProgramPath::GetHome() : line.home;
+    if (home.empty())
+        return home;
+    const std::string path = OSFile::FromNative(home);
+    if (!(OSFile::FileAttr(path.c_str()) & OSFile::F_ATTRIBUTE_DIRECTORY))
+        throw HostError(
+            2,
+            home + ": is no folder that pipeline.ini could be looked for in; name another by --home or PVXHOST_HOME");
+    return OSFile::ToNative(path);
 }
 
 int RunScript(ScriptCommands& commands, const ScriptArguments& arguments) {
@@ -51,7 +54,7 @@ int RunScript(ScriptCommands& commands, const ScriptArguments& arguments) {
 
 // The commands that need the module and no scene.
 int RunScriptCommand(const CommandLine& line, const std::string& home, const Messages& messages) {
-    Terminal::SetVariable(s_HomeVariable, home.empty() ? Process::GetExecutableFolder() : home);
+    ProgramPath::SetHome(home);
     TerminalDialogs dialogs(messages, {}, {});
     SetDialogShower(&dialogs);
     Listener listener(stdout);

@@ -11,13 +11,12 @@
 #include "Host/Sdk/HostSetup.h"
 #include "Shared/PC/Console/Terminal.h"
 #include "Shared/PC/FileSystem/OSFile.h"
+#include "Shared/PC/Program/ProgramPath.h"
 
 #include <algorithm>
 #include <iostream>
 
 namespace {
-
-constexpr const char* s_HomeVariable = "PVXHOST_HOME";
 
 std::unique_ptr<scene::Scene> LoadScene(const ExportArguments& arguments, const Messages& messages) {
     std::vector<std::string> warnings;
@@ -97,7 +96,7 @@ int Finish(const ExportArguments& arguments, const OutputFile& output, const Mes
 int RunExport(const ExportArguments& arguments, const std::string& home, const Messages& messages, bool showProgress) {
     const OutputFile output(arguments.output, arguments.scene);
     const std::string start = home.empty() ? output.GetNativeFolder() : home;
-    Terminal::SetVariable(s_HomeVariable, start);
+    ProgramPath::SetHome(start);
 
     Progress progress(stderr, showProgress, Terminal::GetWidth(Terminal::Stream::Error));
     progress.SetStage("reading " + arguments.scene);

@@ -16,7 +16,5 @@ int GetWidth(Stream stream);
 
 // A variable of the environment; empty when it isn't there.
 std::string GetVariable(const char* pName);
-// For this process and what it starts from now on.
-void SetVariable(const char* pName, const std::string& value);
 
 } // namespace Terminal

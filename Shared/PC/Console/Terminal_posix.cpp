@@ -42,6 +42,4 @@ std::string GetVariable(const char* pName) {
     return pValue ? pValue : "";
 }
 
-void SetVariable(const char* pName, const std::string& value) { setenv(pName, value.c_str(), 1); }
-
 } // namespace Terminal

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+// What became of a program.
+struct ProgramResult {
+    int status = -1; // the exit status; the negative number of the signal that ended it
+    std::string out;
+    std::string err;
+};
+
+// Runs a program of the build folder with its output caught, "NAME=value" words added to its environment, and the text
+// on its standard input.
+ProgramResult RunProgram(const std::string& name, const std::vector<std::string>& words,
+                         const std::vector<std::string>& variables = {}, const std::string& input = {});
+
+// The lines of a text, without their ends.
+std::vector<std::string> Lines(const std::string& text);
