@@ -114,15 +114,18 @@ void MeshGroup::SetSkinnedBone(uint32_t index, uint32_t transform, int32_t bone)
 }
 
 void MeshGroup::BindSkinning(const Skeleton& skeleton) {
+    // The first bone of a name is the one that is found by it.
+    std::unordered_map<Name, int32_t> bones;
+    for (uint32_t i = 0; i < skeleton.GetBoneCount(); ++i)
+        bones.try_emplace(skeleton.GetBone(static_cast<int32_t>(i)).GetName(), static_cast<int32_t>(i));
     for (MeshEntry& entry : m_cMeshes) {
-        if (!entry.mesh.IsValid())
-            continue;
-        const Mesh& mesh = *entry.mesh.GetData();
-        entry.skinnedBones.assign(mesh.GetSkinnedTransformCount(), InvalidIndex);
-        for (uint32_t i = 0; i < mesh.GetSkinnedTransformCount(); ++i) {
-            const Name& bone = mesh.GetSkinnedTransform(i).bone;
-            entry.skinnedBones[i] = skeleton.FindBone(bone);
-            if (entry.skinnedBones[i] == InvalidIndex)
+        const uint32_t count = entry.mesh.IsValid() ? entry.mesh.GetData()->GetSkinnedTransformCount() : 0;
+        entry.skinnedBones.assign(count, InvalidIndex);
+        for (uint32_t i = 0; i < count; ++i) {
+            const Name& bone = entry.mesh.GetData()->GetSkinnedTransform(i).bone;
+            if (const auto it = bones.find(bone); it != bones.end())
+                entry.skinnedBones[i] = it->second;
+            else
                 dbWarningf("RENDER ANIM -- Mesh '%s' requires bone '%s' for skinning, but it is missing!",
                            entry.name.GetTextOrEmpty(), bone.GetTextOrEmpty());
         }

@@ -1,0 +1,85 @@
+#include <stdexcept>
+#include <utility>
+
+#include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/Glaze/Device.h"
+#include "Shared/Cross/RenderAnim/Chunks/MeshChunk.h"
+#include "Shared/Cross/RenderAnim/Chunks/VertexArrays.h"
+#include "Shared/Cross/RenderAnim/Mesh.h"
+#include "Shared/Cross/RenderAnim/Shader.h"
+#include "Shared/Cross/RenderAnim/ShaderTypeInfo.h"
+
+namespace ra {
+
+namespace {
+
+constexpr uint32_t s_StaticUsage = 2; // written once, drawn often
+
+gz::Device& GetRunningDevice() {
+    gz::Device* pDevice = gz::GetDevice();
+    dbAssert(pDevice);
+    if (!pDevice)
+        throw std::runtime_error("a mesh can't be made without a device");
+    return *pDevice;
+}
+
+ShaderRef FindShader(const MeshRecord& record, const std::string& shaderName) {
+    ShaderRef shader;
+    if (shader.Find(shaderName.c_str()))
+        return shader;
+    dbWarningf("Mesh '%s': Unable to load shader '%s' (Make sure the MAX Ref does not have IgnoreShaders on!",
+               record.name.c_str(), shaderName.c_str());
+    return GetDefaultShader();
+}
+
+std::unique_ptr<gz::VertexSet> BuildVertices(gz::Device& device, const MeshRecord& record) {
+    std::unique_ptr<gz::VertexSet> pVertexSet = device.MakeVertexSet();
+    if (!pVertexSet->Create(record.components, record.vertexCount, s_StaticUsage))
+        throw std::runtime_error("the device has no room for the vertices of mesh '" + record.name + "'");
+    for (const gz::VertexComponent component : s_StoredComponentOrder)
+        if (pVertexSet->HasComponent(component))
+            ScatterComponent(*pVertexSet, component, record.arrays[component]);
+    return pVertexSet;
+}
+
+std::unique_ptr<gz::PrimSet> BuildPrimSet(gz::Device& device, gz::VertexSet& vertexSet, const ShaderRef& shader,
+                                          const PrimSetRecord& record) {
+    const Shader* pShader = shader.GetData();
+    std::unique_ptr<gz::PrimSet> pPrimSet =
+        device.MakePrimSet(vertexSet, pShader ? pShader->GetDeviceShader() : nullptr, s_StaticUsage);
+    const uint32_t range = vertexSet.AddRange(record.firstVertex, record.vertexCount);
+    pPrimSet->SetUp(range, static_cast<uint32_t>(record.indices.size()), gz::PrimKind_TriangleList);
+    pPrimSet->SetIndices(record.indices);
+    return pPrimSet;
+}
+
+} // namespace
+
+MeshRef BuildMesh(const MeshRecord& record) {
+    gz::Device& device = GetRunningDevice();
+    auto pMesh = std::make_unique<Mesh>();
+    pMesh->SetName(record.name.c_str());
+    pMesh->SetMinDetail(record.minDetail);
+    pMesh->SetChildSelection(record.childSelection);
+    pMesh->SetPolyCount(Mesh::Poly_High, record.polyCountHigh);
+    pMesh->SetPolyCount(Mesh::Poly_Low, record.polyCountLow);
+    pMesh->SetBoundVolume(record.boundVolume);
+    pMesh->SetSkinnedTransformCount(static_cast<uint32_t>(record.skinnedTransforms.size()));
+    for (uint32_t i = 0; i < record.skinnedTransforms.size(); ++i)
+        pMesh->SetSkinnedTransform(i, Name(record.skinnedTransforms[i].bone.c_str()),
+                                   record.skinnedTransforms[i].index);
+    pMesh->SetVertexSet(Mesh::Poly_High, BuildVertices(device, record));
+    pMesh->SetShaderCount(static_cast<uint32_t>(record.primSets.size()));
+    for (uint32_t i = 0; i < record.primSets.size(); ++i) {
+        const ShaderRef shader = FindShader(record, record.primSets[i].shader);
+        pMesh->SetShader(i, shader);
+        if (!record.primSets[i].indices.empty())
+            pMesh->SetPrimSet(i, Mesh::Poly_High,
+                              BuildPrimSet(device, *pMesh->GetVertexSet(Mesh::Poly_High), shader, record.primSets[i]));
+    }
+    MeshRef mesh;
+    mesh.Set(std::move(pMesh));
+    return mesh;
+}
+
+} // namespace ra

@@ -1,0 +1,85 @@
+#include <string>
+#include <unordered_map>
+#include <utility>
+
+#include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/RenderAnim/Chunks/MeshGroupChunk.h"
+#include "Shared/Cross/RenderAnim/MeshGroup.h"
+#include "Shared/Cross/RenderAnim/RenderModel.h"
+#include "Shared/Cross/RenderAnim/RenderModelTypeInfo.h"
+
+namespace ra {
+
+namespace {
+
+constexpr char s_MissingModel[] = "art/ebps/missingmodel";
+
+MeshRef FindFirstMesh(const RenderModelRef& model) {
+    const MeshGroup* pGroup = model.IsValid() ? model.GetData()->GetMeshGroup() : nullptr;
+    return pGroup && pGroup->GetMeshCount() > 0 ? pGroup->GetMesh(0) : MeshRef();
+}
+
+MeshRef FindXRefMesh(const MeshEntryRecord& entry, const char* pModelName) {
+    const RenderModelRef model = XRefLoad(entry.xrefModel.c_str());
+    if (const MeshGroup* pGroup = model.IsValid() ? model.GetData()->GetMeshGroup() : nullptr)
+        if (const int32_t index = pGroup->FindMesh(Name(entry.name.c_str())); index != MeshGroup::InvalidIndex)
+            return pGroup->GetMesh(static_cast<uint32_t>(index));
+    dbWarningf("MODELS -- '%s': Unable to load XREF Mesh '%s' from '%s'!", pModelName, entry.name.c_str(),
+               entry.xrefModel.c_str());
+    return FindFirstMesh(XRefLoad(s_MissingModel));
+}
+
+class Builder : public MeshGroupSink {
+public:
+    Builder(MeshGroup& group, const char* pModelName) : m_Group(group), m_pModelName(pModelName) {}
+
+    void AddMesh(MeshRecord mesh) override { m_Meshes[mesh.name].meshes.push_back(BuildMesh(mesh)); }
+    void SetEntries(std::vector<MeshEntryRecord> entries) override {
+        m_Group.SetMeshCount(static_cast<uint32_t>(entries.size()));
+        for (uint32_t i = 0; i < entries.size(); ++i)
+            SetEntry(i, entries[i]);
+    }
+    void SetBoundVolume(const BoundVolume& volume) override { m_Group.SetBoundVolume(volume); }
+
+private:
+    struct Namesakes {
+        std::vector<MeshRef> meshes; // in the order of the file
+        size_t taken = 0;
+    };
+
+    void SetEntry(uint32_t index, const MeshEntryRecord& entry) {
+        m_Group.SetMeshName(index, Name(entry.name.c_str()));
+        if (!entry.xrefModel.empty())
+            m_Group.SetXRefName(index, Name(entry.xrefModel.c_str()));
+        m_Group.SetParentBone(index, entry.parentBone);
+        const MeshRef mesh = entry.xrefModel.empty() ? TakeMesh(entry.name) : FindXRefMesh(entry, m_pModelName);
+        if (mesh.IsValid())
+            m_Group.SetMesh(index, mesh);
+    }
+
+    // Several nodes of a scene may bear one name: their meshes are taken in turn.
+    MeshRef TakeMesh(const std::string& name) {
+        const auto it = m_Meshes.find(name);
+        if (it == m_Meshes.end())
+            throw Chunky::Exception(ChunkyError_BadChunk, "mesh group: there is no mesh '" + name + "' in the file");
+        Namesakes& namesakes = it->second;
+        if (namesakes.taken == namesakes.meshes.size())
+            throw Chunky::Exception(ChunkyError_BadChunk, "mesh group: mesh '" + name + "' is listed too often");
+        return namesakes.meshes[namesakes.taken++];
+    }
+
+    MeshGroup& m_Group;
+    const char* m_pModelName;
+    std::unordered_map<std::string, Namesakes> m_Meshes; // only ever looked up
+};
+
+} // namespace
+
+std::unique_ptr<MeshGroup> BuildMeshGroup(Chunky& chunky, const char* pModelName) {
+    auto pGroup = std::make_unique<MeshGroup>();
+    Builder builder(*pGroup, pModelName);
+    ReadMeshGroup(chunky, builder);
+    return pGroup;
+}
+
+} // namespace ra
