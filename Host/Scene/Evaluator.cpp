@@ -5,6 +5,13 @@
 
 namespace scene {
 
+namespace {
+
+// What the root stands on.
+const Affine s_Origin = IdentityAffine();
+
+} // namespace
+
 const Affine& Evaluator::GetWorld(Scene& scene, const Node& node, TimeValue t) {
     if (!m_Valid)
         Prepare(scene.GetRoot());
@@ -42,7 +49,8 @@ void Evaluator::PlaceNode(Node& node) {
     node.m_Moving = -1;
     if (parentPlace >= 0 || controller.IsAnimated()) {
         node.m_Moving = static_cast<int32_t>(m_Moving.size());
-        m_Moving.push_back({&node, parentPlace});
+        m_Moving.push_back(
+            {&controller, parentPlace < 0 ? (pParent ? &pParent->m_World : &s_Origin) : nullptr, parentPlace});
         return;
     }
     const Affine local = controller.Evaluate(0);
@@ -55,13 +63,9 @@ void Evaluator::FillTick(Tick& tick, TimeValue t) {
     tick.t = t;
     tick.worlds.resize(m_Moving.size());
     for (size_t i = 0; i < m_Moving.size(); ++i) {
-        const Node& node = *m_Moving[i].pNode;
-        const Affine local = node.GetController().Evaluate(t);
-        const int32_t parent = m_Moving[i].parent;
-        if (parent >= 0)
-            tick.worlds[i] = Concatenate(local, tick.worlds[static_cast<size_t>(parent)]);
-        else
-            tick.worlds[i] = node.m_pParent ? Concatenate(local, node.m_pParent->m_World) : local;
+        const Moving& moving = m_Moving[i];
+        const Affine& parent = moving.pStill ? *moving.pStill : tick.worlds[static_cast<size_t>(moving.parent)];
+        tick.worlds[i] = Concatenate(moving.pController->Evaluate(t), parent);
     }
     tick.filled = true;
     ++m_PassCount;

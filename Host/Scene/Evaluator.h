@@ -8,6 +8,7 @@
 
 namespace scene {
 
+class Controller;
 class Node;
 class Scene;
 
@@ -30,8 +31,9 @@ public:
 
 private:
     struct Moving {
-        Node* pNode;
-        int32_t parent; // the parent's place among the moving ones; -1: it stands still
+        const Controller* pController;
+        const Affine* pStill; // the transformation of a parent that stands still; otherwise
+        int32_t parent;       // the parent's place among the moving ones
     };
     struct Tick {
         TimeValue t = 0;
