@@ -9,14 +9,7 @@
 #include <glm/vec2.hpp>
 #include <glm/vec3.hpp>
 
-// The stored skin weights of one position, in the bytes of the vertex buffer.
-struct VertexWeight {
-    static constexpr uint8_t s_NoBone = 255;
-
-    std::array<float, 3> weight{}; // of the first three bones; the fourth has what they leave of 1
-    std::array<uint8_t, 4> bone{s_NoBone, s_NoBone, s_NoBone, s_NoBone}; // skeleton indices, the strongest first
-};
-static_assert(sizeof(VertexWeight) == 16);
+#include "Shared/Cross/RenderAnim/VertexWeight.h"
 
 // The whole system indexes with 16 bits; a host mesh beyond that fails only when its vertices are counted.
 struct MeshFace {

@@ -14,7 +14,7 @@ template <class T>
 T ElementOf(const RadixItem& item) {
     const std::array<uint64_t, 2> words{ByteOrderImage(item.high), ByteOrderImage(item.low)};
     T element;
-    std::memcpy(&element, words.data(), sizeof(T));
+    std::memcpy(static_cast<void*>(&element), words.data(), sizeof(T));
     return element;
 }
 
