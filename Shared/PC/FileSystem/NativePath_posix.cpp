@@ -61,7 +61,7 @@ bool ToNativeText(std::string_view path, std::string& native) {
         path.remove_prefix(end == std::string_view::npos ? path.size() : end + 1);
     }
     if (native.empty())
-        native = "/";
+        native.assign(1, '/');
     if (native.size() >= PATH_MAX) {
         errno = ENAMETOOLONG;
         return false;

@@ -67,7 +67,8 @@ bool MakeFolder(const char* pPath);
 bool MakeFolders(const char* pFilePath);
 
 // The names in a folder that match a pattern: the last component of `spec`, with * and ? as wildcards. Without "." and
-// "..", in alphabetical order without regard to case.
+// "..", and without links to a folder above them, which would make a tree endless; in alphabetical order without regard
+// to case.
 std::vector<std::string> List(const char* pSpec);
 // Whether there is any.
 bool Exists(const char* pSpec);

@@ -7,7 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
+#include <cstdlib>
 #include <limits>
 #include <memory>
 #include <system_error>
@@ -146,7 +146,20 @@ bool IsFolder(const std::string& native) {
     return stat(native.c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
 }
 
-// Calls back with each name in the folder that matches; stops when told false.
+std::string GetRealPath(const std::string& path) {
+    const std::unique_ptr<char, decltype(&std::free)> pReal(realpath(path.c_str(), nullptr), std::free);
+    return pReal ? pReal.get() : "";
+}
+
+// A link to a folder above it would make the tree endless.
+bool LeadsUp(const std::string& folder, const dirent& entry) {
+    if (entry.d_type != DT_LNK)
+        return false;
+    const std::string target = GetRealPath(folder + '/' + entry.d_name);
+    return !target.empty() && (target == "/" || (GetRealPath(folder) + '/').starts_with(target + '/'));
+}
+
+// Calls back with each name in the folder that matches; stops when told false. Links that lead up are left out.
 template <typename Callback>
 void ForEachMatch(const char* pSpec, Callback callback) {
     const std::string_view spec(pSpec);
@@ -166,7 +179,9 @@ void ForEachMatch(const char* pSpec, Callback callback) {
     }
     while (const dirent* pEntry = readdir(pFolder.get())) {
         const std::string_view name(pEntry->d_name);
-        if (name != "." && name != ".." && MatchesWildcard(pattern, name) && !callback(name))
+        if (name == "." || name == ".." || !MatchesWildcard(pattern, name) || LeadsUp(folder, *pEntry))
+            continue;
+        if (!callback(name))
             return;
     }
 }
@@ -255,8 +270,11 @@ uint32_t FileAttr(const char* pPath) {
     struct stat facts {};
     if (!ToNativeText(pPath, path) || !GetFacts(path, facts))
         return Fail();
-    return (S_ISDIR(facts.st_mode) ? F_ATTRIBUTE_DIRECTORY : F_ATTRIBUTE_FILE) | F_ATTRIBUTE_READABLE |
-           (IsWritable(facts) ? F_ATTRIBUTE_WRITABLE : 0);
+    uint32_t attributes = F_ATTRIBUTE_READABLE;
+    attributes |= S_ISDIR(facts.st_mode) ? F_ATTRIBUTE_DIRECTORY : F_ATTRIBUTE_FILE;
+    if (IsWritable(facts))
+        attributes |= F_ATTRIBUTE_WRITABLE;
+    return attributes;
 }
 
 bool SetWritable(const char* pPath, bool writable) {

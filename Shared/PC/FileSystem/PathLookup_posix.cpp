@@ -131,8 +131,8 @@ void PathLookup::Apply(const FolderWatch::Event& event) {
 
 void PathLookup::Forget() {
     m_MustForget = false;
-    m_Folders = {};
-    m_Watched = {};
+    m_Folders = decltype(m_Folders)();
+    m_Watched = decltype(m_Watched)();
     m_Watch.Close(); // the next Find opens it again
 }
 

@@ -114,10 +114,11 @@ public:
     // From the first source that has it. True too when none has.
     static bool Delete(const char* pName);
 
-    // Watchers are told the alias path of each changed file that matches their pattern, case aside: "DATA:art\*.tga",
-    // where a wildcard crosses folders. PollChanges does the telling; a name is used once.
+    // A watcher's name is an alias path with wildcards, "DATA:art\*.tga", where * crosses folders. PollChanges asks
+    // every source for the files that have changed and tells the watchers whose name matches, case aside. A name is
+    // used once.
     using WatchCallback = std::function<void(const char* pName)>;
-    static bool AddWatcher(const char* pName, const char* pPattern, WatchCallback callback);
+    static bool AddWatcher(const char* pName, WatchCallback callback);
     static bool RemoveWatcher(const char* pName);
     static void PollChanges();
 
@@ -131,6 +132,17 @@ public:
     static void RemoveOpenListener(OpenListener& listener);
 
 private:
-    struct Path;
-    struct Registry;
+    // What is registered under an alias.
+    struct Path {
+        std::string id;
+        SourceID sourceID;
+        int32_t priority = 0;
+        std::shared_ptr<Source> pSource;
+    };
+    using Paths = std::vector<Path>; // in the order in which they are asked
+    class Registry;
+
+    static Registry& GetRegistry();
+    static Paths* FindPaths(const char* pName, std::string& path);
+    static std::unique_ptr<ByteStream> OpenFirst(const char* pName, Mode mode, SourceID wanted, SourceID& found);
 };

@@ -1,0 +1,139 @@
+#include "Shared/Cross/FileSystem/Paths/FilePathHD.h"
+
+#include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/FileSystem/Wildcard.h"
+#include "Shared/PC/FileSystem/DiskFileStream.h"
+#include "Shared/PC/FileSystem/OSFile.h"
+
+#include <string_view>
+
+namespace {
+
+// A name that can't lead out of the root.
+bool IsInside(const char* pName) {
+    if (!pName || *pName == '\0' || *pName == '\\')
+        return false;
+    const std::string_view name(pName);
+    return name.find_first_of(":/") == std::string_view::npos && name.find("..\\") == std::string_view::npos &&
+           name != ".." && !name.ends_with("\\..");
+}
+
+// The same for the operations in which a name that isn't is a mistake and no more.
+bool CheckName(const char* pName) {
+    const bool isInside = IsInside(pName);
+    dbAssert(isInside);
+    return isInside;
+}
+
+bool HasDrive(std::string_view path) { return path.size() >= 2 && path[1] == ':'; }
+
+FilePath::Type ToType(uint32_t attributes) {
+    if (attributes & OSFile::F_ATTRIBUTE_DIRECTORY)
+        return FilePath::Type_Folder;
+    return attributes & OSFile::F_ATTRIBUTE_FILE ? FilePath::Type_File : FilePath::Type_None;
+}
+
+bool IsFile(const std::string& path) { return ToType(OSFile::FileAttr(path.c_str())) == FilePath::Type_File; }
+
+} // namespace
+
+std::shared_ptr<FilePathHD> FilePathHD::Create(const char* pRoot, FilePath::Mode mode) {
+    return Create(pRoot, mode, mode == ByteStream::Mode_Read);
+}
+
+std::shared_ptr<FilePathHD> FilePathHD::Create(const char* pRoot, FilePath::Mode mode, bool share) {
+    using enum ByteStream::Mode;
+    std::string folder(pRoot ? pRoot : "");
+    const bool isMode = mode == Mode_Read || mode == Mode_Write || mode == Mode_Both;
+    if (!isMode || folder.empty() || folder.size() >= FilePath::MAXPATH || folder.find('/') != std::string::npos) {
+        dbBreak();
+        return nullptr;
+    }
+    if (folder.back() != '\\')
+        folder += '\\';
+    if (mode == Mode_Read && ToType(OSFile::FileAttr(folder.c_str())) != FilePath::Type_Folder) {
+        dbWarningf("FILESYSTEM -- filepath failure, path does not exist '%s'", folder.c_str());
+        return nullptr;
+    }
+    if (mode != Mode_Read && !OSFile::MakeFolders(folder.c_str())) {
+        dbWarningf("FILESYSTEM -- filepath failure, failed to create path '%s'", folder.c_str());
+        return nullptr;
+    }
+    return std::shared_ptr<FilePathHD>(new FilePathHD(mode, FoldCase(folder), folder, share));
+}
+
+FilePathHD::FilePathHD(FilePath::Mode mode, std::string root, std::string folder, bool share)
+    : m_Mode(mode), m_Root(std::move(root)), m_Folder(std::move(folder)), m_Share(share) {}
+
+bool FilePathHD::Allows(FilePath::Mode mode) const { return (mode & ~m_Mode) == 0; }
+
+bool FilePathHD::GetFullName(std::string& out, const char* pName, FilePath::Mode mode) {
+    if (!CheckName(pName) || !Allows(mode))
+        return false;
+    const std::string path = m_Folder + pName;
+    if ((mode & ByteStream::Mode_Write) && !OSFile::MakeFolders(path.c_str()))
+        return false;
+    if (mode == ByteStream::Mode_Read && !IsFile(path))
+        return false;
+    out = m_Root + pName;
+    return true;
+}
+
+bool FilePathHD::GetAliasName(std::string& out, const char* pFull) {
+    if (!pFull)
+        return false;
+    const std::string root = HasDrive(m_Root) ? m_Root : FoldCase(OSFile::GetCurrentFolder() + m_Root);
+    const std::string_view full(pFull);
+    if (full.size() <= root.size() || FoldCase(full.substr(0, root.size())) != root)
+        return false;
+    out = full.substr(root.size());
+    return true;
+}
+
+std::unique_ptr<ByteStream> FilePathHD::Open(const char* pName, FilePath::Mode mode) {
+    if (!IsInside(pName)) {
+        dbWarningf("file %s is missing.", pName ? pName : "");
+        dbBreak();
+        return nullptr;
+    }
+    if (!Allows(mode))
+        return nullptr;
+    const std::string path = m_Folder + pName;
+    if ((mode & ByteStream::Mode_Write) && !OSFile::MakeFolders(path.c_str()))
+        return nullptr;
+    return OpenFile(path.c_str(), mode, m_Share);
+}
+
+bool FilePathHD::Delete(const char* pName) {
+    return CheckName(pName) && Allows(ByteStream::Mode_Write) && OSFile::Delete((m_Folder + pName).c_str());
+}
+
+bool FilePathHD::IsAccessible(const char* pName, FilePath::Mode mode) {
+    if (!CheckName(pName) || !Allows(mode))
+        return false;
+    const uint32_t attributes = OSFile::FileAttr((m_Folder + pName).c_str());
+    return ToType(attributes) == FilePath::Type_File &&
+           (!(mode & ByteStream::Mode_Write) || (attributes & OSFile::F_ATTRIBUTE_WRITABLE));
+}
+
+FilePath::Type FilePathHD::GetType(const char* pName) {
+    if (!CheckName(pName))
+        return FilePath::Type_None;
+    std::string path = m_Folder + pName;
+    if (path.back() == '\\')
+        path.pop_back();
+    if (HasWildcard(pName)) {
+        const std::vector<std::string> found = OSFile::List(path.c_str());
+        if (found.empty())
+            return FilePath::Type_None;
+        path.replace(path.rfind('\\') + 1, std::string::npos, found.front());
+    }
+    return ToType(OSFile::FileAttr(path.c_str()));
+}
+
+void FilePathHD::Enumerate(const char* pSpec, FilePath::FileListObj& list) {
+    if (!CheckName(pSpec))
+        return;
+    for (const std::string& name : OSFile::List((m_Folder + pSpec).c_str()))
+        list.Add(name.c_str());
+}
