@@ -36,6 +36,8 @@ public:
     Node& AddNode(std::string name, Node* pParent = nullptr);
     // A new node outside the tree, and its way in: the end of the parent's children. Attach answers false, and changes
     // nothing, when the child is in the tree of another node already, or when the parent hangs below the child.
+    // Attaching from the root downward is cheap; a child that brings children of its own costs a walk up from its
+    // parent.
     Node& MakeNode(std::string name);
     bool Attach(Node& parent, Node& child);
 
