@@ -35,8 +35,8 @@ struct Parser {
 
     CLI::App* Add(const char* pName, const char* pDescription) {
         CLI::App* pCommand = app.add_subcommand(pName, pDescription);
-        auto* pQuiet = pCommand->add_flag("-q,--quiet", result.quiet, "No notes, only warnings and errors");
-        pCommand->add_flag("-v,--verbose", result.verbose, "Tell what is done")->excludes(pQuiet);
+        pCommand->add_flag("-q,--quiet", result.quiet, "No notes, only warnings and errors");
+        pCommand->add_flag("-v,--verbose", result.verbose, "Tell what is done");
         pCommand->add_flag("--all-messages", result.allMessages, "Never fold long runs of like messages");
         pCommand->add_flag("--break-on-assert", result.breakOnAssert, "Stop at a breakpoint where an assertion fails");
         pCommand
@@ -51,14 +51,13 @@ struct Parser {
         pExport = Add("export", "Exports a glTF scene to a model file");
         pExport->add_option("SCENE", exported.scene, "The scene, .gltf or .glb")->required();
         pExport->add_option("OUT", exported.output, "The model file, .pvx, in a folder that exists")->required();
-        auto* pSilent = pExport->add_flag(
+        pExport->add_flag(
             "--silent", exported.silent,
             "Ask nothing: a name that ends in REFERENCE/REF.pvx exports the model, any other the animation");
-        pExport->add_flag("--no-meshes", exported.noMeshes, "Leave the meshes out")->excludes(pSilent);
-        pExport->add_flag("--no-animation", exported.noAnimation, "Leave the animation out")->excludes(pSilent);
-        pExport->add_flag("--xref-as-local", exported.xrefAsLocal, "Take external meshes as the scene's own")
-            ->excludes(pSilent);
-        pExport->add_flag("--ask", exported.ask, "Show the options dialog in the terminal")->excludes(pSilent);
+        pExport->add_flag("--no-meshes", exported.noMeshes, "Leave the meshes out");
+        pExport->add_flag("--no-animation", exported.noAnimation, "Leave the animation out");
+        pExport->add_flag("--xref-as-local", exported.xrefAsLocal, "Take external meshes as the scene's own");
+        pExport->add_flag("--ask", exported.ask, "Show the options dialog in the terminal");
         pExport->add_option("--clip", exported.clip, "The animation to play, or none for the rest pose")
             ->type_name("NAME|INDEX|none");
         pExport->add_option("--fps", exported.framesPerSecond, "Frames a second (default 30)")
@@ -125,6 +124,23 @@ CommandLineEnd Refuse(const CLI::App& command, const std::string& what) {
     return {.status = 2, .text = name + ": " + OneLine(what) + "; " + name + " --help tells what is possible"};
 }
 
+// What of the options can't stand together; null for nothing.
+const char* FindContradiction(const CommandLine& line, const ExportArguments& exported) {
+    const std::pair<bool, const char*> contradictions[] = {
+        {line.quiet && line.verbose, "--quiet and --verbose contradict each other"},
+        {exported.silent && exported.ask, "--silent asks nothing, so --ask can't stand beside it"},
+        {exported.silent && exported.noMeshes, "with --silent the output's name decides, so --no-meshes can't"},
+        {exported.silent && exported.noAnimation, "with --silent the output's name decides, so --no-animation can't"},
+        {exported.silent && exported.xrefAsLocal,
+         "--silent keeps external references, so --xref-as-local can't stand beside it"},
+        {exported.noMeshes && exported.noAnimation, "--no-meshes and --no-animation together leave nothing to export"},
+    };
+    for (const auto& [found, text] : contradictions)
+        if (found)
+            return text;
+    return nullptr;
+}
+
 } // namespace
 
 std::variant<CommandLine, CommandLineEnd> ParseCommandLine(const std::vector<std::string>& words) {
@@ -133,12 +149,17 @@ std::variant<CommandLine, CommandLineEnd> ParseCommandLine(const std::vector<std
         // The parser wants the words in reverse.
         parser.app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
     } catch (const CLI::CallForHelp&) {
-        return CommandLineEnd{.status = 0, .text = parser.Current().help()};
+        return CommandLineEnd{.status = 0, .text = parser.app.help()};
+    } catch (const CLI::RequiredError& error) {
+        // The library doesn't say which word it took for no command.
+        if (&parser.Current() != &parser.app)
+            return Refuse(parser.Current(), error.what());
+        return Refuse(parser.app, words.empty() ? "a command is missing" : "\"" + words[0] + "\" is no command");
     } catch (const CLI::ParseError& error) {
         return Refuse(parser.Current(), error.what());
     }
-    if (parser.exported.noMeshes && parser.exported.noAnimation)
-        return Refuse(*parser.pExport, "--no-meshes and --no-animation together leave nothing to export");
+    if (const char* pContradiction = FindContradiction(parser.result, parser.exported))
+        return Refuse(parser.Current(), pContradiction);
     parser.TakeCommand();
     return std::move(parser.result);
 }
