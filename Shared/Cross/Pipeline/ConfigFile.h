@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <map>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -19,6 +18,9 @@ class ByteStream;
 // and are kept in lower case, in name order. All access is by the current section.
 class ConfigFile {
 public:
+    using Section = std::map<std::string, std::string, std::less<>>;
+    using SectionMap = std::map<std::string, Section, std::less<>>;
+
     // Reads the file, by full name or alias path, in place of what was there. A line that can't be told is logged and
     // dropped; false only for a file that can't be opened. The first section is current then.
     bool Load(const char* pName);
@@ -48,9 +50,10 @@ public:
     // Of the current section; the first one is current then.
     bool DeleteSection();
 
+    // For those who take it all: an index costs a walk.
+    const SectionMap& GetSections() const { return m_Sections; }
+
 private:
-    using Section = std::map<std::string, std::string, std::less<>>;
-    using SectionMap = std::map<std::string, Section, std::less<>>;
     class Reader;
 
     const Section* GetCurrent() const;

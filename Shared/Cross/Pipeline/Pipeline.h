@@ -3,7 +3,8 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <vector>
+
+struct PipelineData;
 
 // What "pipeline.ini" says of a studio's projects: where each keeps its source art, intermediate, generic and final
 // files, and which project it inherits from. Every tool finds the file by itself, by walking up from where it starts.
@@ -80,11 +81,9 @@ public:
     ~Pipeline();
 
 private:
-    struct Data;
+    explicit Pipeline(std::unique_ptr<PipelineData> pData);
 
-    explicit Pipeline(std::unique_ptr<Data> pData);
-
-    std::unique_ptr<Data> m_pData;
+    std::unique_ptr<PipelineData> m_pData;
 
     static std::unique_ptr<Pipeline> s_instance;
 };
