@@ -19,7 +19,7 @@ public:
 struct Place {
     std::string_view kind;
     size_t index = 0;
-    std::string_view name;
+    std::string_view name = {};
 
     // `node "Arm_L"`, or `node 7` without a name. Control characters in the name are shown as '?', so that a message
     // stays one line.

@@ -29,9 +29,7 @@ public:
     bool RawNumber(const char* pText, rapidjson::SizeType size, bool copy) {
         return m_Document.RawNumber(pText, size, copy);
     }
-    bool String(const char* pText, rapidjson::SizeType size, bool copy) {
-        return m_Document.String(pText, size, copy);
-    }
+    bool String(const char* pText, rapidjson::SizeType size, bool copy) { return m_Document.String(pText, size, copy); }
     bool Key(const char* pText, rapidjson::SizeType size, bool copy) { return m_Document.Key(pText, size, copy); }
     bool StartObject() { return Enter() && m_Document.StartObject(); }
     bool EndObject(rapidjson::SizeType count) {

@@ -1,0 +1,43 @@
+#include "Host/Gltf/Names.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace gltf {
+
+namespace {
+
+std::string ToLower(std::string_view text) {
+    std::string lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return lower;
+}
+
+} // namespace
+
+bool UniqueNames::Take(std::string_view name) { return m_Taken.insert(ToLower(name)).second; }
+
+std::string UniqueNames::Make(std::string_view wanted, std::string_view fallback) {
+    if (!wanted.empty() && Take(wanted))
+        return std::string(wanted);
+    const std::string_view base = wanted.empty() ? fallback : wanted;
+    unsigned& next = m_NextNumbers[ToLower(base)];
+    for (;;) {
+        char number[16];
+        std::snprintf(number, sizeof number, "%03u", ++next);
+        std::string name = std::string(base) + number;
+        if (Take(name))
+            return name;
+    }
+}
+
+std::string UniqueNames::MakeNumbered(std::string_view base, std::string_view separator, unsigned number) {
+    for (;; ++number) {
+        std::string name = std::string(base).append(separator) + std::to_string(number);
+        if (Take(name))
+            return name;
+    }
+}
+
+} // namespace gltf
