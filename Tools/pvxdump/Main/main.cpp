@@ -1,0 +1,66 @@
+#include <cstdio>
+#include <exception>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/FileSystem/Paths/FilePathHDRaw.h"
+#include "Shared/PC/FileSystem/OSFile.h"
+#include "Tools/pvxdump/Dump.h"
+
+namespace {
+
+constexpr int s_StatusFault = 2;
+
+int Fail(const std::string& file, const std::string& reason) {
+    std::fprintf(stderr, "%s: %s\n", file.c_str(), reason.c_str());
+    return s_StatusFault;
+}
+
+int Run(const std::string& file, const DumpOptions& options) {
+    const std::string path = OSFile::FromNative(file);
+    const uint32_t attributes = path.empty() ? 0 : OSFile::FileAttr(path.c_str());
+    if (attributes == 0)
+        return Fail(file, "there is no such file");
+    if ((attributes & OSFile::F_ATTRIBUTE_DIRECTORY) != 0)
+        return Fail(file, "is a folder; a model file is wanted");
+    const std::unique_ptr<ByteStream> pStream = FilePathHDRaw(true).Open(path.c_str(), ByteStream::Mode_Read);
+    if (!pStream)
+        return Fail(file, "can't be opened: " + OSFile::LastErrorText());
+    try {
+        const std::string text = DumpFile(*pStream, file, options);
+        if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
+            return Fail("standard output", "can't be written to");
+    } catch (const std::exception& exception) {
+        return Fail(file, exception.what());
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app("Prints what a model file holds.", "pvxdump");
+    std::string file;
+    DumpOptions options;
+    bool breaksOnAssert = false;
+    app.add_option("FILE", file, "The file to read.")->required();
+    CLI::Option* pJson = app.add_flag("--json", options.json, "As JSON, with all there is.");
+    CLI::Option* pChunks = app.add_flag("--chunks", options.chunks, "The tree of chunks, whatever they mean.");
+    app.add_flag("--vertices", options.vertices, "In JSON: vertices and indices too.")->needs(pJson)->excludes(pChunks);
+    app.add_flag("--break-on-assert", breaksOnAssert, "Stop in the debugger where an assertion fails.");
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::CallForHelp& help) {
+        return app.exit(help);
+    } catch (const CLI::ParseError& error) {
+        return Fail("pvxdump", std::string(error.what()) + "; pvxdump --help tells more");
+    }
+    dbSetThrowOnAssert(!breaksOnAssert);
+    try {
+        return Run(file, options);
+    } catch (const std::exception& exception) {
+        return Fail(file, exception.what());
+    }
+}

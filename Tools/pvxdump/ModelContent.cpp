@@ -1,0 +1,137 @@
+#include "Tools/pvxdump/ModelContent.h"
+
+#include <unordered_map>
+#include <utility>
+
+#include "Shared/Cross/RenderAnim/Chunks/MarkerChunk.h"
+#include "Shared/Cross/RenderAnim/Intermediate/IntermediateLayout.h"
+
+namespace {
+
+constexpr uint32_t s_IntermediateAnimVersion = 1;
+
+class GroupReader : public ra::MeshGroupSink {
+public:
+    GroupReader(ModelContent& content, bool withVertices) : m_Content(content), m_WithVertices(withVertices) {}
+
+    void AddMesh(ra::MeshRecord mesh) override {
+        MeshContent content;
+        for (ra::PrimSetRecord& primSet : mesh.primSets) {
+            content.indexCounts.push_back(static_cast<uint32_t>(primSet.indices.size()));
+            if (!m_WithVertices)
+                primSet.indices = {};
+        }
+        if (!m_WithVertices) {
+            mesh.arrays = {};
+            mesh.pPayload.reset();
+        }
+        m_Places[mesh.name].push_back(m_Local.size());
+        content.mesh = std::move(mesh);
+        m_Local.push_back(std::move(content));
+    }
+
+    void SetEntries(std::vector<ra::MeshEntryRecord> entries) override {
+        for (ra::MeshEntryRecord& entry : entries)
+            m_Content.meshes.push_back(TakeMesh(std::move(entry)));
+    }
+
+    void SetBoundVolume(const BoundVolume& volume) override { m_Content.boundVolume = volume; }
+
+private:
+    // Meshes of one name are taken in turn, as when a model is loaded.
+    MeshContent TakeMesh(ra::MeshEntryRecord entry) {
+        MeshContent content;
+        content.isLocal = entry.xrefModel.empty();
+        if (content.isLocal) {
+            std::vector<size_t>& places = m_Places[entry.name];
+            size_t& taken = m_Taken[entry.name];
+            if (taken == places.size())
+                throw Chunky::Exception(ChunkyError_BadChunk,
+                                        "mesh group: there is no mesh '" + entry.name + "' in the file");
+            content = std::move(m_Local[places[taken++]]);
+        }
+        content.entry = std::move(entry);
+        return content;
+    }
+
+    ModelContent& m_Content;
+    bool m_WithVertices;
+    std::vector<MeshContent> m_Local;
+    std::unordered_map<std::string, std::vector<size_t>> m_Places; // in m_Local
+    std::unordered_map<std::string, size_t> m_Taken;
+};
+
+class ModelReader {
+public:
+    ModelReader(Chunky& chunky, ModelContent& content, bool withVertices)
+        : m_Chunky(chunky), m_Content(content), m_WithVertices(withVertices) {}
+
+    void ReadChild(const ChunkInfo& child) {
+        const bool known = child.kind == ChunkKind_Folder ? ReadFolder(child) : ReadData(child.id);
+        if (!known)
+            ++m_Content.undecoded[child.id];
+    }
+
+private:
+    bool ReadFolder(const ChunkInfo& child) {
+        switch (child.id) {
+        case ra::s_ShaderChunk:
+            m_Content.shaders.push_back(ra::ReadShaderRecord(m_Chunky));
+            return true;
+        case ra::s_MeshGroupChunk: {
+            GroupReader reader(m_Content, m_WithVertices);
+            ra::ReadMeshGroup(m_Chunky, reader);
+            m_Content.hasMeshGroup = true;
+            return true;
+        }
+        case ra::s_AnimChunk:
+            m_Content.isGeneric |= child.version > s_IntermediateAnimVersion;
+            m_Content.animations.push_back(
+                {.name = std::string(child.name.GetView()), .version = child.version, .size = child.size});
+            return true;
+        case ra::intermediate::s_SkeletonChunk:
+            m_Content.isGeneric = true; // only there it is a folder
+            return false;
+        default:
+            return false;
+        }
+    }
+
+    bool ReadData(uint32_t id) {
+        switch (id) {
+        case ra::s_SharedShaderChunk:
+            m_Content.sharedShaders.push_back(ra::ReadSharedShaderName(m_Chunky));
+            return true;
+        case ra::intermediate::s_SkeletonChunk:
+            m_Content.bones = ra::intermediate::ReadBoneRecords(m_Chunky);
+            m_Content.hasSkeleton = true;
+            return true;
+        case ra::s_MarkerChunk:
+            m_Content.markers.push_back(ra::ReadMarker(m_Chunky));
+            return true;
+        case ra::s_CameraChunk:
+            m_Content.cameras.push_back(ra::ReadCamera(m_Chunky));
+            return true;
+        default:
+            return false;
+        }
+    }
+
+    Chunky& m_Chunky;
+    ModelContent& m_Content;
+    bool m_WithVertices;
+};
+
+} // namespace
+
+ModelContent ReadModelContent(Chunky& chunky, bool withVertices) {
+    const ChunkInfo info = chunky.EnterFolder(ra::s_ModelChunk, ra::s_ModelVersion);
+    ModelContent content;
+    content.name = info.name.GetView();
+    content.version = info.version;
+    ModelReader reader(chunky, content, withVertices);
+    for (ChunkInfo child; chunky.NextChunk(child);)
+        reader.ReadChild(child);
+    chunky.EndChunk();
+    return content;
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Shared/Cross/FileSystem/Chunky.h"
+#include "Shared/Cross/RenderAnim/BoundVolume.h"
+#include "Shared/Cross/RenderAnim/Chunks/MeshChunk.h"
+#include "Shared/Cross/RenderAnim/Chunks/MeshGroupChunk.h"
+#include "Shared/Cross/RenderAnim/Chunks/ShaderChunk.h"
+#include "Shared/Cross/RenderAnim/Intermediate/SkeletonChunk.h"
+#include "Shared/Cross/RenderAnim/Marker.h"
+
+// A mesh of a model file, by the group's table.
+struct MeshContent {
+    ra::MeshEntryRecord entry;
+    bool isLocal = true;
+    // Of a local mesh. Without its vertices and indices unless they were asked for.
+    ra::MeshRecord mesh;
+    std::vector<uint32_t> indexCounts; // by primitive set
+};
+
+struct AnimationContent {
+    std::string name;
+    uint32_t version = 0;
+    uint32_t size = 0; // bytes
+};
+
+// What a model file holds, as it stands there: no device, no inventory, and nothing made up for what is missing.
+struct ModelContent {
+    std::string name;
+    uint32_t version = 0;
+    bool isGeneric = false; // as far as the file tells
+    std::vector<ra::ShaderRecord> shaders;
+    std::vector<std::string> sharedShaders;
+    bool hasSkeleton = false;
+    std::vector<ra::intermediate::BoneRecord> bones;
+    bool hasMeshGroup = false;
+    std::vector<MeshContent> meshes;
+    BoundVolume boundVolume; // of the group
+    std::vector<Marker> markers;
+    std::vector<CameraDef> cameras;
+    std::vector<AnimationContent> animations;
+    // Chunks that this program doesn't decode: how many by id.
+    std::map<uint32_t, uint32_t> undecoded;
+};
+
+// The next chunk is a "QPVX". Throws what the readers of its parts throw.
+ModelContent ReadModelContent(Chunky& chunky, bool withVertices);

@@ -1,0 +1,206 @@
+#include "Tools/pvxdump/ModelJson.h"
+
+#include <cstring>
+
+#include <glm/common.hpp>
+#include <glm/gtc/type_ptr.hpp>
+#include <nlohmann/json.hpp>
+
+#include "Shared/Cross/RenderAnim/VertexWeight.h"
+#include "Tools/pvxdump/ModelNames.h"
+#include "Tools/pvxdump/TextFormat.h"
+
+namespace {
+
+using nlohmann::json;
+
+json ToJson(const glm::vec3& v) { return {v.x, v.y, v.z}; }
+
+json ToJson(const glm::quat& q) { return {q.x, q.y, q.z, q.w}; }
+
+json ToJson(const float* pValues, size_t count) {
+    json values = json::array();
+    for (size_t i = 0; i < count; ++i)
+        values.push_back(pValues[i]);
+    return values;
+}
+
+json ToJson(const glm::mat4x3& m) { return ToJson(glm::value_ptr(m), 12); }
+
+json ToJson(const glm::mat4& m) { return ToJson(glm::value_ptr(m), 16); }
+
+json ToJson(Colour colour) { return {{"r", colour.r}, {"g", colour.g}, {"b", colour.b}, {"a", colour.a}}; }
+
+json ToJson(const BoundVolume& volume) {
+    if (!volume.IsValid())
+        return nullptr;
+    const OrientedBox& box = volume.GetBox();
+    json rows = json::array();
+    for (int row = 0; row < 3; ++row)
+        rows.push_back(ToJson(box.rotation[row]));
+    return {{"centre", ToJson(box.centre)}, {"halfExtents", ToJson(box.halfExtents)}, {"rotation", rows}};
+}
+
+json ToJson(const ra::ChannelRecord& channel, uint32_t n) {
+    return {{"channel", n},
+            {"name", s_ChannelNames[n]},
+            {"mode", channel.mode},
+            {"colour", ToJson(channel.colour)},
+            {"texture", channel.texture},
+            {"tile", channel.tile},
+            {"filter", channel.filter},
+            {"texGen", channel.texGen},
+            {"matrix", ToJson(channel.matrix)},
+            {"bakedMatrix", ToJson(channel.bakedMatrix)}};
+}
+
+json ToJson(const ra::ShaderRecord& shader) {
+    json channels = json::array();
+    for (uint32_t n = 0; n < ChannelCount; ++n)
+        channels.push_back(ToJson(shader.channels[n], n));
+    return {{"name", shader.name},
+            {"blendSource", shader.blendSource},
+            {"blendDestination", shader.blendDestination},
+            {"alphaReference", shader.alphaReference},
+            {"alphaFunction", shader.alphaFunction},
+            {"twoSided", shader.twoSided},
+            {"channels", channels}};
+}
+
+json ToJson(const ModelContent& content, const ra::intermediate::BoneRecord& bone) {
+    return {{"name", bone.name},
+            {"parent", bone.parent},
+            {"parentName", GetBoneName(content, bone.parent)},
+            {"transform", ToJson(bone.transform)}};
+}
+
+// One list of floats for each vertex.
+json ArrayToJson(std::span<const std::byte> array, uint32_t vertexCount, size_t floats, size_t stride) {
+    json values = json::array();
+    for (uint32_t i = 0; i < vertexCount && !array.empty(); ++i) {
+        float vertex[4];
+        std::memcpy(vertex, array.data() + stride * i, floats * sizeof(float));
+        values.push_back(ToJson(vertex, floats));
+    }
+    return values;
+}
+
+json BoneIndicesToJson(std::span<const std::byte> array, uint32_t vertexCount) {
+    json values = json::array();
+    for (uint32_t i = 0; i < vertexCount && !array.empty(); ++i) {
+        VertexWeight weight;
+        std::memcpy(&weight, array.data() + sizeof(weight) * i, sizeof(weight));
+        values.push_back(weight.bone);
+    }
+    return values;
+}
+
+void AddVertices(json& out, const ra::MeshRecord& mesh) {
+    const uint32_t count = mesh.vertexCount;
+    out["positions"] = ArrayToJson(mesh.arrays[gz::VC_Position], count, 3, 12);
+    out["normals"] = ArrayToJson(mesh.arrays[gz::VC_Normal], count, 3, 12);
+    out["texcoords"] = ArrayToJson(mesh.arrays[gz::VC_TexCoord0], count, 2, 8);
+    out["weights"] = ArrayToJson(mesh.arrays[gz::VC_Weights], count, 3, sizeof(VertexWeight));
+    out["boneIndices"] = BoneIndicesToJson(mesh.arrays[gz::VC_Weights], count);
+}
+
+json PrimSetsToJson(const MeshContent& mesh, bool withVertices) {
+    json sets = json::array();
+    for (size_t i = 0; i < mesh.mesh.primSets.size(); ++i) {
+        const ra::PrimSetRecord& primSet = mesh.mesh.primSets[i];
+        json set = {{"shader", primSet.shader},
+                    {"indexCount", mesh.indexCounts[i]},
+                    {"triangleCount", mesh.indexCounts[i] / 3},
+                    {"firstVertex", primSet.firstVertex},
+                    {"vertexCount", primSet.vertexCount}};
+        if (withVertices)
+            set["indices"] = primSet.indices;
+        sets.push_back(std::move(set));
+    }
+    return sets;
+}
+
+json ToJson(const ModelContent& content, const MeshContent& mesh, bool withVertices) {
+    json out = {{"name", mesh.entry.name},
+                {"xrefModel", mesh.entry.xrefModel},
+                {"parentBone", mesh.entry.parentBone},
+                {"parentBoneName", GetBoneName(content, mesh.entry.parentBone)}};
+    if (!mesh.isLocal)
+        return out;
+    json components = json::array();
+    for (uint32_t i = 0; i < gz::VC_Count; ++i)
+        if ((mesh.mesh.components >> i & 1) != 0)
+            components.push_back(s_ComponentNames[i]);
+    json transforms = json::array();
+    for (const ra::SkinnedTransformRecord& transform : mesh.mesh.skinnedTransforms)
+        transforms.push_back({{"bone", transform.bone}, {"index", transform.index}});
+    out["minDetail"] = mesh.mesh.minDetail;
+    out["childSelection"] = mesh.mesh.childSelection;
+    out["polygonsHigh"] = mesh.mesh.polyCountHigh;
+    out["polygonsLow"] = mesh.mesh.polyCountLow;
+    out["vertexCount"] = mesh.mesh.vertexCount;
+    out["triangleCount"] = CountTriangles(mesh);
+    out["componentMask"] = mesh.mesh.components;
+    out["components"] = components;
+    out["bounds"] = ToJson(mesh.mesh.boundVolume);
+    out["skinnedTransforms"] = transforms;
+    out["primitiveSets"] = PrimSetsToJson(mesh, withVertices);
+    if (withVertices)
+        AddVertices(out, mesh.mesh);
+    return out;
+}
+
+json ToJson(const Marker& marker) {
+    return {{"name", marker.name.GetTextOrEmpty()},
+            {"parentName", marker.m_parentName.GetTextOrEmpty()},
+            {"transform", ToJson(marker.m_transform)}};
+}
+
+json ToJson(const CameraDef& camera) {
+    return {{"name", camera.name.GetTextOrEmpty()},
+            {"position", ToJson(camera.position)},
+            {"rotation", ToJson(camera.rotation)},
+            {"fov", camera.fieldOfView},
+            {"near", camera.nearClip},
+            {"far", camera.farClip},
+            {"target", ToJson(camera.target)}};
+}
+
+json ToJson(const AnimationContent& animation) {
+    return {{"name", animation.name}, {"version", animation.version}, {"size", animation.size}};
+}
+
+template <class T>
+json ListToJson(const std::vector<T>& items) {
+    json list = json::array();
+    for (const T& item : items)
+        list.push_back(ToJson(item));
+    return list;
+}
+
+} // namespace
+
+nlohmann::json ToJson(const ModelContent& content, bool withVertices) {
+    json bones = json::array();
+    for (const ra::intermediate::BoneRecord& bone : content.bones)
+        bones.push_back(ToJson(content, bone));
+    json meshes = json::array();
+    for (const MeshContent& mesh : content.meshes)
+        meshes.push_back(ToJson(content, mesh, withVertices));
+    json undecoded = json::object();
+    for (const auto& [id, count] : content.undecoded)
+        undecoded[TextFormat::Code(id)] = count;
+    return {{"kind", "model"},
+            {"level", content.isGeneric ? "generic" : "intermediate"},
+            {"name", content.name},
+            {"version", content.version},
+            {"shaders", ListToJson(content.shaders)},
+            {"sharedShaders", content.sharedShaders},
+            {"skeleton", content.hasSkeleton ? json{{"bones", bones}} : json()},
+            {"meshes", meshes},
+            {"bounds", ToJson(content.boundVolume)},
+            {"markers", ListToJson(content.markers)},
+            {"cameras", ListToJson(content.cameras)},
+            {"animations", ListToJson(content.animations)},
+            {"undecoded", undecoded}};
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+
+#include "Tools/pvxdump/ModelContent.h"
+
+// For programs: everything that the file holds. Vertices and indices are there when the content was read with them:
+// "positions", "normals" and "texcoords" as [x, y, ...] a vertex, "weights" as three floats and "boneIndices" as four
+// numbers a vertex, and "indices" flat.
+nlohmann::json ToJson(const ModelContent& content, bool withVertices);

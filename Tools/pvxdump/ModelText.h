@@ -1,0 +1,8 @@
+#pragma once
+
+#include <string>
+
+#include "Tools/pvxdump/ModelContent.h"
+
+// For people: one table for each kind of thing.
+void PrintModel(std::string& out, const ModelContent& content);

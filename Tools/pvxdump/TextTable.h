@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+// Rows of text in aligned columns.
+class TextTable {
+public:
+    enum class Align : uint8_t { Left, Right };
+    struct Column {
+        std::string title;
+        Align align = Align::Left;
+    };
+
+    explicit TextTable(std::vector<Column> columns) : m_Columns(std::move(columns)) {}
+    // As many cells as columns; missing ones are empty.
+    void AddRow(std::vector<std::string> cells) { m_Rows.push_back(std::move(cells)); }
+    // Appends title and rows, each line indented by that many blanks. Nothing for a table without rows.
+    void Print(std::string& out, uint32_t indent) const;
+
+private:
+    std::vector<size_t> GetWidths() const;
+    void PrintLine(std::string& out, uint32_t indent, const std::vector<std::string>& cells,
+                   const std::vector<size_t>& widths) const;
+
+    std::vector<Column> m_Columns;
+    std::vector<std::vector<std::string>> m_Rows;
+};
