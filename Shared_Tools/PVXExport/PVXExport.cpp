@@ -13,7 +13,7 @@
 #include "Shared/Cross/FileSystem/Paths/FilePathHDRaw.h"
 #include "Shared/Cross/Glaze/Device.h"
 #include "Shared/Cross/RenderAnim/AnimListGeneric.h"
-#include "Shared/Cross/RenderAnim/Intermediate/RenderModelIntermediate.h"
+#include "Shared/Cross/RenderAnim/Intermediate/IntermediateFile.h"
 #include "Shared/Cross/RenderAnim/MeshGroup.h"
 #include "Shared/Cross/RenderAnim/RenderModel.h"
 #include "Shared/Cross/Util/Hash.h"
@@ -127,7 +127,9 @@ bool PVXExport::ChooseOptions(ExportContext& context, const char* pName, bool su
 void PVXExport::StartServices() const {
     FilePath::AddSource(s_ToolAlias, s_ToolSource, s_ToolPriority, std::make_shared<FilePathHDRaw>(false));
     PVXErrors::Create(m_hInstance, m_Interface);
-    if (!gz::Start({.name = "Null"}))
+    gz::DeviceConfig config;
+    config.name = "Null";
+    if (!gz::Start(config))
         throw std::runtime_error("Unable to initialize GLAZE!");
     Inv::Initialize();
 }
@@ -170,7 +172,7 @@ std::unique_ptr<RenderModel> PVXExport::BuildRenderModel(ExportContext& context)
 
 // The folder has to be there: an alias path names none that could be made here.
 void PVXExport::Save(RenderModel& model, const ExportContext& context) const {
-    SaveIntermediate(context.m_OutputPath.c_str(), model, context.m_ExportMeshes, context.m_ExportAnimKeys,
+    ra::SaveIntermediate(context.m_OutputPath.c_str(), model, context.m_ExportMeshes, context.m_ExportAnimKeys,
                      context.m_ExportShaders);
 }
 

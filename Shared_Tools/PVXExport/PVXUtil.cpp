@@ -7,6 +7,7 @@
 #include "Host/Sdk/Node.h"
 #include "Host/Sdk/Resources.h"
 #include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/FileSystem/Paths/FilePathUtil.h"
 #include "Shared/Cross/Util/Hash.h"
 #include "Shared_Tools/PVXExport/NodeRoles.h"
 #include "Shared_Tools/PVXExport/PVXFilename.h"
@@ -48,9 +49,16 @@ void CutTrailingSlash(std::string& folder) {
 }
 
 // The folder around a file as if it were the file itself.
-PathParts SplitFolder(PathParts parts, bool withExtension) {
+PathParts SplitFolder(PathParts parts) {
     CutTrailingSlash(parts.folder);
-    return SplitPath(parts.drive + parts.folder + (withExtension ? parts.extension : std::string()));
+    return SplitPath(parts.drive + parts.folder + parts.extension);
+}
+
+// A path under an alias, in its normal form: without a separator at its start. Empty parts when it is none.
+PathParts SplitDataPath(const std::string& path) {
+    PathParts parts;
+    FilePathUtil::SplitPath(path.c_str(), &parts.drive, &parts.folder, &parts.name, &parts.extension);
+    return parts;
 }
 
 } // namespace
@@ -78,9 +86,9 @@ bool ModelNameFromPath(std::string& outName, const char* pFilePath) {
     outName = file.name;
     if (!EqualNoCase(file.name, s_ReferenceTitle))
         return true;
-    const PathParts folder = SplitFolder(file, true);
+    const PathParts folder = SplitFolder(file);
     if (EqualNoCase(folder.name, s_ReferenceFolder))
-        outName = SplitFolder(folder, true).name;
+        outName = SplitFolder(folder).name;
     return true;
 }
 
@@ -94,10 +102,11 @@ bool ExternalModelName(INode* pNode, std::string& outName) {
     std::string dataName;
     if (!PVXFilename::MapToData(dataName, pObject->GetFileName(false)))
         return false;
-    const PathParts file = SplitPath(dataName);
+    PathParts file = SplitDataPath(dataName);
     std::string result = file.folder + file.name;
     if (EqualNoCase(file.name, s_ReferenceTitle)) {
-        PathParts folder = SplitFolder(file, false);
+        CutTrailingSlash(file.folder);
+        PathParts folder = SplitDataPath(file.drive + file.folder);
         if (EqualNoCase(folder.name, s_ReferenceFolder)) {
             CutTrailingSlash(folder.folder);
             result = folder.folder;
@@ -116,9 +125,9 @@ void NormalisePath(std::string& newPath, const char* pOldPath) {
 bool TextureShortName(std::string& outName, const char* pInName) {
     dbAssertText(pInName, "inName");
     std::string dataName;
-    if (!PVXFilename::MapToData(dataName, pInName))
-        dataName.clear();
-    const PathParts file = SplitPath(dataName);
+    PathParts file;
+    if (PVXFilename::MapToData(dataName, pInName))
+        file = SplitDataPath(dataName);
     outName = file.folder + file.name;
     return true;
 }

@@ -1,0 +1,127 @@
+#include "Tests/Shared_Tools/PVXExport/ExportFixture.h"
+
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+
+#include <unistd.h>
+
+#include "Shared/Cross/Assist/Inventory.h"
+#include "Shared/Cross/Debug/Log/ProcessLog.h"
+#include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/FileSystem/Paths/FilePath.h"
+#include "Shared/Cross/FileSystem/Paths/FilePathHDRaw.h"
+#include "Shared/Cross/Glaze/Device.h"
+#include "Shared/Cross/RenderAnim/Intermediate/IntermediateFile.h"
+#include "Shared/Cross/RenderAnim/RenderModel.h"
+#include "Shared_Tools/PVXExport/ModuleResources.h"
+#include "Shared_Tools/PVXExport/PVXUtil.h"
+
+namespace {
+
+int s_Module; // stands for the module that the host would have loaded
+
+HINSTANCE TestModule() { return reinterpret_cast<HINSTANCE>(&s_Module); }
+
+std::filesystem::path MakeFolder() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "pvxexport-XXXXXX").string();
+    return mkdtemp(pattern.data());
+}
+
+// What a tool that reads the model brings up.
+class ReaderServices {
+public:
+    ReaderServices() {
+        FilePath::AddSource("TOOL", "HD", 99, std::make_shared<FilePathHDRaw>(false));
+        gz::DeviceConfig config;
+        config.name = "Null";
+        gz::Start(config);
+        Inv::Initialize();
+    }
+    ~ReaderServices() {
+        Inv::Shutdown();
+        gz::Stop();
+        FilePath::RemoveSource("TOOL", "HD");
+    }
+};
+
+} // namespace
+
+ExportTest::ExportTest() : m_Folder(MakeFolder()) {
+    dbSetThrowOnAssert(true);
+    PVXUtil::SetDLLInstance(TestModule());
+    RegisterModuleResources(TestModule());
+    m_pShowerBefore = SetDialogShower(&m_User);
+    m_pListenerBefore = thread_locals().current_stdout;
+    thread_locals().current_stdout = &m_Listener;
+}
+
+ExportTest::~ExportTest() {
+    ProcessLog::Close(0);
+    SetDialogShower(m_pShowerBefore);
+    thread_locals().current_stdout = m_pListenerBefore;
+    std::filesystem::remove_all(m_Folder);
+}
+
+int ExportTest::Export(const std::string& fileName, bool suppressPrompts) {
+    m_Messages.clear();
+    return m_Export.DoExport(GetPath(fileName).c_str(), nullptr, &m_Scene, suppressPrompts);
+}
+
+std::string ExportTest::GetPath(const std::string& fileName) const {
+    std::string path = "Z:" + (m_Folder / fileName).string();
+    std::ranges::replace(path, '/', '\\');
+    return path;
+}
+
+bool ExportTest::IsThere(const std::string& fileName) const { return std::filesystem::exists(m_Folder / fileName); }
+
+std::string ExportTest::ReadBytes(const std::string& fileName) const {
+    std::ostringstream bytes;
+    bytes << std::ifstream(m_Folder / fileName, std::ios::binary).rdbuf();
+    return bytes.str();
+}
+
+void ExportTest::WithModel(const std::function<void(const RenderModel&)>& look, const std::string& fileName) {
+    ASSERT_TRUE(IsThere(fileName));
+    const ReaderServices services;
+    const std::unique_ptr<RenderModel> pModel = ra::LoadIntermediate(("TOOL:" + GetPath(fileName)).c_str());
+    ASSERT_TRUE(pModel);
+    look(*pModel);
+}
+
+Mesh ExportTest::MakeQuad(float size) {
+    Mesh mesh;
+    mesh.setNumVerts(4);
+    mesh.verts = {{0, 0, 0}, {size, 0, 0}, {size, size, 0}, {0, size, 0}};
+    mesh.setNumTVerts(4);
+    mesh.tVerts = {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}};
+    mesh.setNumFaces(2);
+    mesh.setNumTVFaces(2);
+    for (uint32_t i = 0; i < 2; ++i) {
+        mesh.faces[i].setVerts(0, i + 1, i + 2);
+        mesh.tvFace[i].setTVerts(0, i + 1, i + 2);
+        mesh.faces[i].setSmGroup(1);
+    }
+    return mesh;
+}
+
+scene::StandardMaterial& ExportTest::AddMaterial(const std::string& name, scene::StandardSettings settings) {
+    return m_Scene.Make<scene::StandardMaterial>(name, std::move(settings));
+}
+
+void ExportTest::User::Show(Window& dialog) {
+    if (dialog.GetTemplateId() == IDD_OPTIONS) {
+        ++m_Test.m_OptionsShown;
+        for (const int id : m_Test.m_Presses)
+            EXPECT_TRUE(dialog.Press(id)) << "control " << id;
+        dialog.Press(m_Test.m_LastPress);
+    } else if (dialog.GetTemplateId() == IDD_ERRORS) {
+        ++m_Test.m_ErrorsShown;
+        m_Test.m_Messages = dialog.FindControl(ID_ERRORS_LIST)->lines;
+        EXPECT_TRUE(dialog.IsCentred());
+        EXPECT_TRUE(dialog.Press(IDOK));
+    } else {
+        ADD_FAILURE() << "unexpected dialog " << dialog.GetTemplateId();
+    }
+}
