@@ -59,6 +59,18 @@ void NoteMissingPipeline(const std::string& home, const Messages& messages) {
                        "another folder to start from");
 }
 
+// Where the system takes the program to lie, for the length of one export.
+class HomeScope {
+public:
+    explicit HomeScope(const std::string& home) : m_Before(ProgramPath::GetHome()) { ProgramPath::SetHome(home); }
+    ~HomeScope() { ProgramPath::SetHome(m_Before); }
+    HomeScope(const HomeScope&) = delete;
+    HomeScope& operator=(const HomeScope&) = delete;
+
+private:
+    std::string m_Before;
+};
+
 class DialogScope {
 public:
     explicit DialogScope(DialogShower& shower) : m_pBefore(SetDialogShower(&shower)) {}
@@ -96,7 +108,7 @@ int Finish(const ExportArguments& arguments, const OutputFile& output, const Mes
 int RunExport(const ExportArguments& arguments, const std::string& home, const Messages& messages, bool showProgress) {
     const OutputFile output(arguments.output, arguments.scene);
     const std::string start = home.empty() ? output.GetNativeFolder() : home;
-    ProgramPath::SetHome(start);
+    const HomeScope homeScope(start);
 
     Progress progress(stderr, showProgress, Terminal::GetWidth(Terminal::Stream::Error));
     progress.SetStage("reading " + arguments.scene);

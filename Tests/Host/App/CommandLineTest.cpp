@@ -56,7 +56,7 @@ TEST(CommandLine, OtherCommands) {
 
 TEST(CommandLine, RefusesInOneLineThatNamesTheFault) {
     const std::pair<const char*, const char*> refused[] = {
-        {"", "subcommand"},
+        {"", "a command is missing"},
         {"exprt a.glb b.pvx", "exprt"},
         {"export", "SCENE"},
         {"export a.glb", "OUT"},
