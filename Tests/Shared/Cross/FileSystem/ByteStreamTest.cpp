@@ -1,0 +1,217 @@
+#include "Shared/Cross/FileSystem/ByteStream.h"
+
+#include "Shared/Cross/FileSystem/ByteStreamAdapter.h"
+#include "Shared/Cross/FileSystem/Wildcard.h"
+#include "Tests/Shared/Cross/Debug/ReportCapture.h"
+#include "Tests/Shared/Cross/FileSystem/ChunkBytes.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+std::string Stored(std::string_view text) {
+    return ChunkBytes::Number(static_cast<uint32_t>(text.size())) + std::string(text);
+}
+
+std::string Written(const char* pText, bool addLineEnd) {
+    const auto pStream = MakeWriteStream();
+    EXPECT_TRUE(pStream->WriteText(pText, addLineEnd));
+    return BytesOf(*pStream);
+}
+
+// Takes `m_Room` bytes and no more.
+class FullStream : public RamStream {
+public:
+    explicit FullStream(uint32_t room) : m_Room(room) { Create(16, Mode_Write); }
+    uint32_t Write(const void* pSource, uint32_t size) override {
+        const uint32_t written = RamStream::Write(pSource, std::min(size, m_Room));
+        m_Room -= written;
+        return written;
+    }
+
+private:
+    uint32_t m_Room;
+};
+
+// Swaps the bytes of each element.
+class SwappingConverter : public ByteStreamConverter {
+public:
+    uint32_t Read(ByteStream& stream, void* pDest, uint32_t elementSize, uint32_t count) override {
+        const uint32_t read = stream.Read(pDest, elementSize * count);
+        Swap(static_cast<char*>(pDest), elementSize, count);
+        return read;
+    }
+    uint32_t Write(ByteStream& stream, const void* pSource, uint32_t elementSize, uint32_t count) override {
+        std::string copy(static_cast<const char*>(pSource), elementSize * count);
+        Swap(copy.data(), elementSize, count);
+        return stream.Write(copy.data(), elementSize * count);
+    }
+    uint32_t GetPlatform() const override { return 5; }
+
+private:
+    static void Swap(char* pElements, uint32_t elementSize, uint32_t count) {
+        for (uint32_t i = 0; i < count; ++i)
+            std::reverse(pElements + i * elementSize, pElements + (i + 1) * elementSize);
+    }
+};
+
+} // namespace
+
+TEST(ByteStream, TextHasOneKindOfLineEnd) {
+    EXPECT_EQ(Written("a\nb\r\nc\rd", false), "a\r\nb\r\nc\r\nd");
+    EXPECT_EQ(Written("\n\r", false), "\r\n\r\n");
+    EXPECT_EQ(Written("\r\r\n", true), "\r\n\r\n\r\n");
+    EXPECT_EQ(Written("", true), "\r\n");
+    EXPECT_EQ(Written("", false), "");
+}
+
+TEST(ByteStream, PrintfNormalisesAndCuts) {
+    const auto pStream = MakeWriteStream();
+    EXPECT_TRUE(pStream->Printf("%s=%d\nx\r\n", "key", 5));
+    EXPECT_EQ(BytesOf(*pStream), "key=5\r\nx\r\n");
+    const auto pLong = MakeWriteStream();
+    EXPECT_TRUE(pLong->Printf("%s", std::string(2000, 'x').c_str()));
+    EXPECT_EQ(pLong->GetLength(), 1023u);
+}
+
+TEST(ByteStream, ShortWritesOfTextAreToldOff) {
+    for (const uint32_t room : {0u, 1u, 2u, 3u, 4u})
+        EXPECT_FALSE(FullStream(room).WriteText("a\nb", true)) << room;
+    EXPECT_TRUE(FullStream(6).WriteText("a\nb", true));
+    EXPECT_FALSE(FullStream(2).Printf("abc"));
+    FullStream full(6);
+    EXPECT_FALSE(ByteStreamAdapter(&full).WriteString("abc"));
+}
+
+TEST(ByteStream, StoredStrings) {
+    const auto pStream = MakeReadStream(Stored("abcd") + Stored("abcde") + Stored("") + Stored("xy").substr(0, 5));
+    char text[5] = "....";
+    EXPECT_TRUE(pStream->ReadString(text, 4));
+    EXPECT_STREQ(text, "abcd");
+    {
+        const ReportCapture capture;
+        const dbNoThrowScope stepOver;
+        EXPECT_FALSE(pStream->ReadString(text, 4));
+        EXPECT_STREQ(text, "");
+        EXPECT_TRUE(ReportCapture::HasWarning("Assertion of (dbBreak) failed."));
+    }
+    EXPECT_EQ(pStream->GetPos(), 17u); // behind the one that is too long
+    EXPECT_TRUE(pStream->ReadString(text, 4));
+    EXPECT_STREQ(text, "");
+    EXPECT_FALSE(pStream->ReadString(text, 4)); // a character is missing
+    EXPECT_STREQ(text, "");
+    EXPECT_FALSE(pStream->ReadString(text, 4)); // there is no count
+}
+
+TEST(ByteStream, AStoredLengthBeyondTheStreamEndsAtItsEnd) {
+    const auto pStream = MakeReadStream(ChunkBytes::Number(0xFFFFFFFF) + "abc");
+    const dbNoThrowScope stepOver;
+    char text[5];
+    EXPECT_FALSE(pStream->ReadString(text, 4));
+    EXPECT_EQ(pStream->GetPos(), 7u);
+}
+
+TEST(ByteStream, WideStringsThrowWhenTheyOverrun) {
+    const auto pStream = MakeWriteStream();
+    ByteStreamAdapter adapter(pStream.get());
+    EXPECT_TRUE(adapter.WriteWString(u"h\u00FC"));
+    EXPECT_EQ(BytesOf(*pStream), ChunkBytes::Number(2) + std::string("h\0\xFC\0", 4));
+    char16_t text[3];
+    const auto pRead = MakeReadStream(BytesOf(*pStream));
+    EXPECT_TRUE(pRead->ReadWString(text, 2));
+    EXPECT_EQ(std::u16string(text), u"h\u00FC");
+    pRead->Seek(0);
+    EXPECT_THROW(pRead->ReadWString(text, 1), ByteStream::Exception);
+}
+
+TEST(ByteStreamAdapter, StringsThrowWhenTheyOverrun) {
+    const auto pStream = MakeReadStream(Stored("abcd") + Stored("abcde"));
+    ByteStreamAdapter adapter(pStream.get());
+    char text[5];
+    EXPECT_TRUE(adapter.ReadString(text, 4));
+    EXPECT_STREQ(text, "abcd");
+    try {
+        adapter.ReadString(text, 4);
+        ADD_FAILURE();
+    } catch (const ByteStream::Exception& exception) {
+        EXPECT_STREQ(exception.what(), "String buffer overrun!");
+        EXPECT_EQ(exception.GetCode(), 0);
+    }
+}
+
+TEST(ByteStreamAdapter, MissingCharactersOfAStringAreNul) {
+    const auto pStream = MakeReadStream(Stored("abcd").substr(0, 6));
+    char text[5] = "....";
+    EXPECT_TRUE(ByteStreamAdapter(pStream.get()).ReadString(text, 4));
+    EXPECT_EQ(std::string(text, 5), std::string("ab\0\0\0", 5));
+}
+
+TEST(ByteStreamAdapter, ElementsAreLittleEndian) {
+    const auto pStream = MakeWriteStream();
+    ByteStreamAdapter adapter(pStream.get());
+    const uint16_t halves[] = {0x0102, 0x0304};
+    EXPECT_EQ(adapter.Write(halves, 2), 4u);
+    EXPECT_TRUE(adapter.WriteValue(1.0f));
+    EXPECT_EQ(BytesOf(*pStream), std::string("\x02\x01\x04\x03\0\0\x80\x3F", 8));
+    EXPECT_EQ(adapter.GetPlatform(), 1u);
+}
+
+TEST(ByteStreamAdapter, WithoutAStreamNothingMoves) {
+    ByteStreamAdapter adapter;
+    uint32_t value = 0;
+    EXPECT_FALSE(adapter.ReadValue(value));
+    EXPECT_FALSE(adapter.WriteString("x"));
+    EXPECT_FALSE(adapter.Flush());
+    EXPECT_EQ(adapter.GetLength(), 0u);
+}
+
+TEST(ByteStreamAdapter, AConverterStandsBetween) {
+    SwappingConverter converter;
+    const auto pStream = MakeWriteStream();
+    ByteStreamAdapter adapter(pStream.get(), &converter);
+    adapter.WriteString("ab");
+    EXPECT_EQ(BytesOf(*pStream), std::string("\0\0\0\x02", 4) + "ab");
+    EXPECT_EQ(adapter.GetPlatform(), 5u);
+    const uint16_t element = 0;
+    EXPECT_THROW(adapter.Write(&element, 0x80000000), std::runtime_error); // more bytes than a count can say
+}
+
+TEST(ByteStream, LongNamesAreCut) {
+    RamStream stream;
+    EXPECT_STREQ(stream.SetName("DATA:x.tga"), "DATA:x.tga");
+    EXPECT_STREQ(stream.SetName(std::string(260, 'n').c_str()), std::string(260, 'n').c_str());
+    const dbNoThrowScope stepOver;
+    EXPECT_STREQ(stream.SetName(std::string(261, 'n').c_str()), std::string(260, 'n').c_str());
+}
+
+TEST(Wildcard, Patterns) {
+    const struct {
+        const char *pPattern, *pName;
+        bool matches;
+    } cases[] = {
+        {"*", "", true},
+        {"*", "a.b", true},
+        {"*.*", "plain", true},
+        {"*.tga", "X.TGA", true},
+        {"*.tga", "x.tgas", false},
+        {"a?c", "abc", true},
+        {"a?c", "ac", false},
+        {"a*b*c", "aXXbYYbZc", true},
+        {"a*b*c", "aXXbYYbZ", false},
+        {"", "", true},
+        {"", "a", false},
+        {"**?", "a", true},
+        {"*a", "aaaa", true},
+        {"ab", "AB", true},
+        {"x*", "X", true},
+    };
+    for (const auto& [pPattern, pName, matches] : cases)
+        EXPECT_EQ(MatchesWildcard(pPattern, pName), matches) << pPattern << " on " << pName;
+}
+
+TEST(Wildcard, ManyStarsTakeNoTime) {
+    std::string pattern;
+    for (int i = 0; i < 60; ++i)
+        pattern += "*a";
+    EXPECT_FALSE(MatchesWildcard(pattern + "b", std::string(250, 'a')));
+}

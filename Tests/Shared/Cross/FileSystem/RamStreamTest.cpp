@@ -1,0 +1,123 @@
+#include "Shared/Cross/FileSystem/RamStream.h"
+
+#include "Tests/Shared/Cross/Debug/ReportCapture.h"
+
+#include <gtest/gtest.h>
+
+#include <numeric>
+#include <vector>
+
+namespace {
+
+constexpr auto Read = ByteStream::Mode_Read;
+constexpr auto Write = ByteStream::Mode_Write;
+
+} // namespace
+
+TEST(RamStream, GrowsToPowersOfTwo) {
+    const std::vector<uint8_t> bytes(1 << 20, 7);
+    const struct { uint32_t first, written; } cases[] = {{100, 101}, {1, 16}, {1, 15}, {16, 17}, {1, 1 << 20}};
+    for (const auto& [first, written] : cases) {
+        RamStream stream;
+        ASSERT_TRUE(stream.Create(first, Write));
+        EXPECT_EQ(stream.GetLength(), 0u);
+        EXPECT_EQ(stream.Write(bytes.data(), written), written);
+        EXPECT_EQ(stream.GetLength(), written);
+        EXPECT_EQ(stream.GetPos(), written);
+        EXPECT_EQ(stream.GetBuffer()[written - 1], 7);
+    }
+}
+
+TEST(RamStream, OverwritingKeepsTheLength) {
+    RamStream stream;
+    stream.Create(8, Write);
+    stream.Write("abcdef", 6);
+    EXPECT_TRUE(stream.Seek(2));
+    stream.Write("XY", 2);
+    EXPECT_EQ(stream.GetPos(), 4u);
+    EXPECT_EQ(std::string(reinterpret_cast<char*>(stream.GetBuffer()), stream.GetLength()), "abXYef");
+    EXPECT_TRUE(stream.Seek(6));
+    EXPECT_THROW(stream.Seek(7), std::runtime_error);
+    EXPECT_EQ(stream.GetPos(), 6u);
+}
+
+TEST(RamStream, StaysBelowSixteenMegabytes) {
+    const std::vector<uint8_t> bytes((1 << 24) - 1);
+    RamStream stream;
+    stream.Create(1, Write);
+    EXPECT_EQ(stream.Write(bytes.data(), (1 << 24) - 1), (1u << 24) - 1);
+    // The capacity is there for one more byte, but not for two.
+    EXPECT_EQ(stream.Write(bytes.data(), 1), 1u);
+    EXPECT_THROW(stream.Write(bytes.data(), 1 << 24), std::runtime_error);
+    const dbNoThrowScope stepOver;
+    EXPECT_EQ(stream.Write(bytes.data(), 1 << 24), 0u);
+    EXPECT_EQ(stream.GetLength(), 1u << 24);
+}
+
+TEST(RamStream, ReadsUpToTheEndAndNoFurther) {
+    char source[] = "0123456789";
+    RamStream stream;
+    ASSERT_TRUE(stream.Attach(source, 10, false, Read));
+    char read[16] = {};
+    EXPECT_EQ(stream.Read(read, 4), 4u);
+    EXPECT_EQ(stream.Read(read, 6), 6u);
+    EXPECT_EQ(stream.Read(read, 1), 0u);
+    stream.Seek(8);
+    EXPECT_EQ(stream.Read(read, 0xFFFFFFFF), 2u);
+    EXPECT_STREQ(read, "896789");
+    EXPECT_THROW(stream.Seek(11), std::runtime_error);
+    EXPECT_THROW(stream.Write("x", 1), std::runtime_error);
+}
+
+TEST(RamStream, AnUnboundedOneHasNoEnd) {
+    char source[] = "0123456789";
+    RamStream stream;
+    ASSERT_TRUE(stream.AttachUnbounded(source, false));
+    EXPECT_EQ(stream.GetLength(), 0u);
+    EXPECT_TRUE(stream.Seek(5));
+    char read[5];
+    EXPECT_EQ(stream.Read(read, 5), 5u);
+    EXPECT_EQ(read[4], '9');
+}
+
+TEST(RamStream, AForeignBlockDoesNotGrow) {
+    char target[4];
+    RamStream stream;
+    ASSERT_TRUE(stream.Attach(target, 4, false, Write));
+    EXPECT_EQ(stream.GetLength(), 4u);
+    EXPECT_EQ(stream.Write("abcd", 4), 4u);
+    const dbNoThrowScope stepOver;
+    EXPECT_EQ(stream.Write("e", 1), 0u);
+}
+
+TEST(RamStream, BlocksChangeHands) {
+    RamStream first;
+    first.Create(4, Write);
+    first.Write("abcd", 4);
+    const uint8_t* pBlock = first.GetBuffer();
+    auto pOwned = first.Detach();
+    EXPECT_EQ(pOwned.get(), pBlock);
+    EXPECT_EQ(first.GetMode(), ByteStream::Mode_None);
+    EXPECT_EQ(first.GetLength(), 0u);
+
+    RamStream second;
+    EXPECT_TRUE(second.Attach(pOwned.release(), 4, true, Read));
+    const dbNoThrowScope stepOver;
+    EXPECT_FALSE(second.Create(4, Read)); // it has one
+    EXPECT_EQ(first.Detach(), nullptr);   // it has none
+    EXPECT_FALSE(first.Create(0, Write));
+    EXPECT_FALSE(first.Attach(nullptr, 4, false, Read));
+    EXPECT_FALSE(first.Attach(&second, 4, false, ByteStream::Mode_Both));
+    char read[4];
+    EXPECT_EQ(first.Read(read, 4), 0u);
+    EXPECT_EQ(first.Write(read, 4), 0u);
+}
+
+TEST(RamStream, CreatedForReadingItHoldsZeros) {
+    RamStream stream;
+    stream.Create(3, Read);
+    EXPECT_EQ(stream.GetLength(), 3u);
+    uint8_t read[4] = {1, 1, 1, 1};
+    EXPECT_EQ(stream.Read(read, 4), 3u);
+    EXPECT_EQ(read[0] + read[1] + read[2], 0);
+}
