@@ -167,8 +167,8 @@ uint32_t WarehouseImp::AddRef(Resource& resource) {
         return 0;
     Resource::ReferenceStack& stack = resource.m_Stacks.emplace_back();
     stack.reference = ++m_LastReference;
-    constexpr uint32_t s_OwnFrames = 2; // this one and the inventory's operation of this name
-    dbCaptureStack(stack.trace, s_OwnFrames);
+    // Without this frame; the compiler may leave no other between it and the holder's.
+    dbCaptureStack(stack.trace, 1);
     return stack.reference;
 }
 
