@@ -14,18 +14,6 @@ MMPoolBase::~MMPoolBase() {
     *const_cast<volatile MMMagic*>(&m_Magic) = MMMagic{};
 }
 
-void MMPoolBase::CountAlloc(size_t size) {
-    m_Counts.usedMemory += size;
-    m_Counts.peakMemory = std::max(m_Counts.peakMemory, m_Counts.usedMemory);
-    ++m_Counts.liveCount;
-    m_Counts.peakCount = std::max(m_Counts.peakCount, m_Counts.liveCount);
-}
-
-void MMPoolBase::CountFree(size_t size) {
-    m_Counts.usedMemory -= size;
-    --m_Counts.liveCount;
-}
-
 void MMPoolBase::ResetCounts() {
     m_Counts.usedMemory = 0;
     m_Counts.liveCount = 0;

@@ -3,6 +3,7 @@
 #include "Shared/Cross/Memory/MMPool.h"
 #include "Shared/Cross/Util/FourCC.h"
 
+#include <algorithm>
 #include <array>
 
 class MMPoolHandle;
@@ -97,8 +98,16 @@ public:
     void Close() { m_Closed = true; }
 
 protected:
-    void CountAlloc(size_t size);
-    void CountFree(size_t size);
+    void CountAlloc(size_t size) {
+        m_Counts.usedMemory += size;
+        m_Counts.peakMemory = std::max(m_Counts.peakMemory, m_Counts.usedMemory);
+        ++m_Counts.liveCount;
+        m_Counts.peakCount = std::max(m_Counts.peakCount, m_Counts.liveCount);
+    }
+    void CountFree(size_t size) {
+        m_Counts.usedMemory -= size;
+        --m_Counts.liveCount;
+    }
     void ResetCounts();
     // Allocates, copies as much as both blocks hold, and frees the old one.
     void MoveBlock(AllocRequest& request, void* pOld, size_t oldSize);
