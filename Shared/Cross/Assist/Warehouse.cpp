@@ -62,12 +62,14 @@ Resource* WarehouseImp::Find(const char* pName, const ResourceTypeInfo& info) {
 }
 
 Resource* WarehouseImp::Get(const char* pName, ResourceTypeInfo& info) {
-    if (Resource* pFound = Find(pName, info))
-        return pFound;
+    dbAssertText(pName, "name");
     if (!pName)
         return nullptr;
     std::string name;
     info.TranslateName(name, pName);
+    if (const Bin* pBin = FindBin(info))
+        if (Resource* pFound = FindIn(*pBin, name))
+            return pFound;
     // Files may refer to each other in a ring; the one that closes it finds what it asks for half made.
     const LoadingName loading(&info, name);
     if (std::ranges::find(m_Loading, loading) != m_Loading.end()) {
