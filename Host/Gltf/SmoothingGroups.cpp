@@ -72,7 +72,7 @@ private:
     }
     void AddGroup(uint32_t cornerClass, uint32_t group);
     template <typename Classes>
-    uint32_t ChooseGroup(const Classes& forEachClass, uint32_t preferred) const;
+    uint32_t ChooseGroup(const Classes& forEachClass, uint32_t preferred);
 
     const SmoothingInput& m_Input;
     size_t m_FaceCount;
@@ -89,6 +89,8 @@ private:
     std::vector<uint32_t> m_ClassMasks;   // groups of any face of the class
     std::vector<uint32_t> m_Any;          // per position: groups that some class of it has
     std::vector<uint32_t> m_Several;      // per position: groups that two or more classes of it have
+
+    size_t m_NextReused = 0;               // where the search goes on when all groups are taken
 
     // Working space of ColourConflictedClass.
     std::vector<uint32_t> m_Core;
@@ -197,7 +199,7 @@ void GroupMaker::AddGroup(uint32_t cornerClass, uint32_t group) {
 // The group for something that touches the classes that `forEachClass` goes through: one of `preferred` if it may be,
 // otherwise the first that may be, otherwise the one that the fewest of them must not have.
 template <typename Classes>
-uint32_t GroupMaker::ChooseGroup(const Classes& forEachClass, uint32_t preferred) const {
+uint32_t GroupMaker::ChooseGroup(const Classes& forEachClass, uint32_t preferred) {
     uint32_t forbidden = 0;
     forEachClass([&](uint32_t cornerClass) { forbidden |= GetForbidden(cornerClass); });
     const uint32_t allowed = (preferred & ~forbidden) ? (preferred & ~forbidden) : ~forbidden;
@@ -208,7 +210,13 @@ uint32_t GroupMaker::ChooseGroup(const Classes& forEachClass, uint32_t preferred
         for (uint32_t mask = GetForbidden(cornerClass); mask; mask &= mask - 1)
             ++harm[static_cast<size_t>(std::countr_zero(mask))];
     });
-    return 1u << (std::min_element(harm.begin(), harm.end()) - harm.begin());
+    // Of those that do the same harm not always the first, which would have all of it.
+    size_t best = m_NextReused;
+    for (size_t i = 0; i < harm.size(); ++i)
+        if (const size_t group = (m_NextReused + i) % harm.size(); harm[group] < harm[best])
+            best = group;
+    m_NextReused = (best + 1) % harm.size();
+    return 1u << best;
 }
 
 // One group for each connected smooth part that doesn't meet itself at a hard edge: nearly all there are.
