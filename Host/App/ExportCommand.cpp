@@ -4,6 +4,7 @@
 #include "Host/App/ModuleLoader.h"
 #include "Host/App/OutputFile.h"
 #include "Host/App/Progress.h"
+#include "Host/App/ProjectNote.h"
 #include "Host/App/TerminalDialogs.h"
 #include "Host/Gltf/Loader.h"
 #include "Host/Scene/Scene.h"
@@ -40,25 +41,6 @@ size_t CountMeshes(const scene::Scene& scene) {
     }));
 }
 
-// Says so when there is no pipeline configuration for the export: from the home folder up, as the search for it goes.
-void NoteMissingPipeline(const std::string& home, const Messages& messages) {
-    std::string folder = OSFile::FromNative(home);
-    while (true) {
-        while (!folder.empty() && folder.back() == '\\')
-            folder.pop_back();
-        if (OSFile::FileAttr((folder + "\\pipeline.ini").c_str()) & OSFile::F_ATTRIBUTE_FILE)
-            return;
-        const size_t slash = folder.rfind('\\');
-        if (slash == std::string::npos)
-            break;
-        folder.resize(slash);
-    }
-    messages.Print(MessageKind::Note,
-                   "there is no pipeline.ini in \"" + home +
-                       "\" or above it, so textures and external references have no names; --home names "
-                       "another folder to start from");
-}
-
 // Where the system takes the program to lie, for the length of one export.
 class HomeScope {
 public:
@@ -81,6 +63,12 @@ public:
 private:
     DialogShower* m_pBefore;
 };
+
+void PrintProjectNote(const ExportArguments& arguments, const std::string& home, const Messages& messages) {
+    const std::string note = FindProjectNote(OSFile::FromNative(arguments.scene), home);
+    if (!note.empty())
+        messages.Print(MessageKind::Note, note);
+}
 
 // What is to be said and done about the file after the exporter has answered.
 int Finish(const ExportArguments& arguments, const OutputFile& output, const Messages& messages, bool success,
@@ -143,7 +131,7 @@ int RunExport(const ExportArguments& arguments, const std::string& home, const M
     listener.EndLine();
     const int status = Finish(arguments, output, messages, success, dialogs.IsCancelled());
     if (status == 0 && output.IsWritten())
-        NoteMissingPipeline(start, messages);
+        PrintProjectNote(arguments, start, messages);
     // An exporter that found nothing to convert has said so, and its log holds nothing besides.
     if (status != 0 && !output.IsWritten() && progress.GetMeshCount() == 0)
         output.RemoveNewLog();

@@ -75,10 +75,14 @@ void Messages::PrintList(const std::vector<std::string>& lines) const {
 
 void Messages::PrintLine(std::string_view text, MessageKind kind) const {
     const bool colour = m_Settings.colour && kind != MessageKind::Note;
+    std::string line;
+    line.reserve(text.size() + 16);
     if (colour)
-        std::fputs(kind == MessageKind::Error ? s_ColourError : s_ColourWarning, m_pOut);
-    std::fwrite(text.data(), 1, text.size(), m_pOut);
+        line += kind == MessageKind::Error ? s_ColourError : s_ColourWarning;
+    line += text;
     if (colour)
-        std::fputs(s_ColourOff, m_pOut);
-    std::fputc('\n', m_pOut);
+        line += s_ColourOff;
+    line += '\n';
+    // Standard error has no buffer: in one piece, a line costs one call and isn't torn by another program's.
+    std::fwrite(line.data(), 1, line.size(), m_pOut);
 }

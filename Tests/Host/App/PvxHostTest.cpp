@@ -126,12 +126,25 @@ TEST_F(PvxHost, AskingTakesItsAnswersFromTheTerminal) {
     EXPECT_THAT(List(), Contains("out.pvx"));
 }
 
-TEST_F(PvxHost, SaysWhereItLookedForThePipeline) {
-    const ProgramResult result = Export(Write("tile.glb", MakeTileScene()), At("tile.pvx"));
-    EXPECT_THAT(result.err, HasSubstr("there is no pipeline.ini in \"" + m_Folder.string() + "\" or above it"));
-    Write("pipeline.ini", "");
-    std::filesystem::create_directory(m_Folder / "art");
-    EXPECT_EQ(Export(At("tile.glb"), At("art/tile.pvx")).err, "");
+TEST_F(PvxHost, SaysWhyTheProjectIsUnknown) {
+    std::filesystem::create_directories(m_Folder / "proj/art");
+    const std::string outside = Write("tile.glb", MakeTileScene());
+    const std::string inside = Write("proj/art/tile.glb", MakeTileScene());
+    EXPECT_THAT(Export(outside, At("tile.pvx")).err,
+                HasSubstr("there is no pipeline.ini in \"" + m_Folder.string() + "\" or above it"));
+
+    std::string ini = "[project:Tower]\r\n";
+    for (const char* pKey : {"DataSource=art", "DataSourceShared=a", "DataBurn=a", "DataIntermediate=a",
+                             "DataGeneric=a", "DataFinal=a", "DataPreview=a", "LocaleFolder=a", "AttrLoc=a", "Parent="})
+        ini += std::string(pKey) + "\r\n";
+    Write("proj/pipeline.ini", ini);
+    EXPECT_EQ(Export(inside, At("proj/tile.pvx")).err, "");
+    EXPECT_EQ(Export(inside, At("tile.pvx"), {"--home", At("proj")}).err, "");
+    const ProgramResult stray = Export(outside, At("proj/tile.pvx"));
+    EXPECT_EQ(stray.status, 0);
+    EXPECT_THAT(stray.err,
+                HasSubstr("tile.glb: lies in the source folder of no project of \"" + At("proj/pipeline.ini") + "\""));
+    EXPECT_EQ(Export(outside, At("proj/tile.pvx"), {"--quiet"}).err, "");
 }
 
 TEST_F(PvxHost, ABrokenFileNeverStaysUnderTheAskedForName) {
