@@ -102,28 +102,25 @@ bool TexCoordReader::Read(const Mesh& mesh, const CornerOrder& order, std::span<
         ReadByTextureVertex(mesh, order, mappings[first].matrix, form);
     else
         ReadByCorner(mesh, order, mappings, form);
-
-    m_Uniquer.Run(form.cTexVertex, m_Remap);
-    for (MeshFace& face : form.cFace)
-        for (uint16_t& t : face.t)
-            t = static_cast<uint16_t>(m_Remap[t]);
     return true;
 }
 
 // What the corners come to is the same for all that use a texture vertex.
 void TexCoordReader::ReadByTextureVertex(const Mesh& mesh, const CornerOrder& order, const glm::mat4& matrix,
                                          MeshForm& form) {
-    m_IndexOfVertex.assign(static_cast<size_t>(mesh.numTVerts), -1);
+    m_IndexOfVertex.assign(static_cast<size_t>(mesh.numTVerts), 0);
     for (size_t i = 0; i < form.cFace.size(); ++i)
-        for (size_t c = 0; c < 3; ++c) {
-            const uint32_t vertex = mesh.tvFace[i].t[order[c]];
-            int32_t& index = m_IndexOfVertex[vertex];
-            if (index < 0) {
-                index = static_cast<int32_t>(form.cTexVertex.size());
-                form.cTexVertex.push_back(Transform(mesh.tVerts[vertex].x, mesh.tVerts[vertex].y, matrix));
-            }
-            form.cFace[i].t[c] = static_cast<uint16_t>(index);
+        for (const uint32_t vertex : mesh.tvFace[i].t)
+            m_IndexOfVertex[vertex] = 1;
+    for (size_t vertex = 0; vertex < m_IndexOfVertex.size(); ++vertex)
+        if (m_IndexOfVertex[vertex]) {
+            m_IndexOfVertex[vertex] = static_cast<uint32_t>(form.cTexVertex.size());
+            form.cTexVertex.push_back(Transform(mesh.tVerts[vertex].x, mesh.tVerts[vertex].y, matrix));
         }
+    m_Uniquer.Run(form.cTexVertex, m_Remap);
+    for (size_t i = 0; i < form.cFace.size(); ++i)
+        for (size_t c = 0; c < 3; ++c)
+            form.cFace[i].t[c] = static_cast<uint16_t>(m_Remap[m_IndexOfVertex[mesh.tvFace[i].t[order[c]]]]);
 }
 
 // One place for each corner. Their indices have 16 bits: past 21845 faces they start over, and what the last faces
@@ -147,4 +144,8 @@ void TexCoordReader::ReadByCorner(const Mesh& mesh, const CornerOrder& order, st
             face.t[c] = index;
         }
     }
+    m_Uniquer.Run(form.cTexVertex, m_Remap);
+    for (MeshFace& face : form.cFace)
+        for (uint16_t& t : face.t)
+            t = static_cast<uint16_t>(m_Remap[t]);
 }

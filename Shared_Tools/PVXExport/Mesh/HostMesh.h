@@ -57,5 +57,5 @@ private:
 
     Uniquer m_Uniquer;
     std::vector<uint32_t> m_Remap;
-    std::vector<int32_t> m_IndexOfVertex; // by the host's texture vertex
+    std::vector<uint32_t> m_IndexOfVertex; // by the host's texture vertex
 };

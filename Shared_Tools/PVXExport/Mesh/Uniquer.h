@@ -17,9 +17,14 @@ public:
     void Run(std::vector<VertexWeight>& array, std::vector<uint32_t>& remap);
 
 private:
-    template <class T>
-    void RunOn(std::vector<T>& array, std::vector<uint32_t>& remap);
+    template <class Item>
+    struct Buffers {
+        std::vector<Item> items;
+        std::vector<Item> scratch;
+    };
+    template <class T, class Item>
+    static void RunOn(std::vector<T>& array, std::vector<uint32_t>& remap, Buffers<Item>& buffers);
 
-    std::vector<RadixItem> m_Items;
-    std::vector<RadixItem> m_Scratch;
+    Buffers<ShortRadixItem> m_Short; // for elements of up to 12 bytes
+    Buffers<LongRadixItem> m_Long;
 };

@@ -40,27 +40,26 @@ public:
     uint32_t GetVertexIndex(size_t face, size_t corner) const { return m_NewIndex[m_CornerEntry[face * 3 + corner]]; }
 
 private:
-    // A distinct key; those of one position hang in a chain, which in all but odd meshes has one or two links.
+    // A distinct key; those of one position hang in a chain, which in all but odd meshes has one or two links. The
+    // first one of a position has the position's own number, the others come behind all positions.
     struct Entry {
         uint64_t rest = 0; // all of the key but the position, as an image of its bytes
-        int32_t next = s_End;
-        uint16_t vertex = 0;
+        int32_t next = s_Unused;
     };
+    static constexpr int32_t s_Unused = -2;
     static constexpr int32_t s_End = -1;
 
     bool GatherByChains(const MeshForm& form, const VertexRemaps& remaps);
     void GatherBySorting(const MeshForm& form, const VertexRemaps& remaps);
-    int32_t FindOrAddEntry(uint16_t vertex, uint64_t rest);
-    void NumberChains();
-    void NumberChain(int32_t first);
+    int32_t FindOrAddLink(uint16_t vertex, uint64_t rest);
+    void NumberChains(size_t positions);
+    void NumberChain(uint16_t vertex);
     void AppendVertex(uint16_t vertex, uint64_t rest);
 
     std::vector<Entry> m_Entries;
-    std::vector<int32_t> m_FirstEntry;   // by position
     std::vector<uint32_t> m_CornerEntry; // by corner
     std::vector<uint32_t> m_NewIndex;    // by entry
-    std::vector<int32_t> m_Chain;
-    std::vector<RadixItem> m_Items;
-    std::vector<RadixItem> m_Scratch;
+    std::vector<ShortRadixItem> m_Items;
+    std::vector<ShortRadixItem> m_Scratch;
     std::vector<VertexKey> m_Vertices;
 };
