@@ -18,7 +18,7 @@ class VertexSet;
 struct DeviceConfig {
     std::string name; // of the device, compared exactly; "Null" is the one without a driver
     uint32_t adapter = 0;
-    std::string driverFile; // when given, no installed driver is looked at
+    std::string driverFile = {}; // when given, no installed driver is looked at
 };
 
 // Texts are good for the life of the device.

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "Shared/Cross/FileSystem/Chunky.h"
+#include "Shared/Cross/RenderAnim/Image/Image.h"
+#include "Shared/Cross/Util/FourCC.h"
+
+// Images in model files.
+
+constexpr uint32_t s_ImageChunk = FourCC("IMAG");
+
+// All levels, under the image's name.
+void WriteImage(Chunky& chunky, const Image& image);
+
+// The next "IMAG" of this level of the file. The largest levels can be dropped: as many as leave one, and a compressed
+// image keeps 4 pixels a side. With the word "noimages" the chunk is skipped and the image is one grey pixel.
+// Throws Chunky::Exception for anything that can't be such an image, before memory is taken for it.
+std::unique_ptr<Image> ReadImage(Chunky& chunky, uint32_t levelsToSkip = 0);

@@ -1,0 +1,23 @@
+#include "Shared/Cross/RenderAnim/Image/ImageReaderUtil.h"
+
+#include "Shared/Cross/Debug/db.h"
+
+uint32_t GetBytesAhead(ByteStream& stream) {
+    const uint32_t length = stream.GetLength();
+    const uint32_t pos = stream.GetPos();
+    return pos < length ? length - pos : 0;
+}
+
+bool CheckSides(const char* pName, ImageType type, uint32_t width, uint32_t height) {
+    if (Image::AreSidesAllowed(type, width, height))
+        return true;
+    if (width < 1 || height < 1)
+        dbWarningf("TEXTURES -- '%s': the picture has no pixels (%ux%u)", pName, width, height);
+    else if (width > Image::MaxSide || height > Image::MaxSide)
+        dbWarningf("TEXTURES -- '%s': the picture has %ux%u pixels; a side can have up to %u", pName, width, height,
+                   Image::MaxSide);
+    else
+        dbWarningf("TEXTURES -- '%s': the picture has %ux%u pixels; sides of a compressed one are powers of two", pName,
+                   width, height);
+    return false;
+}

@@ -1,0 +1,119 @@
+#include <array>
+#include <cstring>
+#include <stdexcept>
+
+#include <gmock/gmock.h>
+
+#include "Shared/Cross/Glaze/MemoryVertexSet.h"
+#include "Tests/Shared/Cross/Debug/ReportCapture.h"
+
+using namespace gz;
+
+namespace {
+
+constexpr uint32_t MaskOf(std::initializer_list<VertexComponent> components) {
+    uint32_t mask = 0;
+    for (const VertexComponent component : components)
+        mask |= ComponentBit(component);
+    return mask;
+}
+
+TEST(VertexFormat, WeightsCarryFourBytesMore) {
+    constexpr uint32_t format = MaskOf({VC_Position, VC_Weights});
+    EXPECT_EQ(GetVertexStride(format), 32u);
+    EXPECT_EQ(GetComponentOffset(format, VC_Position), 0u);
+    EXPECT_EQ(GetComponentOffset(format, VC_Weights), 12u);
+    EXPECT_EQ(GetComponentOffset(format | ComponentBit(VC_Normal), VC_Normal), 32u);
+    EXPECT_EQ(GetComponentOffset(MaskOf({VC_Position, VC_Normal, VC_TexCoord0}), VC_TexCoord0), 24u);
+    EXPECT_EQ(GetVertexStride(s_AllComponents), 12u + 20 + 12 + 4 + 4 + 4 * 8);
+}
+
+class VertexSetTest : public testing::Test {
+protected:
+    void Create(uint32_t format, uint32_t count) { ASSERT_TRUE(m_Set.Create(format, count, 2)); }
+
+    ReportCapture m_Reports;
+    MemoryVertexSet m_Set;
+    uint32_t m_Stride = 0;
+};
+
+TEST_F(VertexSetTest, HoldsAtMost65535Vertices) {
+    EXPECT_TRUE(m_Set.Create(MaskOf({VC_Position}), 65535));
+    EXPECT_EQ(m_Set.GetSize(), 65535);
+    EXPECT_EQ(m_Set.GetUsage(), 3u);
+    EXPECT_EQ(m_Set.GetRange(0), (VertexRange{.start = 0, .count = 65535}));
+    EXPECT_FALSE(m_Set.Create(MaskOf({VC_Position}), 65536));
+    EXPECT_TRUE(ReportCapture::HasWarning("Size too large for VertexSet::Create()"));
+}
+
+TEST_F(VertexSetTest, LockGivesTheComponentOfTheFirstVertexOfTheStretch) {
+    Create(MaskOf({VC_Position, VC_Normal}), 10);
+    const auto* pBase = static_cast<const std::byte*>(m_Set.GetData(VC_Position));
+    EXPECT_EQ(m_Set.Lock(VC_Normal, 3, 7, m_Stride), pBase + 3 * 24 + 12);
+    EXPECT_EQ(m_Stride, 24u);
+    m_Set.Unlock(VC_Normal);
+    EXPECT_EQ(m_Set.Lock(VC_Position, 0, VertexSet::WholeSet, m_Stride), pBase);
+    EXPECT_EQ(m_Set.Lock(VC_TexCoord0, 0, 1, m_Stride), nullptr);
+    EXPECT_TRUE(m_Reports.GetWarnings().empty());
+}
+
+TEST_F(VertexSetTest, LockRefusesWhatGoesBeyondTheSet) {
+    Create(MaskOf({VC_Position}), 10);
+    for (const auto& [start, count] : {std::pair(0u, 11u), {10u, 1u}, {11u, 0xFFFFFFF5u}, {1u, 0xFFFFu}}) {
+        ReportCapture::Clear();
+        EXPECT_EQ(m_Set.Lock(VC_Position, start, count, m_Stride), nullptr) << start << ", " << count;
+        EXPECT_TRUE(ReportCapture::HasWarning("LockArray range exceeds size of VertexSet"));
+    }
+    EXPECT_THROW(m_Set.Lock(VC_Position, 0, 0, m_Stride), std::runtime_error);
+}
+
+TEST_F(VertexSetTest, LockingTwiceIsOnlyLogged) {
+    Create(MaskOf({VC_Position}), 1);
+    void* pFirst = m_Set.Lock(VC_Position, 0, 1, m_Stride);
+    EXPECT_EQ(m_Set.Lock(VC_Position, 0, 1, m_Stride), pFirst);
+    EXPECT_EQ(ReportCapture::CountWarnings("VertexComponent already locked."), 1u);
+    m_Set.Unlock(VC_Position);
+    EXPECT_FALSE(ReportCapture::HasWarning("VertexComponent not locked."));
+    m_Set.Unlock(VC_Position);
+    EXPECT_TRUE(ReportCapture::HasWarning("VertexComponent not locked."));
+}
+
+TEST_F(VertexSetTest, ComponentsAboveTheLastAreOutOfRange) {
+    Create(s_AllComponents, 1);
+    const auto above = static_cast<VertexComponent>(VC_Count);
+    EXPECT_THROW(m_Set.HasComponent(above), std::out_of_range);
+    EXPECT_THROW(m_Set.Lock(above, 0, 1, m_Stride), std::out_of_range);
+    EXPECT_THROW(m_Set.Unlock(above), std::out_of_range);
+}
+
+TEST_F(VertexSetTest, RangesGetIdsInTheirOrder) {
+    Create(MaskOf({VC_Position}), 10);
+    EXPECT_EQ(m_Set.AddRange(2, 8), 1u);
+    EXPECT_EQ(m_Set.AddRange(0, 10), 2u);
+    EXPECT_EQ(m_Set.GetRange(1), (VertexRange{.start = 2, .count = 8}));
+    EXPECT_THROW(m_Set.AddRange(10, 1), std::runtime_error);
+    EXPECT_THROW(m_Set.AddRange(0, 0), std::runtime_error);
+    EXPECT_THROW(m_Set.AddRange(0, 11), std::runtime_error);
+    EXPECT_EQ(m_Set.GetRangeCount(), 3u);
+}
+
+TEST_F(VertexSetTest, WriteArrayFillsOneComponentAndLeavesTheOthers) {
+    Create(MaskOf({VC_Position, VC_TexCoord0}), 3);
+    const std::array<float, 4> texCoords = {1, 2, 3, 4};
+    EXPECT_TRUE(m_Set.WriteArray(VC_TexCoord0, texCoords.data(), 1, 2));
+    std::array<float, 15> all;
+    std::memcpy(all.data(), m_Set.GetData(VC_Position), sizeof(all));
+    EXPECT_THAT(all, testing::ElementsAre(0, 0, 0, 0, 0, 0, 0, 0, 1, 2, 0, 0, 0, 3, 4));
+}
+
+TEST_F(VertexSetTest, WriteArrayRefusesHalfAStretchAndMissingComponents) {
+    Create(MaskOf({VC_Position}), 3);
+    const std::array<float, 9> values = {};
+    EXPECT_TRUE(m_Set.WriteArray(VC_Position, values.data()));
+    EXPECT_FALSE(m_Set.WriteArray(VC_Normal, values.data()));
+    EXPECT_TRUE(ReportCapture::HasWarning("VertexSet does not have the requested vertex component."));
+    EXPECT_FALSE(m_Set.WriteArray(VC_Position, values.data(), 1));
+    EXPECT_TRUE(ReportCapture::HasWarning("Must set both 'start' and 'range' parameters for WriteArray()."));
+}
+
+} // namespace

@@ -1,0 +1,246 @@
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+#include <gmock/gmock.h>
+
+#include "Shared/Cross/FileSystem/Chunky.h"
+#include "Shared/Cross/FileSystem/Paths/FilePath.h"
+#include "Shared/Cross/FileSystem/Paths/FilePathHDRaw.h"
+#include "Shared/Cross/RenderAnim/Intermediate/IntermediateFile.h"
+#include "Shared/PC/FileSystem/OSFile.h"
+#include "Tests/Shared/Cross/RenderAnim/Chunks/PayloadBytes.h"
+#include "Tests/Shared/Cross/RenderAnim/ModelFixture.h"
+
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+// A disk that is full after so many bytes.
+class FillingStream : public RamStream {
+public:
+    explicit FillingStream(uint32_t room) : m_Room(room) { Create(16, Mode_Write); }
+    uint32_t Write(const void* pSource, uint32_t size) override {
+        const uint32_t written = RamStream::Write(pSource, std::min(size, m_Room));
+        m_Room -= written;
+        m_Lost |= written < size;
+        return written;
+    }
+    bool Flush() override { return !m_Lost; }
+
+private:
+    uint32_t m_Room;
+    bool m_Lost = false;
+};
+
+class IntermediateFile : public ModelFixture {
+protected:
+    // A model with one of everything, two meshes of one name among it.
+    static std::unique_ptr<RenderModel> MakeModel() {
+        const ShaderRef clay = MakeShader("Clay");
+        const ShaderRef glass = MakeShader("Glass.001");
+        glass->SetBlendMode(6, 7);
+        glass->SetTwoSided(true);
+        const MeshRef skin = MakeMesh("Body", {clay, glass}, 6, 0x27);
+        skin->SetSkinnedTransformCount(1);
+        skin->SetSkinnedTransform(0, ra::Name("knee"), 1);
+        auto pModel = std::make_unique<RenderModel>();
+        pModel->SetName("Walker");
+        std::unique_ptr<ra::MeshGroup> pGroup =
+            MakeGroup({skin, MakeMesh("Wheel", {clay}, 3), MakeMesh("Wheel", {clay}, 5)});
+        pGroup->SetParentBone(1, 1);
+        pModel->SetMeshGroup(std::move(pGroup));
+        pModel->SetSkeleton(MakeChain({"hip", "knee"}));
+        pModel->AddMarker({.name = ra::Name("Muzzle"), .m_parentName = ra::Name("knee")});
+        pModel->AddMarker({.name = ra::Name("Lost"), .m_parentName = ra::Name("tail")});
+        pModel->AddCamera({.name = ra::Name("Front"), .position = {1, 2, 3}, .fieldOfView = 1});
+        return pModel;
+    }
+    static std::string Write(const RenderModel& model, const ra::IntermediateParts& parts = {}) {
+        const auto pStream = MakeWriteStream();
+        ra::WriteIntermediate(*pStream, model, parts);
+        return BytesOf(*pStream);
+    }
+    static std::unique_ptr<RenderModel> Read(const std::string& bytes) {
+        return ra::ReadIntermediate(*MakeReadStream(bytes));
+    }
+    static std::string MakeFile(const std::string& children) {
+        return ChunkBytes::FileHeader() + NamedFolder("QPVX", "Walker", children, 1);
+    }
+    // Nothing of a test's models is left in the inventory for the next one to find.
+    static void Forget(std::unique_ptr<RenderModel> pModel = nullptr) {
+        pModel.reset();
+        Inv::PurgeUnreferenced();
+    }
+    static std::string MakeEmptyGroup() {
+        return ChunkBytes::Folder("MSGR", ChunkBytes::Data("DATA", PayloadBytes().U32(0).Get()) +
+                                              ChunkBytes::Data("BVOL", std::string(1, '\0'), 2));
+    }
+};
+
+TEST_F(IntermediateFile, WhatIsReadAndSavedAgainHasTheSameBytes) {
+    std::unique_ptr<RenderModel> pModel = MakeModel();
+    const std::string bytes = Write(*pModel);
+    EXPECT_EQ(Write(*pModel), bytes);
+    Forget(std::move(pModel));
+    pModel = Read(bytes);
+    ASSERT_NE(pModel, nullptr);
+    EXPECT_STREQ(pModel->GetName(), "Walker");
+    EXPECT_EQ(pModel->GetMarkerCount(), 4);
+    EXPECT_EQ(pModel->GetMarkerTransform(0)[3], glm::vec3(0, 2, 0));
+    EXPECT_EQ(pModel->GetMeshGroup()->GetSkinnedBone(0, 0), 1);
+    EXPECT_EQ(pModel->GetMeshGroup()->GetMesh(2)->GetVertexSet(ra::Mesh::Poly_High)->GetSize(), 5);
+    EXPECT_NE(pModel->GetReferencePose(), nullptr);
+    EXPECT_EQ(Write(*pModel), bytes);
+    EXPECT_TRUE(m_Reports.GetErrors().empty());
+}
+
+TEST_F(IntermediateFile, SwitchesLeavePartsOut) {
+    const std::unique_ptr<RenderModel> pModel = MakeModel();
+    EXPECT_EQ(Write(*pModel, {.meshes = false}), MakeFile(""));
+    const std::string bare = Write(*pModel, {.shaders = false});
+    EXPECT_THAT(bare, Not(HasSubstr("FOLDSHDR")));
+    EXPECT_THAT(bare, HasSubstr("FOLDMSGR"));
+    pModel->SetSkeleton(nullptr);
+    EXPECT_THAT(Write(*pModel), Not(HasSubstr("DATASKEL")));
+}
+
+TEST_F(IntermediateFile, AMeshOfAnotherModelIsOnlyNamed) {
+    std::unique_ptr<RenderModel> pModel = MakeModel();
+    pModel->GetMeshGroup()->SetXRefName(0, ra::Name("art/other"));
+    const std::string bytes = Write(*pModel);
+    EXPECT_THAT(bytes, HasSubstr("art/other"));
+    Forget(std::move(pModel));
+    pModel = Read(bytes);
+    EXPECT_FALSE(pModel->GetMeshGroup()->GetMesh(0).IsValid());
+    EXPECT_TRUE(ReportCapture::HasWarning("MODELS -- 'Walker': Unable to load XREF Mesh 'Body' from 'art/other'!"));
+    EXPECT_EQ(Write(*pModel), bytes);
+}
+
+TEST_F(IntermediateFile, UnknownChunksAreSteppedOver) {
+    const std::string unknown = ChunkBytes::Data("WHAT", "ever", 99) + ChunkBytes::Folder("WHAT", "", 99);
+    const std::unique_ptr<RenderModel> pModel = Read(MakeFile(unknown + MakeEmptyGroup() + unknown));
+    ASSERT_NE(pModel, nullptr);
+    EXPECT_EQ(pModel->GetMarkerCount(), 0);
+    EXPECT_EQ(pModel->FindMarker(ra::Name("root")), -1);
+}
+
+TEST_F(IntermediateFile, AnAnimationNeedsASkeletonAheadOfIt) {
+    const std::string anim = NamedFolder("ANIM", "Run", "", 1);
+    const std::string skeleton =
+        ChunkBytes::Data("SKEL", PayloadBytes().U32(1).Text("hip").U32(0xFFFFFFFF).Add(std::string(48, '\0')).Get(), 2);
+    EXPECT_EQ(Read(MakeFile(anim + skeleton + MakeEmptyGroup())), nullptr);
+    EXPECT_TRUE(ReportCapture::HasWarning("Walker: Animation 'Run' - in a model without a valid skeleton!"));
+}
+
+TEST_F(IntermediateFile, AModelWithoutMeshGroupIsDamaged) { EXPECT_THROW(Read(MakeFile("")), Chunky::Exception); }
+
+TEST_F(IntermediateFile, SkeletonsAreChecked) {
+    const auto read = [](const PayloadBytes& payload) {
+        Read(MakeFile(ChunkBytes::Data("SKEL", payload.Get(), 2) + MakeEmptyGroup()));
+    };
+    const auto bone = [](uint32_t count, uint32_t parent) {
+        return PayloadBytes().U32(count).Text("hip").U32(parent).F32({1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0});
+    };
+    EXPECT_NO_THROW(read(bone(1, 0xFFFFFFFF)));
+    EXPECT_NO_THROW(read(PayloadBytes().U32(0)));
+    for (const uint32_t parent : {0u, 1u, 0x7FFFFFFFu, 0xFFFFFFFEu})
+        EXPECT_THROW(read(bone(1, parent)), Chunky::Exception) << parent;
+    EXPECT_THROW(read(bone(2, 0xFFFFFFFF)), Chunky::Exception);
+    EXPECT_THROW(read(bone(0xFFFFFFFF, 0xFFFFFFFF)), Chunky::Exception);
+}
+
+TEST_F(IntermediateFile, TheTableNamesMeshesOfTheFile) {
+    const auto group = [](uint32_t count) {
+        PayloadBytes table;
+        table.U32(count);
+        for (uint32_t i = 0; i < std::min(count, 2u); ++i)
+            table.Text("Tile").Text("").U32(0xFFFFFFFF);
+        return ChunkBytes::Folder("MSGR", ChunkBytes::Data("DATA", table.Get()));
+    };
+    EXPECT_THROW(Read(MakeFile(group(1))), Chunky::Exception);
+    EXPECT_THROW(Read(MakeFile(group(0x20000000))), Chunky::Exception);
+    EXPECT_THROW(Read(MakeFile(ChunkBytes::Folder("MSGR", ""))), Chunky::Exception);
+}
+
+TEST_F(IntermediateFile, EveryTruncationIsRefused) {
+    const std::string bytes = Write(*MakeModel());
+    Forget();
+    for (size_t size = 0; size < bytes.size(); ++size) {
+        EXPECT_THROW(Read(bytes.substr(0, size)), std::runtime_error) << "cut to " << size;
+        Forget();
+    }
+}
+
+TEST_F(IntermediateFile, AnyDamageEndsInAModelOrAnException) {
+    const std::string bytes = Write(*MakeModel());
+    Forget();
+    std::mt19937 random(4711);
+    for (int i = 0; i < 3000; ++i) {
+        std::string damaged = bytes;
+        for (uint32_t faults = random() % 4 + 1; faults > 0; --faults)
+            damaged[random() % damaged.size()] = static_cast<char>(random());
+        try {
+            Read(damaged);
+        } catch (const std::runtime_error&) {
+        }
+        Forget();
+    }
+}
+
+TEST_F(IntermediateFile, AFullDiskIsAnException) {
+    const std::unique_ptr<RenderModel> pModel = MakeModel();
+    const auto size = static_cast<uint32_t>(Write(*pModel).size());
+    for (uint32_t room = 0; room < size; room += 7) {
+        FillingStream stream(room);
+        EXPECT_THROW(ra::WriteIntermediate(stream, *pModel, {}), std::runtime_error) << room;
+    }
+}
+
+class IntermediateOnDisk : public IntermediateFile {
+protected:
+    IntermediateOnDisk() {
+        std::string path = (std::filesystem::temp_directory_path() / "pvx-model-test-XXXXXX").string();
+        if (!mkdtemp(path.data()))
+            throw std::runtime_error("no temporary folder");
+        m_Folder = path;
+        FilePath::AddSource("TOOL", "HD", 99, std::make_shared<FilePathHDRaw>(false));
+    }
+    ~IntermediateOnDisk() override {
+        FilePath::RemoveSource("TOOL", "HD");
+        std::filesystem::remove_all(m_Folder);
+    }
+    std::string At(const std::string& name) const { return "TOOL:" + OSFile::FromNative((m_Folder / name).string()); }
+
+    std::filesystem::path m_Folder;
+};
+
+TEST_F(IntermediateOnDisk, LoadsByNameWithOrWithoutItsExtension) {
+    EXPECT_TRUE(ra::SaveIntermediate(At("walker.pvx").c_str(), *MakeModel(), true, true, true));
+    Forget();
+    EXPECT_NE(ra::LoadIntermediate(At("walker.pvx").c_str()), nullptr);
+    EXPECT_NE(ra::LoadIntermediate(At("walker.max").c_str()), nullptr);
+    EXPECT_THROW(ra::LoadIntermediate(At("other.pvx").c_str()), Chunky::Exception);
+    FilePath::AddSource("DATA", "HD", 1, std::make_shared<FilePathHDRaw>(false));
+    EXPECT_NE(ra::LoadIntermediate(OSFile::FromNative((m_Folder / "walker").string()).c_str()), nullptr);
+    FilePath::RemoveSource("DATA", "HD");
+}
+
+TEST_F(IntermediateOnDisk, AFileThatCantBeOpenedIsLoggedAndLeftAlone) {
+    const std::string path = At("no such folder\\x.pvx");
+    EXPECT_FALSE(ra::SaveIntermediate(path.c_str(), *MakeModel(), true, true, true));
+    EXPECT_TRUE(ReportCapture::HasWarning("RENDER ANIM -- " + path + ": Unable to open file!"));
+    EXPECT_TRUE(std::filesystem::is_empty(m_Folder));
+}
+
+TEST_F(IntermediateOnDisk, NothingIsLeftOfAFileThatCantBeFinished) {
+    // A model without its group, which the writer holds for a mistake.
+    const std::string path = At("x.pvx");
+    EXPECT_FALSE(ra::SaveIntermediate(path.c_str(), RenderModel(), true, true, true));
+    EXPECT_TRUE(ReportCapture::HasWarning("RENDER ANIM -- " + path));
+    EXPECT_TRUE(std::filesystem::is_empty(m_Folder));
+}
+
+} // namespace

@@ -1,0 +1,93 @@
+#include <stdexcept>
+
+#include <gmock/gmock.h>
+
+#include "Shared/Cross/Glaze/Shader.h"
+#include "Shared/Cross/RenderAnim/ShaderImp.h"
+#include "Shared/Cross/RenderAnim/ShaderTypeInfo.h"
+#include "Tests/Shared/Cross/RenderAnim/ModelFixture.h"
+
+namespace {
+
+class ShaderTest : public ModelFixture {
+protected:
+    ShaderImp m_Shader{gz::GetDevice()->MakeShader()};
+};
+
+TEST_F(ShaderTest, ChannelsCostNothingUntilWritten) {
+    for (uint32_t n = 0; n < CN_Count; ++n)
+        EXPECT_FALSE(m_Shader.OwnsChannel(n));
+    m_Shader.SetChannelColour(2, m_Shader.GetChannelColour(2));
+    m_Shader.SetChannelMatrix(2, glm::mat4(1.0f));
+    EXPECT_FALSE(m_Shader.OwnsChannel(2));
+    EXPECT_FALSE(m_Shader.IsDirty());
+    m_Shader.SetChannelTile(2, 1);
+    EXPECT_TRUE(m_Shader.OwnsChannel(2));
+    EXPECT_TRUE(m_Shader.IsChannelDirty(2));
+    EXPECT_FALSE(m_Shader.IsChannelDirty(1));
+    EXPECT_EQ(ShaderImp(nullptr).GetChannelTile(2), 0);
+    EXPECT_THROW(m_Shader.GetChannelMode(CN_Count), std::runtime_error);
+}
+
+TEST_F(ShaderTest, EachSetterReachesItsOwnField) {
+    const glm::mat4 first(2.0f);
+    const glm::mat4 second(3.0f);
+    const glm::mat4 third(4.0f);
+    m_Shader.SetChannelMode(6, 1);
+    m_Shader.SetChannelFilter(6, 4);
+    m_Shader.SetChannelTexGen(6, 5);
+    m_Shader.SetChannelMatrix(6, first);
+    m_Shader.SetChannelTexMatrix(6, second);
+    m_Shader.SetChannelBakedMatrix(6, third);
+    m_Shader.SetChannelColour(6, Colour::FromValue(0x01020304));
+    EXPECT_EQ(m_Shader.GetChannelAnimatedColour(6).GetValue(), 0x01020304u);
+    m_Shader.SetChannelAnimatedColour(6, Colour::FromValue(5));
+    EXPECT_EQ(m_Shader.GetChannelMode(6), 1);
+    EXPECT_EQ(m_Shader.GetChannelFilter(6), 4);
+    EXPECT_EQ(m_Shader.GetChannelTexGen(6), 5);
+    EXPECT_EQ(m_Shader.GetChannelMatrix(6), first);
+    EXPECT_EQ(m_Shader.GetChannelTexMatrix(6), second);
+    EXPECT_EQ(m_Shader.GetChannelBakedMatrix(6), third);
+    EXPECT_EQ(m_Shader.GetChannelColour(6).GetValue(), 0x01020304u);
+    m_Shader.SetShininess(0.5f);
+    m_Shader.SetSupersample(true);
+    EXPECT_EQ(m_Shader.GetDeviceShader()->GetShininess(), 0.5f);
+    EXPECT_TRUE(m_Shader.GetDeviceShader()->IsSupersampled());
+}
+
+TEST_F(ShaderTest, BlendingDecidesWhatIsOpaqueAndInvisible) {
+    EXPECT_TRUE(m_Shader.IsOpaque());
+    m_Shader.SetBlendMode(1, 0);
+    EXPECT_FALSE(m_Shader.IsDirty());
+    m_Shader.SetBlendMode(6, 7);
+    EXPECT_TRUE(m_Shader.IsDirty());
+    EXPECT_FALSE(m_Shader.IsOpaque());
+    EXPECT_FALSE(m_Shader.IsInvisible());
+    m_Shader.SetChannelColour(CN_Diffuse, Colour::FromValue(0x00FFFFFF));
+    EXPECT_TRUE(m_Shader.IsInvisible());
+    m_Shader.SetChannelMode(CN_Diffuse, 3);
+    EXPECT_TRUE(m_Shader.IsInvisible());
+    m_Shader.SetChannelMode(CN_Diffuse, 1);
+    EXPECT_FALSE(m_Shader.IsInvisible());
+}
+
+TEST_F(ShaderTest, MaterialsAreFoundByWhateverNameTheyHave) {
+    for (const char* pName : {"Metal.001", "ns:Metal", "a\\b", "Metal.002"}) {
+        const ShaderRef made = MakeShader(pName);
+        ShaderRef found;
+        EXPECT_TRUE(found.Find(pName)) << pName;
+        EXPECT_EQ(found, made) << pName;
+    }
+    std::string key;
+    ShaderTypeInfo().TranslateName(key, "DATA:Art\\Shaders\\Hull.qsh");
+    EXPECT_EQ(key, "art/shaders/hull");
+}
+
+TEST_F(ShaderTest, TheDefaultShaderIsOneAndShowsItself) {
+    const ShaderRef shader = GetDefaultShader();
+    ASSERT_TRUE(shader.IsValid());
+    EXPECT_EQ(GetDefaultShader(), shader);
+    EXPECT_EQ(shader->GetChannelColour(CN_Diffuse), s_MissingTextureColour);
+}
+
+} // namespace
