@@ -15,6 +15,9 @@ namespace {
 // A stream of keys counts them in 16 bits.
 constexpr double s_MostFrames = 65535.0;
 
+// Half a frame, where a scene of 60 frames a second is taken at 30, is seldom a float: the nearest may lie below it.
+constexpr double s_OneUlpUp = 1.0 + 1.0 / 8388608.0;
+
 constexpr unsigned s_MostComponents = 4;
 using Values = std::array<double, s_MostComponents>;
 
@@ -240,7 +243,7 @@ std::optional<Clip> ReadClip(const SceneFile& file, BufferStore& buffers, const 
 }
 
 Interval GetRange(const std::optional<Clip>& clip, int ticksPerFrame) {
-    const double ticks = clip ? clip->lastKey * TicksPerSecond : 0.0;
+    const double ticks = clip ? clip->lastKey * s_OneUlpUp * TicksPerSecond : 0.0;
     const double frames = std::floor(ticks / ticksPerFrame + 0.5);
     if (frames >= s_MostFrames)
         Fail({}, "its animation has more than 65535 frames", "lower --fps, or choose another with --clip");

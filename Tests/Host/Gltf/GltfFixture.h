@@ -48,9 +48,9 @@ protected:
         m_Buffer.resize(offset + (values.size() * sizeof(T) + 3) / 4 * 4);
         std::memcpy(m_Buffer.data() + offset, values.data(), values.size() * sizeof(T));
         const int view = AddView(offset, values.size() * sizeof(T));
-        return AddAccessor("{\"bufferView\":" + std::to_string(view) + ",\"componentType\":" +
-                           std::to_string(componentType) + ",\"count\":" + std::to_string(count) + ",\"type\":\"" + type +
-                           "\"" + more + "}");
+        return AddAccessor("{\"bufferView\":" + std::to_string(view) +
+                           ",\"componentType\":" + std::to_string(componentType) +
+                           ",\"count\":" + std::to_string(count) + ",\"type\":\"" + type + "\"" + more + "}");
     }
     int AddFloats(const std::vector<float>& values, const std::string& type) {
         const size_t components = type == "SCALAR" ? 1 : type == "MAT4" ? 16 : static_cast<size_t>(type[3] - '0');
@@ -69,8 +69,8 @@ protected:
 
     // A primitive of these attributes, given as `"POSITION":0,...`; `indices` below 0 for none.
     static std::string Primitive(const std::string& attributes, int indices = -1, const std::string& more = "") {
-        return "{\"attributes\":{" + attributes + "}" +
-               (indices < 0 ? "" : ",\"indices\":" + std::to_string(indices)) + more + "}";
+        return "{\"attributes\":{" + attributes + "}" + (indices < 0 ? "" : ",\"indices\":" + std::to_string(indices)) +
+               more + "}";
     }
     static std::string MeshOf(const std::string& primitives, const std::string& more = "") {
         return "{\"primitives\":[" + primitives + "]" + more + "}";
@@ -102,8 +102,9 @@ protected:
         withBuffer.more += (lists.more.empty() ? "" : ",") + BufferList("");
         std::string json = MakeText(withBuffer);
         json.resize((json.size() + 3) / 4 * 4, ' ');
-        const std::string content = Word(json.size()) + "JSON" + json +
-                                    (m_Buffer.empty() ? "" : Word(m_Buffer.size()) + std::string("BIN\0", 4) + m_Buffer);
+        const std::string content =
+            Word(json.size()) + "JSON" + json +
+            (m_Buffer.empty() ? "" : Word(m_Buffer.size()) + std::string("BIN\0", 4) + m_Buffer);
         return "glTF" + Word(2) + Word(12 + content.size()) + content;
     }
     std::string BufferList(const std::string& uri) const {

@@ -23,7 +23,8 @@ TEST_F(GltfNodes, NamesAreUniqueAndNeverEmpty) {
     Load({.nodes = R"({"name":"Arm"},{"name":"arm"},{"name":"Arm"},{},{"mesh":0},{"mesh":0},{"camera":0},{"name":""})",
           .meshes = "{\"name\":\"Rock\",\"primitives\":[]}",
           .cameras = R"({"name":"Eye","type":"perspective","perspective":{"yfov":1,"znear":0.1}})"});
-    EXPECT_THAT(Names(), testing::ElementsAre("Arm", "arm001", "Arm002", "Node001", "Rock", "Rock001", "Eye", "Node002"));
+    EXPECT_THAT(Names(),
+                testing::ElementsAre("Arm", "arm001", "Arm002", "Node001", "Rock", "Rock001", "Eye", "Node002"));
 }
 
 TEST_F(GltfNodes, TenThousandEqualNamesTakeNoSquareOfTime) {
@@ -76,9 +77,7 @@ TEST_F(GltfNodes, CamerasHaveTheirLens) {
                         {"type":"perspective","perspective":{"yfov":0.5,"znear":0.25},
                          "extras":{"host":{"clip":[2,3],"targetDistance":7}}},
                         {"type":"orthographic","orthographic":{"xmag":1,"ymag":4,"znear":0.1,"zfar":9}})"});
-    const auto camera = [&](const char* pName) {
-        return static_cast<GenCamera*>(Find(pName).EvalWorldState(0).obj);
-    };
+    const auto camera = [&](const char* pName) { return static_cast<GenCamera*>(Find(pName).EvalWorldState(0).obj); };
     EXPECT_EQ(camera("A")->ClassID(), SIMPLE_CAM_CLASS_ID);
     EXPECT_EQ(camera("A")->GetFOV(0), 0.5f);
     EXPECT_TRUE(camera("A")->GetManualClip());
@@ -98,12 +97,14 @@ TEST_F(GltfNodes, ClipPlanesOfOneSideOnlyDontCount) {
 }
 
 TEST_F(GltfNodes, LightClassesFollowTypeAndTarget) {
-    Load({.nodes = R"({"name":"P","extensions":{"KHR_lights_punctual":{"light":0}}},
+    Load(
+        {.nodes = R"({"name":"P","extensions":{"KHR_lights_punctual":{"light":0}}},
                       {"name":"S","extensions":{"KHR_lights_punctual":{"light":1}}},
                       {"name":"D","extensions":{"KHR_lights_punctual":{"light":2}}},
                       {"name":"ST","extensions":{"KHR_lights_punctual":{"light":1}},"extras":{"host":{"target":"P"}}},
                       {"name":"DT","extensions":{"KHR_lights_punctual":{"light":2}},"extras":{"host":{"target":"P"}}})",
-          .more = R"("extensions":{"KHR_lights_punctual":{"lights":[{"type":"point"},{"type":"spot"},{"type":"directional"}]}})"});
+         .more =
+             R"("extensions":{"KHR_lights_punctual":{"lights":[{"type":"point"},{"type":"spot"},{"type":"directional"}]}})"});
     EXPECT_EQ(ClassIdOf(Find("P")), OMNI_LIGHT_CLASS_ID);
     EXPECT_EQ(ClassIdOf(Find("S")), FSPOT_LIGHT_CLASS_ID);
     EXPECT_EQ(ClassIdOf(Find("D")), DIR_LIGHT_CLASS_ID);
@@ -114,7 +115,8 @@ TEST_F(GltfNodes, LightClassesFollowTypeAndTarget) {
 TEST_F(GltfNodes, RolesFollowWhatANodeCarries) {
     const std::string mesh = TriangleMesh();
     const std::string points = MeshOf(Primitive("\"POSITION\":0", -1, ",\"mode\":0"));
-    Load({.nodes = R"({"name":"Mesh","mesh":0},{"name":"Marker"},{"name":"Group","children":[3]},{"name":"Dots","mesh":1},
+    Load({.nodes =
+              R"({"name":"Mesh","mesh":0},{"name":"Marker"},{"name":"Group","children":[3]},{"name":"Dots","mesh":1},
                       {"name":"Joint"},{"name":"JointMesh","mesh":0},{"name":"Skinned","mesh":0,"skin":0},
                       {"name":"Biped","extras":{"host":{"controller":"biped_root"}}})",
           .meshes = mesh + "," + points,
@@ -172,10 +174,12 @@ TEST_F(GltfNodes, TheFilesSceneIsLoadedOtherwiseTheFirstOtherwiseAll) {
 }
 
 TEST_F(GltfNodes, JointsBelongToTheSceneWhereverTheyAre) {
-    Load({.nodes = R"({"name":"Skinned","mesh":0,"skin":0},{"name":"Root","children":[2,3]},{"name":"Joint"},{"name":"Not"})",
-          .meshes = TriangleMesh(),
-          .skins = R"({"joints":[2]})",
-          .scenes = R"({"nodes":[0]})"});
+    Load(
+        {.nodes =
+             R"({"name":"Skinned","mesh":0,"skin":0},{"name":"Root","children":[2,3]},{"name":"Joint"},{"name":"Not"})",
+         .meshes = TriangleMesh(),
+         .skins = R"({"joints":[2]})",
+         .scenes = R"({"nodes":[0]})"});
     EXPECT_THAT(Names(), testing::ElementsAre("Skinned", "Root", "Joint"));
     EXPECT_EQ(Find("Joint").GetParentNode(), &Find("Root"));
 }
@@ -189,7 +193,9 @@ TEST_F(GltfNodes, NodesThatHangADeepWayDownAreLoaded) {
 }
 
 TEST_F(GltfNodes, ExtrasAreUserProperties) {
-    Load({.nodes = R"({"name":"N","extras":{"MeshMinDetail":"High","RenderPriority":7,"Big":4294967296,"Half":0.5,"Tenth":0.1,
+    Load(
+        {.nodes =
+             R"({"name":"N","extras":{"MeshMinDetail":"High","RenderPriority":7,"Big":4294967296,"Half":0.5,"Tenth":0.1,
                        "Whole":3.0,"No":false,"List":[1,2],"host":{"renderable":false}}})"});
     const auto value = [&](const char* pKey) {
         std::string text = "missing";
@@ -209,7 +215,8 @@ TEST_F(GltfNodes, ExtrasAreUserProperties) {
 }
 
 TEST_F(GltfNodes, HostExtrasSayWhatGltfCant) {
-    Load({.nodes = R"({"name":"A","extras":{"host":{"class":"box","bone":true,"wireColor":[255,128,0],"xref":"art/ref.max",
+    Load({.nodes =
+              R"({"name":"A","extras":{"host":{"class":"box","bone":true,"wireColor":[255,128,0],"xref":"art/ref.max",
                        "visibility":[[0,1],[1,0]]}}},
                       {"name":"B","extras":{"host":{"class":"dummy","controller":"biped_slave"}}},
                       {"name":"C","mesh":0,"extras":{"host":{"class":"patch"}}})",
@@ -241,7 +248,8 @@ TEST_F(GltfNodes, WrongAndUnknownMembersAreWarnings) {
     for (const auto& [pMember, pExpected] : members) {
         Load({.nodes = R"({"name":"Arm_L","extras":{"host":{)" + std::string(pMember) + "}}}"});
         ASSERT_EQ(m_Warnings.size(), 1u) << pMember;
-        EXPECT_THAT(m_Warnings[0], testing::StartsWith("scene.glb: node \"Arm_L\": the member " + std::string(pExpected)));
+        EXPECT_THAT(m_Warnings[0],
+                    testing::StartsWith("scene.glb: node \"Arm_L\": the member " + std::string(pExpected)));
         EXPECT_THAT(m_Warnings[0], testing::HasSubstr("; "));
     }
 }

@@ -26,10 +26,8 @@ public:
     }
 
     const std::vector<uint32_t>& Solve() {
-        m_Masks = gltf::MakeSmoothingGroups({.corners = m_Corners,
-                                             .positions = m_Positions,
-                                             .positionCount = m_PositionCount,
-                                             .normals = m_Normals});
+        m_Masks = gltf::MakeSmoothingGroups(
+            {.corners = m_Corners, .positions = m_Positions, .positionCount = m_PositionCount, .normals = m_Normals});
         return m_Masks;
     }
 
@@ -46,8 +44,8 @@ public:
         for (const auto& [position, corners] : cornersOf)
             for (size_t i = 0; i < corners.size(); ++i)
                 for (size_t k = i + 1; k < corners.size(); ++k) {
-                    const bool smooth = gltf::AreNormalsEqual(m_Normals[m_Corners[corners[i]]],
-                                                              m_Normals[m_Corners[corners[k]]]);
+                    const bool smooth =
+                        gltf::AreNormalsEqual(m_Normals[m_Corners[corners[i]]], m_Normals[m_Corners[corners[k]]]);
                     const bool share = (m_Masks[corners[i] / 3] & m_Masks[corners[k] / 3]) != 0;
                     faults.shared += share && !smooth;
                     faults.apart += smooth && !share;
@@ -97,7 +95,8 @@ TEST(SmoothingGroups, NormalsAreTheSameWithinHalfADegree) {
 }
 
 TEST(SmoothingGroups, ACubeHasAGroupForEachSide) {
-    constexpr uint32_t sides[6][4] = {{0, 2, 6, 4}, {1, 5, 7, 3}, {0, 4, 5, 1}, {2, 3, 7, 6}, {0, 1, 3, 2}, {4, 6, 7, 5}};
+    constexpr uint32_t sides[6][4] = {{0, 2, 6, 4}, {1, 5, 7, 3}, {0, 4, 5, 1},
+                                      {2, 3, 7, 6}, {0, 1, 3, 2}, {4, 6, 7, 5}};
     const glm::vec3 normals[6] = {{-1, 0, 0}, {1, 0, 0}, {0, -1, 0}, {0, 1, 0}, {0, 0, -1}, {0, 0, 1}};
     Surface cube;
     for (int side = 0; side < 6; ++side) {
