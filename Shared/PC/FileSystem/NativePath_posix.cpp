@@ -7,9 +7,7 @@
 
 namespace {
 
-constexpr std::string_view s_Separators = "\\/";
-
-bool IsSeparator(char character) { return s_Separators.find(character) != std::string_view::npos; }
+bool IsSeparator(char character) { return character == '\\' || character == '/'; }
 
 // Takes the drive off the path.
 bool TakeDrive(std::string_view& path) {
@@ -55,10 +53,12 @@ bool ToNativeText(std::string_view path, std::string& native) {
             native.clear();
     }
     native.reserve(native.size() + path.size() + 1);
-    while (!path.empty()) {
-        const size_t end = path.find_first_of(s_Separators);
-        AppendComponent(native, path.substr(0, end));
-        path.remove_prefix(end == std::string_view::npos ? path.size() : end + 1);
+    for (size_t begin = 0; begin < path.size();) {
+        size_t end = begin;
+        while (end < path.size() && !IsSeparator(path[end]))
+            ++end;
+        AppendComponent(native, path.substr(begin, end - begin));
+        begin = end + 1;
     }
     if (native.empty())
         native.assign(1, '/');

@@ -26,6 +26,7 @@ namespace {
 constexpr mode_t s_AnyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
 constexpr mode_t s_NewFile = 0666; // the user's mask takes its part away
 constexpr mode_t s_NewFolder = 0777;
+constexpr off_t s_WorthAHint = 128 * 1024; // what the system reads ahead anyway
 // A pipe that nobody has opened at its other end must not hold us up.
 constexpr int s_OpenFlags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 
@@ -75,7 +76,9 @@ bool CheckKind(const struct stat& facts) {
 bool PrepareReading(int file, bool random, struct stat& facts) {
     if (fstat(file, &facts) != 0 || !CheckKind(facts))
         return false;
-    posix_fadvise(file, 0, 0, random ? POSIX_FADV_RANDOM : POSIX_FADV_SEQUENTIAL);
+    // In a small file there is nothing to read ahead.
+    if (facts.st_size > s_WorthAHint)
+        posix_fadvise(file, 0, 0, random ? POSIX_FADV_RANDOM : POSIX_FADV_SEQUENTIAL);
     return true;
 }
 

@@ -22,12 +22,16 @@ public:
     // The one of the process.
     static PathLookup& Get();
 
-    // The path with its folder in the actual spelling, if that is known, otherwise as asked: what to try first.
+    // The path in its actual spelling as far as that is known without a look at the disk: what to try first.
     std::string Guess(const std::string& asked);
     // The path in its actual spelling. From the first component that doesn't exist on it is as asked.
     std::string Find(const std::string& asked);
 
 private:
+    struct TextHash {
+        using is_transparent = void;
+        size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
+    };
     using Spellings = std::unordered_map<std::string, std::vector<std::string>>; // by folded name
 
     struct Folder {
@@ -49,6 +53,7 @@ private:
     FolderResult EnterFolder(Folder& parent, const std::string& name);
     FolderResult Watch(const std::string& path);
     std::string FindIn(Folder& folder, std::string_view name);
+    static const std::string* Choose(const Spellings& spellings, std::string_view name);
     std::string FindInWatched(std::string_view asked);
     std::string FindByReading(std::string_view asked);
     std::string FindInUnwatched(const std::string& folder, std::string_view name);
@@ -56,7 +61,7 @@ private:
     std::mutex m_Mutex;
     FolderWatch m_Watch;
     std::unordered_map<int, std::unique_ptr<Folder>> m_Watched;
-    std::unordered_map<std::string, Folder*> m_Folders; // by the spelling that was asked for
+    std::unordered_map<std::string, Folder*, TextHash, std::equal_to<>> m_Folders; // by the spelling that was asked for
     // Also set in a copy of the process, made by fork: it shares its parent's queue of events and has to leave it
     // alone.
     bool m_MustForget = false;

@@ -69,8 +69,11 @@ std::string PathLookup::Guess(const std::string& asked) {
     if (m_Folders.empty())
         return asked;
     const Split split = SplitLast(asked);
-    const auto it = m_Folders.find(std::string(split.folder));
-    return it != m_Folders.end() ? Join(it->second->path, split.name) : asked;
+    const auto it = m_Folders.find(split.folder);
+    if (it == m_Folders.end())
+        return asked;
+    const std::string* pName = it->second->pSpellings ? Choose(*it->second->pSpellings, split.name) : nullptr;
+    return Join(it->second->path, pName ? *pName : split.name);
 }
 
 std::string PathLookup::Find(const std::string& asked) {
@@ -137,7 +140,7 @@ void PathLookup::Forget() {
 }
 
 PathLookup::FolderResult PathLookup::FindFolder(std::string_view asked) {
-    if (const auto it = m_Folders.find(std::string(asked)); it != m_Folders.end())
+    if (const auto it = m_Folders.find(asked); it != m_Folders.end())
         return {Outcome::Found, it->second};
     FolderResult result;
     if (asked.empty()) {
@@ -195,12 +198,17 @@ std::string PathLookup::FindIn(Folder& folder, std::string_view name) {
         ForEachName(folder.path,
                     [&](std::string_view found) { (*folder.pSpellings)[FoldCase(found)].emplace_back(found); });
     }
-    const auto it = folder.pSpellings->find(FoldCase(name));
-    if (it == folder.pSpellings->end())
-        return {};
-    const std::vector<std::string>& spellings = it->second;
-    const auto exact = std::ranges::find(spellings, name);
-    return exact != spellings.end() ? *exact : *std::ranges::min_element(spellings);
+    const std::string* pName = Choose(*folder.pSpellings, name);
+    return pName ? *pName : "";
+}
+
+// Null when there is no such name.
+const std::string* PathLookup::Choose(const Spellings& spellings, std::string_view name) {
+    const auto it = spellings.find(FoldCase(name));
+    if (it == spellings.end())
+        return nullptr;
+    const auto exact = std::ranges::find(it->second, name);
+    return exact != it->second.end() ? &*exact : &*std::ranges::min_element(it->second);
 }
 
 std::string PathLookup::FindByReading(std::string_view asked) {
