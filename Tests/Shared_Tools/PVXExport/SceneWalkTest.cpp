@@ -1,0 +1,120 @@
+#include "Shared_Tools/PVXExport/SceneWalk.h"
+
+#include "Shared/Cross/RenderAnim/MeshGroup.h"
+#include "Shared/Cross/RenderAnim/RenderModel.h"
+#include "Shared/Cross/RenderAnim/Skeleton.h"
+#include "Shared_Tools/PVXExport/ExportContext.h"
+#include "Shared_Tools/PVXExport/NodeRoles.h"
+#include "Tests/Shared_Tools/PVXExport/ExportFixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+class SceneWalkTest : public ExportTest {
+protected:
+    void Walk() {
+        m_Collected.Clear();
+        m_Context = {};
+        SceneWalk::Collect(m_Scene.GetRootNode(), m_Context, m_Collected);
+        SceneWalk::SortMeshNodes(m_Collected);
+    }
+    std::vector<std::string> BoneNames() const {
+        std::vector<std::string> names;
+        for (const BoneNode& bone : m_Collected.m_BoneNodes)
+            names.push_back(bone.name + " < " + std::to_string(bone.parent));
+        return names;
+    }
+    std::vector<std::string> MeshNames() const {
+        std::vector<std::string> names;
+        for (const MeshNode& node : m_Collected.m_MeshNodes)
+            names.push_back(node.pNode->GetName());
+        return names;
+    }
+    static std::vector<std::string> NamesOf(const std::vector<INode*>& nodes) {
+        std::vector<std::string> names;
+        for (const INode* pNode : nodes)
+            names.push_back(pNode->GetName());
+        return names;
+    }
+
+    ExportContext m_Context;
+    ExportScene m_Collected;
+};
+
+TEST_F(SceneWalkTest, EachNodeGetsItsRoles) {
+    scene::Node& body = scene::AddMesh(m_Scene, "Body", MakeQuad());
+    scene::Node& view = scene::AddCamera(m_Scene, "View", {}, nullptr, &body);
+    scene::AddMesh(m_Scene, "Below", MakeQuad(), nullptr, &view);
+    scene::AddLight(m_Scene, "Sun", scene::LightClass::Directional);
+    scene::AddPoint(m_Scene, "Muzzle");
+    scene::AddDummy(m_Scene, "Group");
+    scene::AddBone(m_Scene, "Hip");
+    scene::AddMesh(m_Scene, "Hidden", MakeQuad()).SetRenderable(false);
+    scene::AddMesh(m_Scene, "BoneAndMesh", MakeQuad()).SetBoneNodeOnOff(true);
+    scene::AddDummy(m_Scene, "Biped").GetController().SetClassID(BIPSLAVE_CONTROL_CLASS_ID);
+    scene::Node& slave = scene::AddPoint(m_Scene, "Slave");
+    slave.GetController().SetClassID(BIPSLAVE_CONTROL_CLASS_ID);
+    Walk();
+    EXPECT_THAT(MeshNames(), ElementsAre("Body", "Below", "BoneAndMesh"));
+    EXPECT_THAT(BoneNames(), ElementsAre("Hip < -1", "BoneAndMesh < -1", "Slave < -1")) << "a dummy never is one";
+    EXPECT_THAT(NamesOf(m_Collected.m_CameraNodes), ElementsAre("View"));
+    EXPECT_THAT(NamesOf(m_Collected.m_LightNodes), ElementsAre("Sun"));
+    EXPECT_THAT(NamesOf(m_Collected.m_MarkerNodes), ElementsAre("Muzzle", "Slave"));
+    EXPECT_FALSE(PVXUtil::IsBone(nullptr, 0));
+    EXPECT_FALSE(PVXUtil::IsBone(m_Scene.GetRootNode(), 0));
+}
+
+TEST_F(SceneWalkTest, BonesGetNamesOfTheirOwn) {
+    for (const char* pName : {"Bip01", "bip01", "BIP01(2)", "Bip01", "bip01(2)"})
+        scene::AddBone(m_Scene, pName);
+    Walk();
+    EXPECT_THAT(BoneNames(),
+                ElementsAre("Bip01 < -1", "bip01(2) < -1", "BIP01(2)(2) < -1", "Bip01(3) < -1", "bip01(2)(3) < -1"));
+}
+
+TEST_F(SceneWalkTest, ABoneHangsOnItsNearestBone) {
+    scene::Node& hip = scene::AddBone(m_Scene, "Hip");
+    scene::Node& removed = scene::AddBone(m_Scene, "Removed", &hip);
+    removed.GetUserProperties().Add("Remove", "");
+    scene::Node& group = scene::AddDummy(m_Scene, "Group", &removed);
+    scene::AddBone(m_Scene, "Knee", &group).GetUserProperties().Add("stale", "no");
+    scene::AddBone(m_Scene, "Free");
+    Walk();
+    EXPECT_THAT(BoneNames(), ElementsAre("Hip < -1", "Knee < 0", "Free < -1"));
+    EXPECT_FALSE(m_Collected.m_BoneNodes[1].visible);
+    EXPECT_TRUE(m_Collected.m_BoneNodes[2].visible);
+    EXPECT_EQ(m_Collected.m_BoneNodes.Find(&removed), -1);
+}
+
+TEST_F(SceneWalkTest, MeshesComeByRenderPriority) {
+    const std::pair<const char*, const char*> meshes[] = {{"A", "5"}, {"B", ""}, {"C", "5"}, {"D", "-1"}, {"E", "x"}};
+    for (const auto& [pName, pPriority] : meshes)
+        scene::AddMesh(m_Scene, pName, MakeQuad()).GetUserProperties().Add("RenderPriority", pPriority);
+    scene::AddMesh(m_Scene, "F", MakeQuad());
+    Walk();
+    EXPECT_THAT(MeshNames(), ElementsAre("D", "B", "E", "F", "A", "C"));
+}
+
+TEST_F(SceneWalkTest, ExternalReferencesAreCountedUnlessForcedLocal) {
+    scene::MakeXRef(scene::AddMesh(m_Scene, "Theirs", MakeQuad()), "Z:\\art\\foo.max");
+    scene::Node& ours = scene::AddMesh(m_Scene, "Ours", MakeQuad());
+    scene::MakeXRef(ours, "Z:\\art\\foo.max");
+    ours.GetUserProperties().Add("ForceLocal", "");
+    Walk();
+    EXPECT_EQ(m_Context.m_XRefMeshCount, 1u);
+    EXPECT_THAT(MeshNames(), ElementsAre("Theirs", "Ours"));
+}
+
+TEST_F(SceneWalkTest, ADeepTreeIsNoProblem) {
+    constexpr int depth = 20000;
+    scene::Node* pParent = nullptr;
+    for (int i = 0; i < depth; ++i)
+        pParent = &scene::AddBone(m_Scene, "Link", pParent);
+    Walk();
+    ASSERT_EQ(m_Collected.m_BoneNodes.size(), static_cast<size_t>(depth));
+    EXPECT_EQ(m_Collected.m_BoneNodes[depth - 1].parent, depth - 2);
+    EXPECT_EQ(m_Collected.m_BoneNodes[depth - 1].name, "Link(20000)");
+}
+
+} // namespace
