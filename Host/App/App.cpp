@@ -30,7 +30,7 @@ Messages MakeMessages(const CommandLine& line) {
 
 // As an absolute path; empty when neither the command line nor the environment names one.
 std::string FindHome(const CommandLine& line) {
-    const std::string home = line.home.empty() ? ProgramPath::GetHome() : line.home;
+    std::string home = line.home.empty() ? ProgramPath::GetHome() : line.home;
     if (home.empty())
         return home;
     const std::string path = OSFile::FromNative(home);

@@ -34,7 +34,7 @@ Value ScriptCommands::Apply(const std::string& command, const std::vector<Value>
     if (!pCommand)
         throw HostError(2, "there is no command \"" + command + "\"; pvxhost commands lists those that there are");
     try {
-        const Value result = pCommand->Apply(arguments);
+        Value result = pCommand->Apply(arguments);
         m_Listener.EndLine();
         return result;
     } catch (const ScriptError& error) {
