@@ -1,0 +1,154 @@
+#include "Tests/Shared_Tools/PVXExport/ExportFixture.h"
+
+#include <cstring>
+
+#include "Shared/Cross/Glaze/VertexSet.h"
+#include "Shared/Cross/RenderAnim/Mesh.h"
+#include "Shared/Cross/RenderAnim/MeshGroup.h"
+#include "Shared/Cross/RenderAnim/RenderModel.h"
+#include "Shared/Cross/RenderAnim/VertexWeight.h"
+
+namespace {
+
+using testing::Contains;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class SkinExport : public ExportTest {
+protected:
+    using Influences = std::vector<scene::SkinWeights::Influence>;
+
+    void SetUp() override {
+        for (const char* pName : {"B0", "B1", "B2", "B3", "B4", "B5"})
+            m_Bones.push_back(&scene::AddBone(m_Scene, pName));
+    }
+    // A quad whose first vertex has these influences and whose others hang on bone 0.
+    scene::Node& AddSkinned(const Influences& first) {
+        scene::Node& node = scene::AddMesh(m_Scene, "Skin", MakeQuad(), &AddMaterial("Paint"));
+        scene::SkinWeights weights;
+        weights.AddPoint(first);
+        for (int i = 0; i < 3; ++i)
+            weights.AddPoint(Influences{{0, 1.0f}});
+        std::vector<scene::SkinBone> bones;
+        for (scene::Node* pBone : m_Bones)
+            bones.push_back({.pNode = pBone});
+        scene::AddSkin(node, std::move(bones), std::make_unique<scene::ReadySkinSource>(std::move(weights)));
+        return node;
+    }
+    // The weights of the vertices that don't hang on bone 0 alone.
+    std::vector<VertexWeight> ExportedWeights() {
+        std::vector<VertexWeight> weights;
+        WithModel([&](const RenderModel& model) {
+            const gz::VertexSet& set = *model.GetMeshGroup()->GetMesh(0).GetData()->GetVertexSet(ra::Mesh::Poly_High);
+            const auto* pSource = static_cast<const char*>(set.GetData(gz::VC_Weights));
+            ASSERT_TRUE(pSource);
+            for (size_t i = 0; i < set.GetSize(); ++i) {
+                VertexWeight weight;
+                std::memcpy(static_cast<void*>(&weight), pSource + i * set.GetStride(), sizeof(weight));
+                if (!(weight == VertexWeight{{1, 0, 0}, {0, 255, 255, 255}}))
+                    weights.push_back(weight);
+            }
+        });
+        return weights;
+    }
+    std::vector<std::string> BoneNames() {
+        std::vector<std::string> names;
+        WithModel([&](const RenderModel& model) {
+            const ra::Mesh& mesh = *model.GetMeshGroup()->GetMesh(0).GetData();
+            for (uint32_t i = 0; i < mesh.GetSkinnedTransformCount(); ++i)
+                names.push_back(mesh.GetSkinnedTransform(i).bone.GetText());
+            EXPECT_EQ(model.GetMeshGroup()->GetParentBone(0), -1);
+        });
+        return names;
+    }
+    void ExpectFailure(const Influences& first, std::vector<std::string> messages) {
+        AddSkinned(first);
+        EXPECT_EQ(Export(), 0);
+        messages.push_back("Error   : 'Skin': Can't build skinning info");
+        messages.push_back("Error   : 'Skin': Unable to build mesh!");
+        EXPECT_EQ(m_Messages, messages);
+        EXPECT_FALSE(IsThere("Foo.pvx"));
+    }
+
+    std::vector<scene::Node*> m_Bones;
+};
+
+TEST_F(SkinExport, FourBonesInTheOrderOfTheirWeights) {
+    AddSkinned({{1, 0.125f}, {2, 0.5f}, {5, 0.0f}, {3, 0.25f}, {4, 0.125f}});
+    EXPECT_EQ(Export(), 1);
+    EXPECT_THAT(ExportedWeights(), ElementsAre(VertexWeight{{0.5f, 0.25f, 0.125f}, {2, 3, 1, 4}}));
+    EXPECT_THAT(BoneNames(), ElementsAre("B2", "B3", "B1", "B4", "B0"));
+}
+
+TEST_F(SkinExport, ABoneTwiceIsOneEntryAndASmallSumIsFilledUp) {
+    AddSkinned({{1, 0.25f}, {1, 0.25f}});
+    EXPECT_EQ(Export(), 1);
+    EXPECT_THAT(ExportedWeights(), ElementsAre(VertexWeight{{1, 0, 0}, {1, 255, 255, 255}}));
+}
+
+TEST_F(SkinExport, FiveBonesAreTooMany) {
+    ExpectFailure(
+        {{0, 0.2f}, {1, 0.2f}, {2, 0.2f}, {3, 0.2f}, {4, 0.2f}},
+        {"Error   : Mesh 'Skin', vertex 0 is weighted by too many bones!  A maximum of 4 bones is supported!"});
+}
+
+TEST_F(SkinExport, AVertexOfNoBone) {
+    ExpectFailure({}, {"Error   : Mesh 'Skin', vertex 0 is not weighted to any bones!"});
+}
+
+TEST_F(SkinExport, AWeightAboveOneIsNotAdded) {
+    ExpectFailure({{0, 1.5f}},
+                  {"Error   : Mesh 'Skin', vertex 0 has an invalid weight!  Make sure it is normalized / weighted!",
+                   "Error   : Mesh 'Skin', vertex 0 is not weighted to any bones!"});
+}
+
+TEST_F(SkinExport, ASumAHairAboveOneIsRefused) {
+    ExpectFailure({{0, 0.75f}, {1, 0.2500001f}},
+                  {"Error   : Mesh 'Skin', vertex 0 has an invalid bone weight!  Make sure it is normalized!"});
+}
+
+TEST_F(SkinExport, ARemovedBoneIsReplacedByTheFirst) {
+    m_Bones[5]->GetUserProperties().Add("Remove", "");
+    AddSkinned({{5, 0.25f}, {1, 0.75f}});
+    EXPECT_EQ(Export(), 0);
+    EXPECT_THAT(m_Messages, ElementsAre("Error   : Mesh 'Skin', vertex 0 is weighted by an invalid bone! (Removed "
+                                        "from Skeleton?)"));
+    EXPECT_THAT(ExportedWeights(), ElementsAre(VertexWeight{{0.75f, 0.25f, 0}, {1, 0, 255, 255}}));
+}
+
+TEST_F(SkinExport, BonesBeyondWhatABytesHoldsAreRefused) {
+    while (m_Bones.size() < 257)
+        m_Bones.push_back(&scene::AddBone(m_Scene, "B" + std::to_string(m_Bones.size())));
+    AddSkinned({{254, 1.0f}});
+    EXPECT_EQ(Export(), 1);
+    EXPECT_THAT(ExportedWeights(), ElementsAre(VertexWeight{{1, 0, 0}, {254, 255, 255, 255}}));
+    scene::Node& forced = scene::AddMesh(m_Scene, "Hat", MakeQuad(), &AddMaterial("Felt"), m_Bones[256]);
+    forced.GetUserProperties().Add("ForceSkinning", "");
+    EXPECT_EQ(Export(), 0);
+    EXPECT_THAT(m_Messages, Contains("Error   : Mesh 'Hat' is weighted by bone 'B256', number 257 of the skeleton!  "
+                                     "Only the first 255 bones can be skinned to!"));
+    EXPECT_THAT(m_Messages, Contains("Error   : 'Hat': Can't build skinning info"));
+}
+
+TEST_F(SkinExport, ForceSkinningLooksAtNoModifier) {
+    scene::Node& node = AddSkinned({{1, 1.5f}});
+    node.GetUserProperties().Add("ForceSkinning", "");
+    EXPECT_EQ(Export(), 0);
+    EXPECT_THAT(m_Messages, ElementsAre("Error   : Force Skinned Mesh 'Skin' is not a bone!"));
+    EXPECT_TRUE(IsThere("Foo.pvx"));
+    node.SetBoneNodeOnOff(true);
+    EXPECT_EQ(Export(), 1);
+    EXPECT_THAT(BoneNames(), ElementsAre("Skin"));
+}
+
+TEST_F(SkinExport, AForcedChildHangsWhollyOnItsParent) {
+    scene::AddMesh(m_Scene, "Hat", MakeQuad(), &AddMaterial("Felt"), m_Bones[3])
+        .GetUserProperties()
+        .Add("ForceSkinning", "");
+    EXPECT_EQ(Export(), 1);
+    EXPECT_THAT(ExportedWeights(), Each(VertexWeight{{1, 0, 0}, {3, 255, 255, 255}}));
+    EXPECT_THAT(BoneNames(), ElementsAre("B3"));
+}
+
+} // namespace
