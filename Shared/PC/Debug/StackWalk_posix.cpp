@@ -42,18 +42,19 @@ SymbolReaderFunction* LoadReader() {
 
 } // namespace
 
-// Kept out of line, since its own frame is one of those that are skipped.
+// Kept out of line, since the walk is cut where it comes back to the caller.
 [[gnu::noinline]] uint32_t Capture(const void** ppAddresses, uint32_t room, uint32_t skip) {
-    constexpr uint32_t s_OwnFrames = 1;
+    constexpr uint32_t s_OwnFrames = 2; // this one, and that of whoever stands in for the walker (a sanitizer does)
     constexpr uint32_t s_MostFrames = 128;
     void* frames[s_MostFrames];
-    const uint32_t wanted = std::min(room + skip + s_OwnFrames, s_MostFrames);
-    const int found = backtrace(frames, static_cast<int>(wanted));
-    const uint32_t first = skip + s_OwnFrames;
-    if (found <= 0 || static_cast<uint32_t>(found) <= first)
+    const auto wanted = std::min<uint64_t>(uint64_t{room} + skip + s_OwnFrames, s_MostFrames);
+    const auto found = static_cast<uint32_t>(std::max(backtrace(frames, static_cast<int>(wanted)), 0));
+    const auto* const pCaller = std::find(frames, frames + found, __builtin_return_address(0));
+    const auto left = static_cast<uint32_t>(frames + found - pCaller);
+    if (left <= skip)
         return 0;
-    const uint32_t count = std::min(static_cast<uint32_t>(found) - first, room);
-    std::copy_n(frames + first, count, ppAddresses);
+    const uint32_t count = std::min(left - skip, room);
+    std::copy_n(pCaller + skip, count, ppAddresses);
     return count;
 }
 
