@@ -1,5 +1,8 @@
 #include "Tools/pvxdump/ModelText.h"
 
+#include <cstdio>
+#include <utility>
+
 #include <glm/common.hpp>
 #include <glm/gtc/type_ptr.hpp>
 
@@ -18,7 +21,13 @@ using TextFormat::Vector;
 constexpr uint32_t s_Indent = 2;
 constexpr double s_DegreesPerRadian = 57.29577951308232;
 
-void PrintHeading(std::string& out, const std::string& text) { out += '\n' + text + '\n'; }
+// Nothing for a kind of thing that the file hasn't.
+void PrintSection(std::string& out, const std::string& heading, const TextTable& table) {
+    if (table.IsEmpty())
+        return;
+    out += '\n' + heading + '\n';
+    table.Print(out, s_Indent);
+}
 
 std::string FormatBox(const BoundVolume& volume) {
     if (!volume.IsValid())
@@ -72,51 +81,73 @@ std::string FormatBone(const ModelContent& content, int32_t index) {
     return name.empty() ? '#' + std::to_string(index) : Name(name);
 }
 
-void PrintShader(std::string& out, const ra::ShaderRecord& shader) {
-    out.append(s_Indent, ' ');
-    out += Name(shader.name) + ": blend " + std::to_string(shader.blendSource) + ", " +
-           std::to_string(shader.blendDestination) + (shader.twoSided ? "; two-sided" : "; one-sided") +
-           "; alpha function " + std::to_string(shader.alphaFunction) + ", reference " +
-           Number(static_cast<double>(shader.alphaReference)) + '\n';
-    TextTable table({{"channel"},
-                     {"mode"},
-                     {"colour, alpha"},
-                     {"texture"},
-                     {"tile", Right},
-                     {"filter", Right},
-                     {"texgen", Right},
-                     {"matrix"},
-                     {"baked matrix"}});
-    for (uint32_t n = 0; n < ChannelCount; ++n) {
-        const ra::ChannelRecord& channel = shader.channels[n];
-        table.AddRow({s_ChannelNames[n], FormatMode(channel.mode), FormatColour(channel.colour),
-                      channel.texture.empty() ? "-" : Name(channel.texture), std::to_string(channel.tile),
-                      std::to_string(channel.filter), std::to_string(channel.texGen), FormatMatrix(channel.matrix),
-                      FormatMatrix(channel.bakedMatrix)});
-    }
-    table.Print(out, s_Indent * 2);
+// The settings of a texture say nothing on a channel that is only a colour.
+bool IsPlain(const ra::ChannelRecord& channel) {
+    return channel.mode == ChannelMode_Colour && channel.texture.empty() && channel.tile == 0 && channel.filter == 0 &&
+           channel.texGen == 0 && channel.matrix == glm::mat4(1.0f) && channel.bakedMatrix == glm::mat4(1.0f);
+}
+
+std::vector<std::string> MakeShaderRow(const ra::ShaderRecord& shader) {
+    const bool tests = shader.alphaFunction != 0 || shader.alphaReference != 0.0f;
+    std::vector<std::string> row = {
+        Name(shader.name), std::to_string(shader.blendSource) + ", " + std::to_string(shader.blendDestination),
+        shader.twoSided ? "two" : "one",
+        tests ? std::to_string(shader.alphaFunction) + ", " + Number(static_cast<double>(shader.alphaReference)) : "-"};
+    for (const ra::ChannelRecord& channel : shader.channels)
+        row.push_back(FormatColour(channel.colour));
+    return row;
+}
+
+std::vector<std::string> MakeChannelRow(const ra::ChannelRecord& channel, uint32_t n) {
+    return {"",
+            s_ChannelNames[n],
+            FormatMode(channel.mode),
+            channel.texture.empty() ? "-" : Name(channel.texture),
+            std::to_string(channel.tile),
+            std::to_string(channel.filter),
+            std::to_string(channel.texGen),
+            FormatMatrix(channel.matrix),
+            FormatMatrix(channel.bakedMatrix)};
 }
 
 void PrintShaders(std::string& out, const ModelContent& content) {
-    if (!content.shaders.empty())
-        PrintHeading(out, Count(content.shaders.size(), "shader", "shaders"));
-    for (const ra::ShaderRecord& shader : content.shaders)
-        PrintShader(out, shader);
-    if (!content.sharedShaders.empty())
-        PrintHeading(out, Count(content.sharedShaders.size(), "shared shader", "shared shaders"));
+    TextTable shaders({{"shader"}, {"blend"}, {"sides"}, {"alpha test"}});
+    for (const char* pName : s_ChannelNames)
+        shaders.AddColumn({pName});
+    TextTable textures({{"shader"},
+                        {"channel"},
+                        {"mode"},
+                        {"texture"},
+                        {"tile", Right},
+                        {"filter", Right},
+                        {"texgen", Right},
+                        {"matrix"},
+                        {"baked matrix"}});
+    for (const ra::ShaderRecord& shader : content.shaders) {
+        shaders.AddRow(MakeShaderRow(shader));
+        std::string name = Name(shader.name);
+        for (uint32_t n = 0; n < ChannelCount; ++n)
+            if (!IsPlain(shader.channels[n])) {
+                std::vector<std::string> row = MakeChannelRow(shader.channels[n], n);
+                row.front() = std::exchange(name, {});
+                textures.AddRow(std::move(row));
+            }
+    }
+    PrintSection(out, Count(content.shaders.size(), "shader", "shaders") + ", colours as red, green, blue and alpha",
+                 shaders);
+    PrintSection(out, "channels with more than a colour", textures);
+    TextTable shared({{"name"}});
     for (const std::string& name : content.sharedShaders)
-        out += std::string(s_Indent, ' ') + Name(name) + '\n';
+        shared.AddRow({Name(name)});
+    PrintSection(out, Count(content.sharedShaders.size(), "shared shader", "shared shaders"), shared);
 }
 
 void PrintSkeleton(std::string& out, const ModelContent& content) {
-    if (!content.hasSkeleton)
-        return;
-    PrintHeading(out, "skeleton: " + Count(content.bones.size(), "bone", "bones"));
     TextTable table({{"", Right}, {"bone"}, {"parent"}, {"position"}});
     for (size_t i = 0; i < content.bones.size(); ++i)
         table.AddRow({std::to_string(i), Name(content.bones[i].name), FormatBone(content, content.bones[i].parent),
                       Vector(content.bones[i].transform[3])});
-    table.Print(out, s_Indent);
+    PrintSection(out, "skeleton of " + Count(content.bones.size(), "bone", "bones"), table);
 }
 
 std::vector<std::string> MakeMeshRow(const ModelContent& content, const MeshContent& mesh) {
@@ -132,9 +163,6 @@ std::vector<std::string> MakeMeshRow(const ModelContent& content, const MeshCont
 }
 
 void PrintMeshes(std::string& out, const ModelContent& content) {
-    if (!content.hasMeshGroup)
-        return;
-    PrintHeading(out, Count(content.meshes.size(), "mesh", "meshes") + ", bounds " + FormatBox(content.boundVolume));
     TextTable meshes(
         {{"mesh"}, {"vertices", Right}, {"triangles", Right}, {"components"}, {"bounds"}, {"parent bone"}});
     TextTable sets({{"mesh"}, {"shader"}, {"triangles", Right}, {"vertices from", Right}, {"count", Right}});
@@ -154,59 +182,43 @@ void PrintMeshes(std::string& out, const ModelContent& content) {
         if (mesh.mesh.minDetail != 0 || !mesh.mesh.childSelection)
             details.AddRow({name, std::to_string(mesh.mesh.minDetail), mesh.mesh.childSelection ? "yes" : "no"});
     }
-    meshes.Print(out, s_Indent);
-    PrintHeading(out, "primitive sets");
-    sets.Print(out, s_Indent);
-    std::string skinText;
-    skins.Print(skinText, s_Indent);
-    if (!skinText.empty())
-        out += "\nskinned transforms\n" + skinText;
-    std::string detailText;
-    details.Print(detailText, s_Indent);
-    if (!detailText.empty())
-        out += "\ndetail and selection, where they aren't the default\n" + detailText;
+    PrintSection(out, Count(content.meshes.size(), "mesh", "meshes") + ", bounds " + FormatBox(content.boundVolume),
+                 meshes);
+    PrintSection(out, "primitive sets", sets);
+    PrintSection(out, "skinned transforms", skins);
+    PrintSection(out, "detail and selection, where they aren't the default", details);
 }
 
 void PrintMarkers(std::string& out, const ModelContent& content) {
-    if (content.markers.empty())
-        return;
-    PrintHeading(out, Count(content.markers.size(), "marker", "markers"));
     TextTable table({{"marker"}, {"parent bone"}, {"position"}});
     for (const Marker& marker : content.markers)
         table.AddRow({Name(marker.name.GetTextOrEmpty()),
                       marker.m_parentName.IsValid() ? Name(marker.m_parentName.GetText()) : "-",
                       Vector(marker.m_transform[3])});
-    table.Print(out, s_Indent);
+    PrintSection(out, Count(content.markers.size(), "marker", "markers"), table);
 }
 
 void PrintCameras(std::string& out, const ModelContent& content) {
-    if (content.cameras.empty())
-        return;
-    PrintHeading(out, Count(content.cameras.size(), "camera", "cameras"));
     TextTable table({{"camera"}, {"position"}, {"target"}, {"field of view"}, {"near", Right}, {"far", Right}});
     for (const CameraDef& camera : content.cameras)
         table.AddRow({Name(camera.name.GetTextOrEmpty()), Vector(camera.position), Vector(camera.target),
                       Number(static_cast<double>(camera.fieldOfView) * s_DegreesPerRadian, 2) + " degrees",
                       Number(static_cast<double>(camera.nearClip)), Number(static_cast<double>(camera.farClip))});
-    table.Print(out, s_Indent);
+    PrintSection(out, Count(content.cameras.size(), "camera", "cameras"), table);
 }
 
 void PrintAnimations(std::string& out, const ModelContent& content) {
-    if (content.animations.empty())
-        return;
-    PrintHeading(out, Count(content.animations.size(), "animation", "animations"));
     TextTable table({{"animation"}, {"version", Right}, {"bytes", Right}});
     for (const AnimationContent& animation : content.animations)
         table.AddRow({Name(animation.name), std::to_string(animation.version), Count(animation.size)});
-    table.Print(out, s_Indent);
+    PrintSection(out, Count(content.animations.size(), "animation", "animations"), table);
 }
 
 void PrintUndecoded(std::string& out, const ModelContent& content) {
-    if (content.undecoded.empty())
-        return;
-    PrintHeading(out, "not decoded");
+    TextTable table({{"chunk"}, {"count", Right}});
     for (const auto& [id, count] : content.undecoded)
-        out += std::string(s_Indent, ' ') + TextFormat::Code(id) + ": " + Count(count, "chunk", "chunks") + '\n';
+        table.AddRow({TextFormat::Code(id), Count(count)});
+    PrintSection(out, "not decoded", table);
 }
 
 } // namespace

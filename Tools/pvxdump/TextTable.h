@@ -14,6 +14,9 @@ public:
     };
 
     explicit TextTable(std::vector<Column> columns) : m_Columns(std::move(columns)) {}
+    // Ahead of the first row.
+    void AddColumn(Column column) { m_Columns.push_back(std::move(column)); }
+    bool IsEmpty() const { return m_Rows.empty(); }
     // As many cells as columns; missing ones are empty.
     void AddRow(std::vector<std::string> cells) { m_Rows.push_back(std::move(cells)); }
     // Appends title and rows, each line indented by that many blanks. Nothing for a table without rows.
