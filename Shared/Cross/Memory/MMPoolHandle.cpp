@@ -7,7 +7,7 @@ MMPoolHandle::MMPoolHandle(MMPoolBase& pool) { Join(&pool); }
 MMPoolHandle::MMPoolHandle(const MMPoolHandle& other) { Join(other.m_pPool); }
 
 MMPoolHandle& MMPoolHandle::operator=(const MMPoolHandle& other) {
-    if (m_pPool != other.m_pPool) {
+    if (this != &other && m_pPool != other.m_pPool) {
         Release();
         Join(other.m_pPool);
     }

@@ -101,8 +101,8 @@ const char* MMPoolRegion::GetEndOfBlock(const void* pAt) const {
         if (pStart == pAt)
             return pStart + pLarge->size;
     }
-    const uintptr_t chunk = reinterpret_cast<uintptr_t>(pAt) & ~(OSMemory::s_ChunkSize - 1);
-    return reinterpret_cast<const char*>(chunk) + OSMemory::s_ChunkSize;
+    const size_t offset = reinterpret_cast<uintptr_t>(pAt) & (OSMemory::s_ChunkSize - 1);
+    return static_cast<const char*>(pAt) + (OSMemory::s_ChunkSize - offset);
 }
 
 // A region doesn't know where a block ends, so what lies behind a small block may come along; the caller's bytes are

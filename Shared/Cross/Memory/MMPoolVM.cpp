@@ -31,6 +31,10 @@ constexpr uint32_t s_StateSmall = FourCC("VMSM");
 constexpr uint32_t s_StateLarge = FourCC("VMLG");
 constexpr size_t s_SignatureSize = 20;
 
+char* GetPage(const void* pAt) {
+    return static_cast<char*>(const_cast<void*>(pAt)) - (reinterpret_cast<uintptr_t>(pAt) & s_PageMask);
+}
+
 } // namespace
 
 // [signature ... block][guard]
@@ -41,7 +45,7 @@ public:
     size_t GetGuardOffset(size_t total) const override { return total - OSMemory::s_PageSize; }
     // The block starts behind the signature, and less than a page further on at most.
     char* GetFirstPage(const void* pBlock) const override {
-        return reinterpret_cast<char*>((reinterpret_cast<uintptr_t>(pBlock) - s_SignatureSize) & ~s_PageMask);
+        return GetPage(static_cast<const char*>(pBlock) - s_SignatureSize);
     }
 };
 
@@ -51,9 +55,7 @@ public:
     size_t GetTotal(size_t size) const override { return (size + 8191) & ~s_PageMask; }
     size_t GetBlockOffset(size_t) const override { return OSMemory::s_PageSize; }
     size_t GetGuardOffset(size_t) const override { return 0; }
-    char* GetFirstPage(const void* pBlock) const override {
-        return reinterpret_cast<char*>((reinterpret_cast<uintptr_t>(pBlock) & ~s_PageMask) - OSMemory::s_PageSize);
-    }
+    char* GetFirstPage(const void* pBlock) const override { return GetPage(pBlock) - OSMemory::s_PageSize; }
 };
 
 struct MMPoolVM::Arena {

@@ -14,6 +14,8 @@ public:
     MMRawAllocator(const MMRawAllocator<Other>&) {}
 
     T* allocate(size_t count) {
+        // A T may be a pointer, and then it is the pointer's size that is meant.
+        // NOLINTNEXTLINE(bugprone-sizeof-expression)
         void* const pBlock = count < SIZE_MAX / sizeof(T) ? OSMemory::HeapAlloc(count * sizeof(T)) : nullptr;
         if (!pBlock)
             MMFatalf("No memory for %zu records of a pool", count);

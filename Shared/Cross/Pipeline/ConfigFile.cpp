@@ -72,7 +72,7 @@ private:
 
     ByteStream& m_Stream;
     std::array<char, 0x4000> m_Buffer = {};
-    std::string_view m_Available;
+    std::string_view m_Available = {m_Buffer.data(), 0};
 };
 
 } // namespace
@@ -164,7 +164,7 @@ bool ConfigFile::Save(const char* pName) const {
     for (const auto& [name, section] : m_Sections) {
         pStream->WriteText(("[" + name + "]\n").c_str(), false);
         for (const auto& [key, value] : section)
-            pStream->WriteText((key + "=" + value + "\n").c_str(), false);
+            pStream->WriteText(std::string(key).append("=").append(value).append("\n").c_str(), false);
         pStream->WriteText("", true);
     }
     if (pStream->Flush())

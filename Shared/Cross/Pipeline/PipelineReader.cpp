@@ -106,7 +106,7 @@ std::string PipelineReader::Find(std::string_view startPath, std::vector<std::st
             return {};
         folder.erase(backslash);
         places.push_back(folder);
-        const std::string file = folder + "\\" + s_FileName;
+        std::string file = folder + "\\" + s_FileName;
         if (file.size() <= FilePath::MAXPATH && (OSFile::FileAttr(file.c_str()) & OSFile::F_ATTRIBUTE_FILE))
             return file;
     }
@@ -124,7 +124,7 @@ Pipeline::Result PipelineReader::Read(PipelineData& data, std::string& error) {
         PipelineProject project;
         project.name = name.substr(s_ProjectPrefix.size());
         if (!ReadProject(data.inifile, section, project, error)) {
-            error = data.inifile + ", project '" + project.name + "' " + error;
+            error.insert(0, data.inifile + ", project '" + project.name + "' ");
             return Pipeline::Result_NoProject;
         }
         data.projectIndex.emplace(project.name, data.projects.size());

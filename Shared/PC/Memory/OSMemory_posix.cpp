@@ -1,5 +1,6 @@
 #include "Shared/PC/Memory/OSMemory.h"
 
+#include <bit>
 #include <climits>
 #include <csignal>
 #include <cstdlib>
@@ -80,7 +81,7 @@ _Unwind_Reason_Code AddFrame(_Unwind_Context* pContext, void* pUser) {
     }
     if (walk.count == walk.room)
         return _URC_END_OF_STACK;
-    walk.ppAddresses[walk.count++] = reinterpret_cast<const void*>(_Unwind_GetIP(pContext));
+    walk.ppAddresses[walk.count++] = std::bit_cast<const void*>(_Unwind_GetIP(pContext));
     return _URC_NO_REASON;
 }
 

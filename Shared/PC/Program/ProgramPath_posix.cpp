@@ -12,7 +12,7 @@ constexpr const char* s_HomeVariable = "PVXHOST_HOME";
 } // namespace
 
 std::string ProgramPath::Get() {
-    const std::string program = Process::GetExecutablePath();
+    std::string program = Process::GetExecutablePath();
     const std::string home = GetHome();
     if (home.empty())
         return program;
