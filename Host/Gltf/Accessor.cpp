@@ -12,6 +12,8 @@ namespace {
 // An accessor without data of its own costs a file nothing, so its count proves nothing. No primitive that can be
 // exported has more elements.
 constexpr uint64_t s_LargestEmptyAccessor = uint64_t{1} << 20;
+// Sparse accessors are laid out in full, which a small file can ask for any number of times.
+constexpr size_t s_MostSparseBytes = size_t{1} << 28;
 
 const Json& GetListed(const SceneFile& file, const Place& user, const char* pList, size_t index) {
     const Json* pArray = FindArray({}, file.GetRoot(), pList);
@@ -231,6 +233,9 @@ void BufferStore::ApplySparse(const SceneFile& file, const Place& place, const J
         !Fits(values.bytes.size(), valueOffset, count, size, size))
         FailDamaged(place, "its sparse part reaches beyond its bufferViews");
 
+    m_SparseBytes += view.count * size;
+    if (m_SparseBytes > s_MostSparseBytes)
+        Fail(place, "the scene's sparse accessors take more than 256 MB", "export the scene without sparse accessors");
     std::vector<std::byte> full(view.count * size);
     for (uint32_t i = 0; view.pData && i < view.count; ++i)
         std::memcpy(full.data() + i * size, view.GetElement(i), size);

@@ -4,6 +4,8 @@
 
 #include <cstring>
 #include <map>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace gltf {
@@ -55,6 +57,15 @@ public:
     // The accessor `index`. `user` is who refers to it. Faults when any of its claims doesn't hold.
     AccessorView GetAccessor(const SceneFile& file, const Place& user, size_t index);
 
+    // What is known of the contents of accessors, by index. Many users may share one large accessor, and each would go
+    // through all of it again.
+    struct Checks {
+        std::unordered_set<size_t> finite;    // all its numbers are
+        std::unordered_set<size_t> ascending; // times of keys
+        std::unordered_map<size_t, uint32_t> highestIndices;
+    };
+    Checks& GetChecks() { return m_Checks; }
+
 private:
     std::span<const std::byte> GetBuffer(const SceneFile& file, size_t index);
     void LoadBuffer(const SceneFile& file, const Json& buffer, size_t index);
@@ -68,6 +79,8 @@ private:
     std::map<size_t, Buffer> m_Buffers;
     std::map<size_t, AccessorView> m_SparseViews;
     std::vector<std::vector<std::byte>> m_Owned;
+    size_t m_SparseBytes = 0;
+    Checks m_Checks;
 };
 
 } // namespace gltf

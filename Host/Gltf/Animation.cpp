@@ -119,7 +119,7 @@ public:
 
 private:
     KeyTrack ReadTrack(const Json& channel, unsigned components);
-    void CheckTimes(const AccessorView& times) const;
+    void CheckTimes(const AccessorView& times, size_t accessor);
     void ReadChannel(const Json& channel);
 
     const SceneFile& m_File;
@@ -132,9 +132,11 @@ private:
     bool m_MovesMorphs = false;
 };
 
-void ClipReader::CheckTimes(const AccessorView& times) const {
+void ClipReader::CheckTimes(const AccessorView& times, size_t accessor) {
     if (times.components != 1 || times.type != ComponentType::Float || times.count == 0)
         FailDamaged(m_Place, "the times of its keys are no list of seconds");
+    if (!m_Buffers.GetChecks().ascending.insert(accessor).second)
+        return;
     double last = 0.0;
     for (uint32_t i = 0; i < times.count; ++i) {
         const double time = ReadTime(times, i);
@@ -152,9 +154,9 @@ KeyTrack ClipReader::ReadTrack(const Json& channel, unsigned components) {
         FailDamaged(m_Place, "a channel has no sampler");
     const Json& sampler = (*pSamplers)[static_cast<rapidjson::SizeType>(index)];
     KeyTrack track;
-    track.times =
-        m_Buffers.GetAccessor(m_File, m_Place, static_cast<size_t>(ReadRequiredSize(m_Place, sampler, "input")));
-    CheckTimes(track.times);
+    const auto input = static_cast<size_t>(ReadRequiredSize(m_Place, sampler, "input"));
+    track.times = m_Buffers.GetAccessor(m_File, m_Place, input);
+    CheckTimes(track.times, input);
     if (components == 0)
         return track;
     track.values =

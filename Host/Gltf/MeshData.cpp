@@ -34,6 +34,7 @@ private:
     BufferStore& m_Buffers;
     const Place& m_Place;
     TexCoordSetOf m_TexCoordSets;
+    std::unordered_map<int32_t, size_t> m_MaterialIds;
 };
 
 bool IsFinite(const AccessorView& view) {
@@ -74,9 +75,12 @@ void MeshReader::ReadIndices(const Json& json, PrimitiveData& primitive) {
         (type != ComponentType::UnsignedByte && type != ComponentType::UnsignedShort &&
          type != ComponentType::UnsignedInt))
         FailDamaged(m_Place, "its indices are no whole numbers");
-    const std::optional<uint32_t> highest = FindHighestIndex(primitive.indices);
-    if (highest && *highest >= primitive.vertexCount)
-        FailDamaged(m_Place, "index " + std::to_string(*highest) + " reaches beyond its " +
+    const auto [known, isNew] = m_Buffers.GetChecks().highestIndices.try_emplace(pIndex->GetUint());
+    if (isNew)
+        known->second = FindHighestIndex(primitive.indices).value_or(0);
+    const uint32_t highest = known->second;
+    if (primitive.indices.count > 0 && highest >= primitive.vertexCount)
+        FailDamaged(m_Place, "index " + std::to_string(highest) + " reaches beyond its " +
                                  std::to_string(primitive.vertexCount) + " vertices");
 }
 
@@ -107,13 +111,12 @@ void MeshReader::ReadMorphTargets(const Json& json, PrimitiveData& primitive) {
 }
 
 uint16_t MeshReader::GetMaterialId(int32_t material, MeshData& mesh) {
-    const auto found = std::find(mesh.materials.begin(), mesh.materials.end(), material);
-    const auto id = static_cast<size_t>(found - mesh.materials.begin());
-    if (id >= s_MostMaterials)
+    const auto [found, isNew] = m_MaterialIds.try_emplace(material, mesh.materials.size());
+    if (found->second >= s_MostMaterials)
         Fail(m_Place, "it has more than 65536 materials", "split the mesh");
-    if (found == mesh.materials.end())
+    if (isNew)
         mesh.materials.push_back(material);
-    return static_cast<uint16_t>(id);
+    return static_cast<uint16_t>(found->second);
 }
 
 void MeshReader::ReadPrimitive(const Json& json, MeshData& mesh) {
@@ -133,7 +136,7 @@ void MeshReader::ReadPrimitive(const Json& json, MeshData& mesh) {
     primitive.vertexCount = primitive.positions.count;
     if (primitive.positions.components != 3)
         FailDamaged(m_Place, "POSITION is not of three components");
-    if (!IsFinite(primitive.positions))
+    if (m_Buffers.GetChecks().finite.insert(pPositions->GetUint()).second && !IsFinite(primitive.positions))
         FailDamaged(m_Place, "POSITION holds something that is no number");
 
     const int32_t material = ReadIndex(m_Place, json, "material", m_TexCoordSets.size());
@@ -204,8 +207,14 @@ std::shared_ptr<const MeshData> ReadMesh(const SceneFile& file, const std::share
 }
 
 void CheckJoints(const Place& place, const MeshData& mesh, size_t jointCount) {
-    for (const PrimitiveData& primitive : mesh.primitives)
-        CheckJoints(place, primitive, jointCount);
+    // Primitives often share one set of vertices.
+    const std::byte* pLast = nullptr;
+    for (const PrimitiveData& primitive : mesh.primitives) {
+        const std::byte* pJoints = primitive.skinSets.empty() ? nullptr : primitive.skinSets[0].joints.pData;
+        if (!pJoints || pJoints != pLast)
+            CheckJoints(place, primitive, jointCount);
+        pLast = pJoints;
+    }
 }
 
 } // namespace gltf

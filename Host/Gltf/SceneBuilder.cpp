@@ -258,6 +258,8 @@ void SceneBuilder::CheckSmoothing(const Work& work) {
 
 // The weights are made when the mesh is; what is to be said of them is said now.
 void SceneBuilder::CheckSkin(const Work& work, const std::vector<FaceRange>& ranges) {
+    if (!m_CheckedSkins.emplace(work.pRecord->mesh, work.pRecord->skin).second)
+        return;
     const Json& skin = (*FindMember(m_File.GetRoot(), "skins"))[static_cast<rapidjson::SizeType>(work.pRecord->skin)];
     CheckJoints(work.place, *work.pMesh, FindMember(skin, "joints")->Size());
     if (!m_Options.limitInfluences && !HasUnboundVertices(*work.pMesh))

@@ -8,6 +8,8 @@
 #include "Host/Scene/Modifiers.h"
 #include "Host/Scene/Scene.h"
 
+#include <set>
+
 namespace gltf {
 
 // Makes the host's scene out of the parts of a file.
@@ -81,6 +83,7 @@ private:
     std::vector<bool> m_KeepsFrame;                        // by index: a camera or light
     std::vector<Pending> m_Pending;
     std::vector<PendingSkin> m_PendingSkins;
+    std::set<std::pair<int32_t, int32_t>> m_CheckedSkins; // mesh and skin
 };
 
 } // namespace gltf

@@ -90,7 +90,7 @@ private:
     std::vector<uint32_t> m_Any;          // per position: groups that some class of it has
     std::vector<uint32_t> m_Several;      // per position: groups that two or more classes of it have
 
-    size_t m_NextReused = 0;               // where the search goes on when all groups are taken
+    size_t m_NextReused = 0; // where the search goes on when all groups are taken
 
     // Working space of ColourConflictedClass.
     std::vector<uint32_t> m_Core;
