@@ -7,8 +7,12 @@ SharedModule::~SharedModule() {
         dlclose(m_pHandle);
 }
 
-bool SharedModule::Load(const std::string& nativePath) {
-    m_pHandle = dlopen(nativePath.c_str(), RTLD_NOW | RTLD_LOCAL);
+bool SharedModule::Load(const std::string& nativePath) { return Open(nativePath); }
+
+bool SharedModule::LoadByName(const std::string& name) { return Open(name); }
+
+bool SharedModule::Open(const std::string& name) {
+    m_pHandle = dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!m_pHandle)
         m_Error = dlerror();
     return m_pHandle != nullptr;

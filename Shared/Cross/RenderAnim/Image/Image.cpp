@@ -24,34 +24,56 @@ constexpr uint32_t s_BlockSide = 4;
 
 std::unique_ptr<Image> CreateEmpty(ImageType type) {
     switch (type) {
-    case IMAGETYPE_RGBA32: return std::make_unique<Image_RGBA32>();
-    case IMAGETYPE_LUMINANCE8: return std::make_unique<Image_Luminance8>();
-    case IMAGETYPE_PALETTE8: return std::make_unique<Image_Palette>();
-    case IMAGETYPE_RGB565: return std::make_unique<Image_RGB565>();
-    case IMAGETYPE_RGBA5551: return std::make_unique<Image_RGBA5551>();
-    case IMAGETYPE_RGBA4444: return std::make_unique<Image_RGBA4444>();
-    case IMAGETYPE_RGB888: return std::make_unique<Image_RGB888>();
-    case IMAGETYPE_DXT1: return std::make_unique<Image_DXT1>();
-    case IMAGETYPE_DXT3: return std::make_unique<Image_DXT3>();
-    case IMAGETYPE_DXT5: return std::make_unique<Image_DXT5>();
-    default: return nullptr;
+    case IMAGETYPE_RGBA32:
+        return std::make_unique<Image_RGBA32>();
+    case IMAGETYPE_LUMINANCE8:
+        return std::make_unique<Image_Luminance8>();
+    case IMAGETYPE_PALETTE8:
+        return std::make_unique<Image_Palette>();
+    case IMAGETYPE_RGB565:
+        return std::make_unique<Image_RGB565>();
+    case IMAGETYPE_RGBA5551:
+        return std::make_unique<Image_RGBA5551>();
+    case IMAGETYPE_RGBA4444:
+        return std::make_unique<Image_RGBA4444>();
+    case IMAGETYPE_RGB888:
+        return std::make_unique<Image_RGB888>();
+    case IMAGETYPE_DXT1:
+        return std::make_unique<Image_DXT1>();
+    case IMAGETYPE_DXT3:
+        return std::make_unique<Image_DXT3>();
+    case IMAGETYPE_DXT5:
+        return std::make_unique<Image_DXT5>();
+    default:
+        return nullptr;
     }
 }
 
 // Of one pixel, or of one block for the compressed types; 0 for a type that doesn't exist.
 uint32_t GetCellSize(ImageType type) {
     switch (type) {
-    case IMAGETYPE_RGBA32: return sizeof(Image_RGBA32::Pixel);
-    case IMAGETYPE_LUMINANCE8: return sizeof(Image_Luminance8::Pixel);
-    case IMAGETYPE_PALETTE8: return sizeof(Image_Palette::Pixel);
-    case IMAGETYPE_RGB565: return sizeof(Image_RGB565::Pixel);
-    case IMAGETYPE_RGBA5551: return sizeof(Image_RGBA5551::Pixel);
-    case IMAGETYPE_RGBA4444: return sizeof(Image_RGBA4444::Pixel);
-    case IMAGETYPE_RGB888: return sizeof(Image_RGB888::Pixel);
-    case IMAGETYPE_DXT1: return sizeof(Image_DXT1::Chunk);
-    case IMAGETYPE_DXT3: return sizeof(Image_DXT3::Chunk);
-    case IMAGETYPE_DXT5: return sizeof(Image_DXT5::Chunk);
-    default: return 0;
+    case IMAGETYPE_RGBA32:
+        return sizeof(Image_RGBA32::Pixel);
+    case IMAGETYPE_LUMINANCE8:
+        return sizeof(Image_Luminance8::Pixel);
+    case IMAGETYPE_PALETTE8:
+        return sizeof(Image_Palette::Pixel);
+    case IMAGETYPE_RGB565:
+        return sizeof(Image_RGB565::Pixel);
+    case IMAGETYPE_RGBA5551:
+        return sizeof(Image_RGBA5551::Pixel);
+    case IMAGETYPE_RGBA4444:
+        return sizeof(Image_RGBA4444::Pixel);
+    case IMAGETYPE_RGB888:
+        return sizeof(Image_RGB888::Pixel);
+    case IMAGETYPE_DXT1:
+        return sizeof(Image_DXT1::Chunk);
+    case IMAGETYPE_DXT3:
+        return sizeof(Image_DXT3::Chunk);
+    case IMAGETYPE_DXT5:
+        return sizeof(Image_DXT5::Chunk);
+    default:
+        return 0;
     }
 }
 

@@ -38,9 +38,7 @@ struct Attributes {
     uint32_t mipCount = 1;
 };
 
-[[noreturn]] void Fail(const std::string& reason) {
-    throw Chunky::Exception(ChunkyError_BadChunk, "Image: " + reason);
-}
+[[noreturn]] void Fail(const std::string& reason) { throw Chunky::Exception(ChunkyError_BadChunk, "Image: " + reason); }
 
 uint32_t ReadField(Chunky& chunky, const char* pField) {
     uint32_t value = 0;
@@ -152,6 +150,7 @@ std::unique_ptr<Image> ReadImage(Chunky& chunky, uint32_t levelsToSkip) {
             ReadPalette(chunky, pPaletted->GetPalette());
     }
     chunky.EndChunk();
-    pImage->SetName(info.name.GetText());
+    if (*info.name.GetText())
+        pImage->SetName(info.name.GetText());
     return pImage;
 }

@@ -30,9 +30,8 @@ constexpr ReaderEntry s_Readers[] = {
 };
 
 bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
-    return std::ranges::equal(left, right, [](unsigned char a, unsigned char b) {
-        return std::tolower(a) == std::tolower(b);
-    });
+    return std::ranges::equal(left, right,
+                              [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
 }
 
 std::string AddAlias(const char* pName) {
@@ -83,8 +82,8 @@ std::unique_ptr<Image> ImageLoad::Load(uint32_t& outFlags, const char* pName, Im
         outFlags = Flags_NoAlpha;
     } else if (const ReaderEntry* pEntry = FindReader(name)) {
         const std::unique_ptr<ByteStream> pStream = FilePath::OpenStream(name.c_str(), FilePath::Mode::Mode_Read);
-        pImage = pEntry->pReader(
-            {.pStream = pStream.get(), .pName = name.c_str(), .levelsToSkip = levelsToSkip}, outFlags);
+        pImage =
+            pEntry->pReader({.pStream = pStream.get(), .pName = name.c_str(), .levelsToSkip = levelsToSkip}, outFlags);
     }
     if (!pImage || wantedType == IMAGETYPE_KEEP || pImage->GetType() == wantedType)
         return pImage;

@@ -17,8 +17,7 @@ bool WritePictureFile(const char* pName, std::span<const std::span<const uint8_t
     }
     bool isWritten = true;
     for (const std::span<const uint8_t> part : parts)
-        isWritten =
-            isWritten && pStream->Write(part.data(), static_cast<uint32_t>(part.size())) == part.size();
+        isWritten = isWritten && pStream->Write(part.data(), static_cast<uint32_t>(part.size())) == part.size();
     if (!pStream->Flush() || !isWritten) {
         dbWarningf("TEXTURES -- '%s': Unable to write to file!", pName);
         return false;

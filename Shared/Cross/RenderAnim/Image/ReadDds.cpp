@@ -76,10 +76,18 @@ uint32_t GetMipCount(const DdsHeader& header, const char* pName) {
 bool GetType(const DdsHeader& header, const char* pName, ImageType& type) {
     const uint32_t fourCC = header.formatFlags & s_DdsFormatFourCC ? header.fourCC : 0;
     switch (fourCC) {
-    case s_DdsDxt1: type = IMAGETYPE_DXT1; return true;
-    case s_DdsDxt3: type = IMAGETYPE_DXT3; return true;
-    case s_DdsDxt5: type = IMAGETYPE_DXT5; return true;
-    default: dbWarningf("Unsupported FourCC code in [%s].", pName); return false;
+    case s_DdsDxt1:
+        type = IMAGETYPE_DXT1;
+        return true;
+    case s_DdsDxt3:
+        type = IMAGETYPE_DXT3;
+        return true;
+    case s_DdsDxt5:
+        type = IMAGETYPE_DXT5;
+        return true;
+    default:
+        dbWarningf("Unsupported FourCC code in [%s].", pName);
+        return false;
     }
 }
 
@@ -112,8 +120,7 @@ std::unique_ptr<Image> ReadDds(const ImageReaderArgs& args, uint32_t& outFlags) 
     if (mipCount == 0)
         return nullptr;
     const uint32_t skip = ClampLevelSkip(type, header.width, header.height, mipCount, args.levelsToSkip);
-    const bool isWhole =
-        GetBytesAhead(*args.pStream) >= Image::GetSizeFor(type, header.width, header.height, mipCount);
+    const bool isWhole = GetBytesAhead(*args.pStream) >= Image::GetSizeFor(type, header.width, header.height, mipCount);
     const auto skipSize = static_cast<uint32_t>(Image::GetSizeFor(type, header.width, header.height, skip));
     std::unique_ptr<Image> pImage;
     if (isWhole && args.pStream->Seek(s_DdsHeaderSize + skipSize))

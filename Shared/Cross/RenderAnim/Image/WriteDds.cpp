@@ -12,17 +12,19 @@ namespace {
 
 uint32_t GetFourCC(ImageType type) {
     switch (type) {
-    case IMAGETYPE_DXT1: return s_DdsDxt1;
-    case IMAGETYPE_DXT3: return s_DdsDxt3;
-    case IMAGETYPE_DXT5: return s_DdsDxt5;
-    default: return 0;
+    case IMAGETYPE_DXT1:
+        return s_DdsDxt1;
+    case IMAGETYPE_DXT3:
+        return s_DdsDxt3;
+    case IMAGETYPE_DXT5:
+        return s_DdsDxt5;
+    default:
+        return 0;
     }
 }
 
 void FillHeader(std::span<uint8_t, s_DdsHeaderSize> header, const Image& image) {
-    const auto set = [header](size_t offset, uint32_t value) {
-        std::memcpy(&header[offset], &value, sizeof(value));
-    };
+    const auto set = [header](size_t offset, uint32_t value) { std::memcpy(&header[offset], &value, sizeof(value)); };
     const bool hasMips = image.GetMipCount() > 1;
     set(0, s_DdsMagic);
     set(4, s_DdsSizeField);
