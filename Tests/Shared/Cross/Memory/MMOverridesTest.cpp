@@ -52,12 +52,20 @@ TEST(MMOverrides, LimitsOfLinesAndSize) {
 // A process of its own with a "memory.ini" of its own, since the file is read once.
 class MemoryIni : public testing::Test {
 protected:
+    // The process of its own runs the test from the start, with the folder of the one that started it.
     MemoryIni() {
         testing::FLAGS_gtest_death_test_style = "threadsafe";
-        std::filesystem::create_directories(m_Folder);
+        if (const char* const pFolder = getenv(s_FolderVariable)) {
+            m_Folder = pFolder;
+            return;
+        }
+        std::string name = (std::filesystem::temp_directory_path() / "pvx-memory-XXXXXX").string();
+        m_Folder = mkdtemp(name.data());
+        setenv(s_FolderVariable, m_Folder.c_str(), 1);
         setenv("PVX_CONFIG", m_Folder.c_str(), 1);
     }
     ~MemoryIni() override {
+        unsetenv(s_FolderVariable);
         unsetenv("PVX_CONFIG");
         std::filesystem::remove_all(m_Folder);
         testing::FLAGS_gtest_death_test_style = "fast";
@@ -67,7 +75,8 @@ protected:
 
     static MMMagic MagicOf(const char* pName, MMPoolKind kind) { return MMPoolGet(pName, kind).GetMagic(); }
 
-    std::filesystem::path m_Folder = std::filesystem::temp_directory_path() / "pvx-memory-ini";
+    static constexpr const char* s_FolderVariable = "PVX_TEST_MEMORY_FOLDER";
+    std::filesystem::path m_Folder;
 };
 
 TEST_F(MemoryIni, AllRecordsEveryPoolButExclusionsAndRegions) {
