@@ -181,7 +181,7 @@ ChunkInfo Chunky::Enter(ChunkKind kind, uint32_t id, uint32_t maxVersion) {
             Fail(ChunkyError_MissingChunk, "Missing Chunk Type!");
         TakeHeader();
     }
-    const ChunkInfo info = Describe(m_Chunks.back());
+    ChunkInfo info = Describe(m_Chunks.back());
     if (info.version > maxVersion)
         Fail(ChunkyError_NewerVersion, "Unsupported (newer) Chunk Version!");
     return info;

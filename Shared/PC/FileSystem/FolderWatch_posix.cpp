@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr size_t s_QueueRead = 16 * 1024;
+constexpr size_t s_QueueRead = 0x4000;
 constexpr uint32_t s_NameEvents =
     IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR | IN_DONT_FOLLOW;
 constexpr uint32_t s_FolderGone = IN_Q_OVERFLOW | IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_IGNORED;

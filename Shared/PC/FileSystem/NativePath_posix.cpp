@@ -38,6 +38,10 @@ void AppendComponent(std::string& native, std::string_view component) {
 } // namespace
 
 bool ToNativeText(std::string_view path, std::string& native) {
+    if (path.empty()) {
+        errno = ENOENT;
+        return false;
+    }
     if (path.size() >= 2 && IsSeparator(path[0]) && IsSeparator(path[1])) {
         errno = ENODEV;
         return false;

@@ -26,7 +26,7 @@ namespace {
 constexpr mode_t s_AnyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
 constexpr mode_t s_NewFile = 0666; // the user's mask takes its part away
 constexpr mode_t s_NewFolder = 0777;
-constexpr off_t s_WorthAHint = 128 * 1024; // what the system reads ahead anyway
+constexpr off_t s_WorthAHint = 0x20000; // what the system reads ahead anyway
 // A pipe that nobody has opened at its other end must not hold us up.
 constexpr int s_OpenFlags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 
@@ -169,7 +169,7 @@ void ForEachMatch(const char* pSpec, Callback callback) {
     const size_t split = spec.find_last_of("\\/:") + 1;
     const std::string_view pattern = spec.substr(split);
     std::string folder;
-    if (!ToNativeText(spec.substr(0, split), folder)) {
+    if (!ToNativeText(split > 0 ? spec.substr(0, split) : ".", folder)) {
         Fail();
         return;
     }

@@ -71,7 +71,7 @@ void ReadModel(ByteStream& stream, std::vector<uint8_t>& array) {
 // What the disk itself takes, in blocks of 256 KB.
 void WritePlain(benchmark::State& state) {
     const TempFile file;
-    const std::vector<uint8_t> block(256 * 1024, 1);
+    const std::vector<uint8_t> block(0x40000, 1);
     for ([[maybe_unused]] auto _ : state) {
         const auto pStream = file.Open(ByteStream::Mode_Write);
         while (pStream->GetPos() < s_FileSize)

@@ -18,11 +18,12 @@ bool IsInside(const char* pName) {
            name != ".." && !name.ends_with("\\..");
 }
 
-// The same for the operations in which a name that isn't is a mistake and no more.
+// The same, with a name that isn't as a mistake.
 bool CheckName(const char* pName) {
-    const bool isInside = IsInside(pName);
-    dbAssert(isInside);
-    return isInside;
+    if (IsInside(pName))
+        return true;
+    dbBreak();
+    return false;
 }
 
 bool HasDrive(std::string_view path) { return path.size() >= 2 && path[1] == ':'; }

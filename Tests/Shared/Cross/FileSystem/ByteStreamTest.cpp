@@ -42,15 +42,15 @@ public:
         return read;
     }
     uint32_t Write(ByteStream& stream, const void* pSource, uint32_t elementSize, uint32_t count) override {
-        std::string copy(static_cast<const char*>(pSource), elementSize * count);
+        std::string copy(static_cast<const char*>(pSource), size_t{elementSize} * count);
         Swap(copy.data(), elementSize, count);
         return stream.Write(copy.data(), elementSize * count);
     }
     uint32_t GetPlatform() const override { return 5; }
 
 private:
-    static void Swap(char* pElements, uint32_t elementSize, uint32_t count) {
-        for (uint32_t i = 0; i < count; ++i)
+    static void Swap(char* pElements, size_t elementSize, size_t count) {
+        for (size_t i = 0; i < count; ++i)
             std::reverse(pElements + i * elementSize, pElements + (i + 1) * elementSize);
     }
 };

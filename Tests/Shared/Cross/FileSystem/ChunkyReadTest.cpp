@@ -185,8 +185,8 @@ TEST(ChunkyRead, RefusesDamagedHeaders) {
         {"less than a header at the end", File(item + "DATAITEM"), s_BadHeader},
         {"less than a header in a folder", inFolder("DATAITEM"), s_BadHeader},
     };
-    for (const auto& [what, bytes, fault] : cases)
-        EXPECT_EQ(FaultOf([&] { WalkAll(Reading(bytes).Open()); }), fault) << what;
+    for (const auto& damaged : cases)
+        EXPECT_EQ(FaultOf([&] { WalkAll(Reading(damaged.bytes).Open()); }), damaged.fault) << damaged.what;
 }
 
 TEST(ChunkyRead, LongNamesAreReadAndVeryLongOnesAsserted) {

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <csignal>
 #include <random>
 
@@ -15,7 +16,7 @@
 
 namespace {
 
-constexpr uint32_t s_Block = 256 * 1024;
+constexpr uint32_t s_Block = 0x40000;
 using enum ByteStream::Mode;
 
 class DiskStream : public testing::Test {
@@ -56,7 +57,7 @@ TEST_F(DiskStream, AnEmptyFileOpens) {
 }
 
 TEST_F(DiskStream, ReadsAcrossTheBuffer) {
-    const std::string bytes = Pattern(3 * s_Block + 1000);
+    const std::string bytes = Pattern(size_t{3} * s_Block + 1000);
     m_Folder.Write("file", bytes);
     const auto pStream = Open("file", Mode_Read);
     ASSERT_TRUE(pStream);
@@ -72,7 +73,7 @@ TEST_F(DiskStream, ReadsAcrossTheBuffer) {
 }
 
 TEST_F(DiskStream, SeeksInsideAndOutsideOfTheBuffer) {
-    const std::string bytes = Pattern(2 * s_Block + 10);
+    const std::string bytes = Pattern(size_t{2} * s_Block + 10);
     m_Folder.Write("file", bytes);
     const auto pStream = Open("file", Mode_Read);
     for (const uint32_t pos : {5u, 0u, s_Block - 1, s_Block, s_Block + 1, 3u, 2 * s_Block + 9}) {
@@ -89,7 +90,7 @@ TEST_F(DiskStream, SeeksInsideAndOutsideOfTheBuffer) {
 }
 
 TEST_F(DiskStream, AFileThatShrinksEndsEarly) {
-    m_Folder.Write("file", Pattern(2 * s_Block));
+    m_Folder.Write("file", Pattern(size_t{2} * s_Block));
     const auto pStream = Open("file", Mode_Read);
     ASSERT_EQ(truncate(m_Folder.Native("file").c_str(), s_Block + 10), 0);
     EXPECT_EQ(Take(*pStream, 2 * s_Block).size(), s_Block + 10);
@@ -124,7 +125,7 @@ TEST_F(DiskStream, WritesAnywhereAsAnArrayWould) {
                 pStream->Seek(pos / 2);
                 ASSERT_EQ(Take(*pStream, 500), expected.substr(pos / 2, 500));
             }
-            if (expected.size() > 20 * s_Block)
+            if (expected.size() > size_t{20} * s_Block)
                 break;
         }
         EXPECT_TRUE(pStream->Flush());
@@ -155,7 +156,7 @@ TEST_F(DiskStream, AChunkedFileIsTheSameOnDiskAsInMemory) {
         for (uint32_t i = 0; i < 300; ++i) {
             chunky.BeginFolder(FourCC("MESH"), i, "mesh");
             chunky.BeginData(FourCC("VERT"), 1);
-            const std::string payload = Pattern(i * 37 % 20'000);
+            const std::string payload = Pattern(i * size_t{37} % 20'000);
             chunky.GetStream().Write(payload.data(), static_cast<uint32_t>(payload.size()));
             chunky.EndChunk();
             chunky.EndChunk();
@@ -267,9 +268,9 @@ TEST_F(DiskStream, ManyOpenAtOnceAndAgain) {
     for (int i = 0; i < 10; ++i)
         m_Folder.Write(std::to_string(i), Pattern(static_cast<size_t>(i)));
     for (int round = 0; round < 3; ++round) {
-        std::vector<std::unique_ptr<ByteStream>> streams;
-        for (int i = 0; i < 10; ++i)
-            streams.push_back(Open(std::to_string(i), Mode_Read));
+        std::array<std::unique_ptr<ByteStream>, 10> streams;
+        for (size_t i = 0; i < streams.size(); ++i)
+            streams[i] = Open(std::to_string(i), Mode_Read);
         for (uint32_t i = 0; i < 10; ++i)
             EXPECT_EQ(Take(*streams[i], 20), Pattern(i));
         EXPECT_FALSE(Open("none", Mode_Read));

@@ -62,9 +62,11 @@ TEST_F(OSFileTest, RelativePathsStartAtTheCurrentFolder) {
     EXPECT_EQ(OSFile::GetCurrentFolder(), m_Folder.Path() + "\\");
     EXPECT_EQ(OSFile::ToNative("sub\\x"), m_Folder.Native("sub/x"));
     EXPECT_EQ(OSFile::ToNative("Z:x"), m_Folder.Native("x"));
+    EXPECT_EQ(OSFile::ToNative(""), "");
     EXPECT_EQ(OSFile::FromNative("x/y"), m_Folder.Path("x/y"));
     m_Folder.Write("here", "text");
     EXPECT_EQ(Read("HERE"), "text");
+    EXPECT_EQ(OSFile::List("H*"), std::vector<std::string>{"here"});
     std::filesystem::current_path(before);
 }
 
