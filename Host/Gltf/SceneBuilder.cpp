@@ -277,12 +277,15 @@ void SceneBuilder::CheckSkin(const Work& work, const std::vector<FaceRange>& ran
         std::snprintf(percent, sizeof percent, "%.1f", double{report.largestLoss} * 100.0);
         m_Messages.Warn(work.place,
                         std::to_string(report.limited) +
-                            " vertices kept only their four heaviest weights and lost up to " + percent + " % of it",
+                            " vertices kept only their four heaviest weights and lost up to " + percent +
+                            " % of their weight",
                         "weight them to four joints at most");
     }
 }
 
 void SceneBuilder::ResolveTargets() {
+    if (m_Pending.empty())
+        return;
     std::unordered_map<std::string_view, scene::Node*> byName;
     for (const uint32_t index : m_Tree.order)
         byName.emplace(m_Tree.nodes[index].name, m_Nodes[index]);
