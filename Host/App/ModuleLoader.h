@@ -12,7 +12,8 @@ public:
     // Loads the module, checks the version word, and tells it that it was attached. Throws a HostError that names the
     // file when it can't be loaded, lacks an entry point or was built for another host. The path is native.
     explicit ModuleLoader(const std::string& nativePath);
-    // Tells the module that it is detached, and lets it go. What was made of its classes has to be gone by then.
+    // Tells the module that it is detached. Its code stays in the process. What was made of its classes has to be gone
+    // by then.
     ~ModuleLoader();
     ModuleLoader(const ModuleLoader&) = delete;
     ModuleLoader& operator=(const ModuleLoader&) = delete;

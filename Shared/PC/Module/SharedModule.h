@@ -6,13 +6,14 @@
 class SharedModule {
 public:
     SharedModule() = default;
-    // Unloads.
+    // Lets it go.
     ~SharedModule();
     SharedModule(const SharedModule&) = delete;
     SharedModule& operator=(const SharedModule&) = delete;
 
-    // The path is in the machine's own form, and has a slash in it: nothing is searched for. False when it can't be
-    // loaded; GetError says why.
+    // A module of ours. It stays in the process to its end, even when nobody holds it any more: such a module keeps
+    // things that are good for as long as the process runs, and may have handed them out. The path is in the machine's
+    // own form, and has a slash in it: nothing is searched for. False when it can't be loaded; GetError says why.
     bool Load(const std::string& nativePath);
     // A library of the system, by the name alone; the system knows where it keeps those. False as above.
     bool LoadByName(const std::string& name);
@@ -21,7 +22,7 @@ public:
     const std::string& GetError() const { return m_Error; }
 
 private:
-    bool Open(const std::string& name);
+    bool Open(const std::string& name, int flags);
 
     void* m_pHandle = nullptr;
     std::string m_Error;
