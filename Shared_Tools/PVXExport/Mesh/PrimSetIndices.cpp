@@ -9,15 +9,19 @@ void PrimSetIndices::Build(std::span<const MeshFace> faces, size_t shaderCount) 
         m_Lists[i + 1].end += m_Lists[i].end;
 
     m_Indices.resize(faces.size() * 3);
-    for (const MeshFace& face : faces) {
-        List& list = m_Lists[face.iShader];
-        for (const uint16_t index : face.v) {
-            m_Indices[list.end++] = index;
-            if (index < list.lowest)
-                list.lowest = index;
-            else if (index > list.highest)
-                list.highest = index;
-        }
+    // Faces of one shader mostly come one after the other; their list is kept at hand for as long.
+    for (size_t i = 0; i < faces.size();) {
+        const uint16_t shader = faces[i].iShader;
+        List list = m_Lists[shader];
+        for (; i < faces.size() && faces[i].iShader == shader; ++i)
+            for (const uint16_t index : faces[i].v) {
+                m_Indices[list.end++] = index;
+                if (index < list.lowest)
+                    list.lowest = index;
+                else if (index > list.highest)
+                    list.highest = index;
+            }
+        m_Lists[shader] = list;
     }
 }
 

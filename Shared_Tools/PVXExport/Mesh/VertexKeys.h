@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "Shared_Tools/PVXExport/Mesh/MeshForm.h"
-#include "Shared_Tools/PVXExport/Mesh/RadixSort.h"
 
 // What makes a vertex: two corners are one exactly when these are equal. The shader is part of it, so that a vertex is
 // never shared across shaders.
@@ -40,26 +39,32 @@ public:
     uint32_t GetVertexIndex(size_t face, size_t corner) const { return m_NewIndex[m_CornerEntry[face * 3 + corner]]; }
 
 private:
-    // A distinct key; those of one position hang in a chain, which in all but odd meshes has one or two links. The
-    // first one of a position has the position's own number, the others come behind all positions.
-    struct Entry {
+    // A corner as an entry. The first corner of a position has the position's number as its entry, and so has each one
+    // that equals it: in a smooth mesh that is nearly all. The others have entries of their own behind the positions.
+    struct Corner {
         uint64_t rest = 0; // all of the key but the position, as an image of its bytes
-        int32_t next = s_Unused;
+        uint32_t entry = 0;
+        uint16_t vertex = 0;
     };
-    static constexpr int32_t s_Unused = -2;
-    static constexpr int32_t s_End = -1;
+    struct Position {
+        uint64_t rest = 0;   // of its first corner
+        uint32_t others = 0; // corners that differ from the first one
+        bool used = false;
+    };
 
-    bool GatherByChains(const MeshForm& form, const VertexRemaps& remaps);
-    void GatherBySorting(const MeshForm& form, const VertexRemaps& remaps);
-    int32_t FindOrAddLink(uint16_t vertex, uint64_t rest);
-    void NumberChains(size_t positions);
-    void NumberChain(uint16_t vertex);
-    void AppendVertex(uint16_t vertex, uint64_t rest);
+    void Gather(const MeshForm& form, const VertexRemaps& remaps);
+    void BucketOthers();
+    uint32_t SortBucket(size_t vertex);
+    void PlaceVertices();
+    void NumberVertices();
+    std::span<Corner> GetBucket(size_t vertex);
 
-    std::vector<Entry> m_Entries;
+    std::vector<Position> m_Positions;
+    std::vector<Corner> m_Others;        // in the order of the faces
+    std::vector<Corner> m_Buckets;       // the same by position, with the position's first corner
+    std::vector<uint32_t> m_BucketEnd;   // by position
+    std::vector<uint32_t> m_Start;       // by position: its count of vertices, then the first of them
     std::vector<uint32_t> m_CornerEntry; // by corner
     std::vector<uint32_t> m_NewIndex;    // by entry
-    std::vector<ShortRadixItem> m_Items;
-    std::vector<ShortRadixItem> m_Scratch;
     std::vector<VertexKey> m_Vertices;
 };
