@@ -31,9 +31,9 @@ std::unique_ptr<Image> LookUpColours(const Image& source) {
     return ConvertPixels<Image_RGBA32, Image_Palette>(source, [&palette](uint8_t index) { return palette[index]; });
 }
 
-// The usual weights of red, green and blue, of 256: grey stays what it is.
+// Rounded; by the usual weights of red, green and blue, in 256 parts, so that grey stays what it is.
 uint8_t GetBrightness(Colour colour) {
-    return static_cast<uint8_t>((colour.r * 77u + colour.g * 150u + colour.b * 29u) / 256);
+    return static_cast<uint8_t>((colour.r * 77u + colour.g * 150u + colour.b * 29u + 128) / 256);
 }
 
 std::unique_ptr<Image> LookUpBrightness(const Image& source) {

@@ -1,0 +1,172 @@
+#include "Shared/Cross/RenderAnim/Image/ImageLoad.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include "Shared/Cross/FileSystem/Paths/FilePath.h"
+#include "Shared/Cross/FileSystem/Paths/FilePathHD.h"
+#include "Shared/Cross/RenderAnim/Image/DxtcCompression.h"
+#include "Shared/Cross/RenderAnim/Image/ImageChunks.h"
+#include "Shared/Cross/RenderAnim/Image/MipMap.h"
+#include "Shared/PC/FileSystem/OSFile.h"
+#include "Tests/Shared/Cross/RenderAnim/Image/ImageTesting.h"
+#include "Tests/Shared/PC/Debug/SelfRun.h"
+
+namespace {
+
+// A folder under the alias "DATA".
+class PictureFiles : public testing::Test {
+protected:
+    PictureFiles() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "pvximageXXXXXX").string();
+        m_Folder = mkdtemp(pattern.data());
+        const std::string root = OSFile::FromNative(m_Folder.string()) + "\\";
+        FilePath::AddSource("DATA", "images", 0, FilePathHD::Create(root.c_str(), FilePath::Mode::Mode_Both));
+    }
+    ~PictureFiles() override {
+        FilePath::RemoveSource("DATA", "images");
+        std::filesystem::remove_all(m_Folder);
+    }
+
+    void Write(const char* pName, const Bytes& bytes) const {
+        std::ofstream(m_Folder / pName, std::ios::binary)
+            .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    }
+    std::unique_ptr<Image> Load(const char* pName, ImageType type = IMAGETYPE_KEEP) {
+        m_Flags = 99;
+        return ImageLoad::Load(m_Flags, pName, type);
+    }
+
+    std::filesystem::path m_Folder;
+    uint32_t m_Flags = 0;
+};
+
+} // namespace
+
+TEST_F(PictureFiles, TheExtensionChoosesTheReader) {
+    Write("a.tga", MakeTga(2, 2, 24));
+    Write("b.BMP", MakeBmp(2, 2, 8));
+    Write("c.bw", MakeBw(2, 2));
+    Write("d.jpg", MakeGreyJpeg());
+    Write("e.dds", MakeDds(8, 8, '3'));
+    const std::pair<const char*, ImageType> files[] = {{"a.tga", IMAGETYPE_RGBA32},   {"DATA:A.TGA", IMAGETYPE_RGBA32},
+                                                       {"b.bmp", IMAGETYPE_PALETTE8}, {"c.bw", IMAGETYPE_LUMINANCE8},
+                                                       {"d.Jpg", IMAGETYPE_RGBA32},   {"e.dds", IMAGETYPE_DXT3}};
+    for (const auto& [pName, type] : files) {
+        const std::unique_ptr<Image> pImage = Load(pName);
+        ASSERT_NE(pImage, nullptr) << pName;
+        EXPECT_EQ(pImage->GetType(), type) << pName;
+        EXPECT_NE(m_Flags, ImageLoad::Flags_Unknown) << pName;
+    }
+}
+
+TEST_F(PictureFiles, WithoutAnExtensionTheFirstFileOfTheTableIsRead) {
+    Write("skin.bmp", MakeBmp(2, 2, 8));
+    EXPECT_EQ(Load("skin")->GetType(), IMAGETYPE_PALETTE8);
+    Write("skin.tga", MakeTga(2, 2, 24));
+    EXPECT_EQ(Load("skin")->GetType(), IMAGETYPE_RGBA32);
+    Write("skin.dds", MakeDds(8, 8, '3'));
+    EXPECT_EQ(Load("DATA:skin")->GetType(), IMAGETYPE_DXT3);
+}
+
+TEST_F(PictureFiles, TheWantedTypeIsConvertedTo) {
+    Write("c.bw", MakeBw(2, 2));
+    const std::unique_ptr<Image> pImage = Load("c.bw", IMAGETYPE_RGBA32);
+    ASSERT_NE(pImage, nullptr);
+    EXPECT_EQ(GetPixel(*pImage, 1, 1), (Colour{3, 3, 3, 255}));
+    EXPECT_EQ(m_Flags, ImageLoad::Flags_Unknown);
+    EXPECT_NE(Load("c.bw", IMAGETYPE_LUMINANCE8), nullptr);
+    EXPECT_EQ(m_Flags, ImageLoad::Flags_Luminance);
+    ReportCapture capture;
+    EXPECT_EQ(Load("c.bw", IMAGETYPE_DXT1), nullptr);
+    EXPECT_TRUE(ReportCapture::HasWarning("Conversion not handled"));
+}
+
+TEST_F(PictureFiles, WhatIsMissingIsOneLine) {
+    const std::pair<const char*, const char*> names[] = {
+        {"none.tga", "'DATA:none.tga': Unable to open file!"},
+        {"none.dds", "'DATA:none.dds': Unable to open file!"},
+        {"none.bw", "BW is non-existant. [DATA:none.bw]"},
+        {"none.png", "'DATA:none.png': Unrecognized file type"},
+        {"none", "'DATA:none': there is no such file of any picture type"},
+        {"", "there is no such file"},
+    };
+    for (const auto& [pName, pText] : names) {
+        ReportCapture capture;
+        EXPECT_EQ(Load(pName), nullptr) << pName;
+        EXPECT_EQ(m_Flags, ImageLoad::Flags_Unknown) << pName;
+        EXPECT_EQ(capture.GetWarnings().size(), 1u) << pName;
+        EXPECT_TRUE(ReportCapture::HasWarning(pText)) << testing::PrintToString(capture.GetWarnings());
+    }
+}
+
+TEST_F(PictureFiles, WhatIsWrittenComesBack) {
+    const std::unique_ptr<Image> pImage = MakeRandomImage(IMAGETYPE_RGBA32, 16, 8);
+    ASSERT_TRUE(ImageLoad::Save("DATA:out.tga", *pImage));
+    EXPECT_TRUE(HaveSameData(*Load("out.tga"), *pImage));
+    const std::unique_ptr<Image> pThree = MakeRandomImage(IMAGETYPE_RGB888, 5, 3);
+    ASSERT_TRUE(ImageLoad::Save("three.TGA", *pThree));
+    EXPECT_TRUE(HaveSameData(*Load("three.tga", IMAGETYPE_RGB888), *pThree));
+    CreateMipLevels(*pImage, 4);
+    for (const ImageType type : {IMAGETYPE_DXT1, IMAGETYPE_DXT3, IMAGETYPE_DXT5}) {
+        const std::unique_ptr<Image> pBlocks = CompressImage(*pImage, type);
+        ASSERT_TRUE(ImageLoad::Save("out.dds", *pBlocks));
+        ReportCapture capture;
+        EXPECT_TRUE(HaveSameData(*Load("out.dds"), *pBlocks));
+        EXPECT_TRUE(capture.GetWarnings().empty());
+    }
+    ASSERT_TRUE(ImageLoad::Save("out.jpg", *ImageLoad::MakePlaceholder()));
+    EXPECT_NEAR(GetPixel(*Load("out.jpg"), 0, 0).g, 0x9F, 1);
+}
+
+TEST_F(PictureFiles, WhatCannotBeWrittenIsOneLineAndNoFile) {
+    const struct {
+        const char* pName;
+        ImageType type;
+        const char* pText;
+    } cases[] = {
+        {"a.tga", IMAGETYPE_PALETTE8, "TEXTURES -- 'DATA:a.tga': Unrecognized image type!"},
+        {"a.jpg", IMAGETYPE_DXT1, "TEXTURES -- 'DATA:a.jpg': Unrecognized image type!"},
+        {"a.dds", IMAGETYPE_RGBA32, "TEXTURES -- 'DATA:a.dds': Unrecognized image type 0!"},
+        {"a.bmp", IMAGETYPE_RGBA32, "TEXTURES -- 'DATA:a.bmp': Unrecognized file type"},
+        {"NOWHERE:a.tga", IMAGETYPE_RGBA32, "TEXTURES -- 'NOWHERE:a.tga': Unable to open file!"},
+    };
+    for (const auto& [pName, type, pText] : cases) {
+        ReportCapture capture;
+        EXPECT_FALSE(ImageLoad::Save(pName, *MakeRandomImage(type, 4, 4))) << pName;
+        EXPECT_EQ(ReportCapture::CountWarnings(pText), 1u) << testing::PrintToString(capture.GetWarnings());
+    }
+    EXPECT_TRUE(std::filesystem::is_empty(m_Folder));
+}
+
+TEST_F(PictureFiles, AFullDiskIsReported) {
+    if (!std::filesystem::exists("/dev/full"))
+        GTEST_SKIP() << "no device that is always full";
+    std::filesystem::create_symlink("/dev/full", m_Folder / "full.tga");
+    ReportCapture capture;
+    EXPECT_FALSE(ImageLoad::Save("full.tga", *MakeRandomImage(IMAGETYPE_RGBA32, 64, 64)));
+    EXPECT_EQ(ReportCapture::CountWarnings("TEXTURES -- 'DATA:full.tga': Unable to write to file!"), 1u);
+}
+
+// Carried out in a process that was started with the word "noimages".
+TEST(NoImagesRun, DISABLED_EveryPictureIsGrey) {
+    uint32_t flags = 99;
+    const std::unique_ptr<Image> pImage = ImageLoad::Load(flags, "DATA:none.tga");
+    ASSERT_NE(pImage, nullptr);
+    EXPECT_EQ(pImage->GetWidth(), 1u);
+    EXPECT_EQ(GetPixel(*pImage, 0, 0).GetValue(), 0xFF9F9F9F);
+    RamStream stream;
+    stream.Create(64, ByteStream::Mode_Write);
+    Chunky writer{ByteStreamAdapter(&stream)};
+    WriteImage(writer, *MakeRandomImage(IMAGETYPE_DXT1, 8, 8));
+    stream.SetMode(ByteStream::Mode_Read);
+    stream.Seek(0);
+    Chunky reader{ByteStreamAdapter(&stream)};
+    EXPECT_EQ(GetPixel(*ReadImage(reader), 0, 0).GetValue(), 0xFF9F9F9F);
+    EXPECT_EQ(reader.GetRemaining(), 0u);
+}
+
+TEST(NoImages, StandsInForFilesAndChunks) {
+    const SelfRunResult result = RunSelf("NoImagesRun.DISABLED_EveryPictureIsGrey", "-noimages");
+    EXPECT_EQ(result.status, 0) << result.output;
+}

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <random>
+
+#include "Shared/Cross/FileSystem/RamStream.h"
+#include "Shared/Cross/RenderAnim/Image/ImageReaders.h"
+#include "Shared/Cross/RenderAnim/Image/Palette.h"
+#include "Tests/Shared/Cross/Debug/ReportCapture.h"
+#include "Tests/Shared/Cross/RenderAnim/Image/PictureBytes.h"
+
+// Pixels without a pattern; the same at every run.
+inline std::unique_ptr<Image> MakeRandomImage(ImageType type, uint32_t width, uint32_t height, uint32_t mipCount = 1,
+                                              uint32_t seed = 1) {
+    std::mt19937 random(seed);
+    std::unique_ptr<Image> pImage = Image::Create(type, width, height, mipCount);
+    for (uint32_t level = 0; level < mipCount; ++level)
+        for (uint8_t& byte : pImage->GetData(level))
+            byte = static_cast<uint8_t>(random());
+    if (Image_Palette* pPaletted = ImageCast<Image_Palette>(pImage.get()))
+        for (Colour& colour : pPaletted->GetPalette())
+            colour = Colour::FromValue(static_cast<uint32_t>(random()));
+    return pImage;
+}
+
+inline Colour GetPixel(const Image& image, uint32_t x, uint32_t y, uint32_t level = 0) {
+    return ImageCast<Image_RGBA32>(&image)->GetPixels(level)[size_t{y} * image.GetWidth(level) + x];
+}
+
+inline bool HaveSameData(const Image& left, const Image& right) {
+    if (left.GetType() != right.GetType() || left.GetMipCount() != right.GetMipCount() ||
+        left.GetWidth() != right.GetWidth() || left.GetHeight() != right.GetHeight())
+        return false;
+    for (uint32_t level = 0; level < left.GetMipCount(); ++level)
+        if (!std::ranges::equal(left.GetData(level), right.GetData(level)))
+            return false;
+    return true;
+}
+
+// Feeds readers with bytes in a block of their very size, so that a sanitizer sees a read of one byte too many.
+class PictureReading : public testing::Test {
+protected:
+    using Reader = std::unique_ptr<Image> (*)(const ImageReaderArgs& args, uint32_t& outFlags);
+
+    std::unique_ptr<Image> Read(Reader pReader, const Bytes& bytes, uint32_t levelsToSkip = 0) {
+        const auto pBlock = std::make_unique<uint8_t[]>(bytes.size());
+        std::ranges::copy(bytes, pBlock.get());
+        RamStream stream;
+        stream.Attach(pBlock.get(), static_cast<uint32_t>(bytes.size()), false, ByteStream::Mode_Read);
+        m_Flags = 99;
+        return pReader({.pStream = &stream, .pName = "DATA:pic", .levelsToSkip = levelsToSkip}, m_Flags);
+    }
+
+    // That the reader gives nothing and says this.
+    void ExpectRefused(Reader pReader, const Bytes& bytes, const char* pText) {
+        ReportCapture capture;
+        EXPECT_EQ(Read(pReader, bytes), nullptr) << pText;
+        EXPECT_EQ(capture.GetWarnings().size(), 1u) << pText;
+        EXPECT_TRUE(ReportCapture::HasWarning(pText))
+            << pText << " expected, but: " << testing::PrintToString(capture.GetWarnings());
+    }
+
+    // Every size below the whole.
+    void ExpectEveryTruncationRefused(Reader pReader, const Bytes& bytes) {
+        for (size_t size = 1; size < bytes.size(); ++size) {
+            ReportCapture capture;
+            EXPECT_EQ(Read(pReader, Bytes(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size))), nullptr)
+                << "cut to " << size;
+            EXPECT_EQ(capture.GetWarnings().size(), 1u) << "cut to " << size;
+        }
+    }
+
+    uint32_t m_Flags = 0;
+};

@@ -1,0 +1,84 @@
+#include "Shared/Cross/RenderAnim/Image/JpegLibrary.h"
+
+#include "Shared/Cross/RenderAnim/Image/ImageLoad.h"
+#include "Tests/Shared/Cross/RenderAnim/Image/ImageTesting.h"
+
+namespace {
+
+class Jpeg : public PictureReading {
+protected:
+    static std::unique_ptr<Image> ReadDefault(const ImageReaderArgs& args, uint32_t& outFlags) {
+        return ReadJpeg(args, outFlags);
+    }
+    static std::unique_ptr<Image> ReadWithout(const ImageReaderArgs& args, uint32_t& outFlags) {
+        return ReadJpeg(args, outFlags, JpegLibrary("libnosuchjpeg.so.0"));
+    }
+    // The colour is off by the losses of the format.
+    static void ExpectNear(Colour colour, uint32_t expected) {
+        const Colour wanted = Colour::FromValue(expected);
+        EXPECT_NEAR(colour.b, wanted.b, 2);
+        EXPECT_NEAR(colour.g, wanted.g, 2);
+        EXPECT_NEAR(colour.r, wanted.r, 2);
+        EXPECT_EQ(colour.a, wanted.a);
+    }
+};
+
+} // namespace
+
+TEST_F(Jpeg, ProgressiveColours) {
+    const std::unique_ptr<Image> pImage = Read(ReadDefault, MakeProgressiveJpeg());
+    ASSERT_NE(pImage, nullptr);
+    EXPECT_EQ(m_Flags, ImageLoad::Flags_NoAlpha);
+    EXPECT_EQ(pImage->GetWidth(), 16u);
+    EXPECT_EQ(pImage->GetHeight(), 8u);
+    ExpectNear(GetPixel(*pImage, 2, 3), 0xFF20A0E0);
+    ExpectNear(GetPixel(*pImage, 13, 3), 0xFFC02040);
+}
+
+TEST_F(Jpeg, GreyWithItsBottomRowFirst) {
+    const std::unique_ptr<Image> pImage = Read(ReadDefault, MakeGreyJpeg());
+    ASSERT_NE(pImage, nullptr);
+    ExpectNear(GetPixel(*pImage, 4, 2), 0xFF909090);
+    ExpectNear(GetPixel(*pImage, 4, 13), 0xFF303030);
+}
+
+TEST_F(Jpeg, WhatIsWrittenComesBack) {
+    const std::unique_ptr<Image> pImage = Image::Create(IMAGETYPE_RGB888, 40, 24);
+    size_t i = 0;
+    for (Colour_RGB888& pixel : ImageCast<Image_RGB888>(pImage.get())->GetPixels()) {
+        pixel = {static_cast<uint8_t>(i % 40 * 6), static_cast<uint8_t>(i / 40 * 10), 200};
+        ++i;
+    }
+    Bytes file;
+    std::string error;
+    ASSERT_TRUE(JpegLibrary::Get().Write(ImageCast<Image_RGB888>(pImage.get())->GetPixels(), 40, 24, file, error));
+    const std::unique_ptr<Image> pRead = Read(ReadDefault, file);
+    for (uint32_t y = 0; y < 24; ++y)
+        for (uint32_t x = 0; x < 40; ++x)
+            ExpectNear(GetPixel(*pRead, x, y), 0xFFC80000 | y * 10 << 8 | x * 6);
+}
+
+TEST_F(Jpeg, WithoutTheLibraryNothingIsRead) {
+    ExpectRefused(ReadWithout, MakeGreyJpeg(), "'DATA:pic': no JPEG can be read: libnosuchjpeg.so.0");
+    EXPECT_FALSE(JpegLibrary("libc.so.6").IsLoaded()) << "a library without the operations";
+}
+
+TEST_F(Jpeg, FaultsAreRefused) {
+    ExpectRefused(ReadDefault, Bytes(20), "this is no JPEG that can be read");
+    Bytes bytes = MakeGreyJpeg();
+    bytes[94] = 0x10; // the height's high byte
+    ExpectRefused(ReadDefault, bytes, "8x4112 pixels; a side can have up to 4096");
+    bytes[94] = 0x0F;
+    bytes[96] = 0x08; // and the width's
+    ExpectRefused(ReadDefault, bytes, "the JPEG is too short for its 2056x3856 pixels");
+    Bytes scans = MakeGreyJpeg();
+    for (int i = 0; i < 70; ++i)
+        scans.insert(scans.end() - 2, {0xFF, 0xDA});
+    ExpectRefused(ReadDefault, scans, "the JPEG has more than 64 scans");
+}
+
+TEST_F(Jpeg, EveryTruncationIsRefused) {
+    const Bytes bytes = MakeProgressiveJpeg();
+    // The end marker alone may be missing: all pixels are there.
+    ExpectEveryTruncationRefused(ReadDefault, Bytes(bytes.begin(), bytes.end() - 2));
+}
