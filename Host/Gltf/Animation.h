@@ -51,10 +51,9 @@ Interval GetRange(const std::optional<Clip>& clip, int ticksPerFrame);
 // A node that an animation moves.
 class KeyController : public scene::Controller {
 public:
-    KeyController(Class_ID classId, std::shared_ptr<const BufferStore> pBuffers, NodeTransform rest, NodeTracks tracks,
-                  AxesChange change)
-        : Controller(classId), m_pBuffers(std::move(pBuffers)), m_Rest(std::move(rest)), m_Tracks(std::move(tracks)),
-          m_Change(change) {}
+    KeyController(Class_ID classId, std::shared_ptr<const BufferStore> pBuffers, const NodeTransform& rest,
+                  const NodeTracks& tracks, AxesChange change)
+        : Controller(classId), m_pBuffers(std::move(pBuffers)), m_Rest(rest), m_Tracks(tracks), m_Change(change) {}
 
     scene::Affine Evaluate(TimeValue t) const override;
     bool IsAnimated() const override { return true; }

@@ -262,6 +262,7 @@ Mtl* Materials::GetForMesh(const std::vector<int32_t>& materials, std::string_vi
     Mtl*& pMulti = m_Multis[materials];
     if (!pMulti) {
         std::vector<Mtl*> subs;
+        subs.reserve(materials.size());
         for (const int32_t material : materials)
             subs.push_back(material < 0 ? &GetDefault() : m_Materials[static_cast<size_t>(material)]);
         pMulti = &m_Scene.Make<scene::MultiMaterial>(std::string(meshName), std::move(subs));

@@ -92,7 +92,7 @@ void MeshReader::ReadSkinSets(const Json& attributes, PrimitiveData& primitive) 
             .weights = ReadAttribute(attributes, "WEIGHTS_" + suffix, 4, primitive.vertexCount),
         };
         if (skinSet.joints.IsEmpty() != skinSet.weights.IsEmpty())
-            FailDamaged(m_Place, "of JOINTS_" + suffix + " and WEIGHTS_" + suffix + " one is missing");
+            FailDamaged(m_Place, "JOINTS_" + suffix + " has no weights, or the weights no joints");
         if (skinSet.joints.IsEmpty())
             return;
         if (skinSet.joints.type != ComponentType::UnsignedByte && skinSet.joints.type != ComponentType::UnsignedShort)

@@ -121,13 +121,12 @@ AxesChange SceneBuilder::GetAxesChange(const Work& work) const {
 }
 
 void SceneBuilder::SetTransform(const Work& work, scene::Node& node) {
-    NodeTransform transform = ReadTransform(work.place, *work.pRecord->pJson);
+    const NodeTransform transform = ReadTransform(work.place, *work.pRecord->pJson);
     const AxesChange change = GetAxesChange(work);
     const Class_ID classId = work.extras.controller.value_or(PRS_CONTROL_CLASS_ID);
     const auto tracks = m_Clip ? m_Clip->tracks.find(work.index) : std::map<uint32_t, NodeTracks>::iterator{};
     if (m_Clip && tracks != m_Clip->tracks.end()) {
-        node.SetController(
-            std::make_unique<KeyController>(classId, m_pBuffers, std::move(transform), tracks->second, change));
+        node.SetController(std::make_unique<KeyController>(classId, m_pBuffers, transform, tracks->second, change));
         return;
     }
     const scene::Affine local = ToHostAxes(transform.ToAffine(), change);
@@ -354,10 +353,7 @@ std::vector<scene::SkinBone> SceneBuilder::ReadBones(size_t skin) {
         if (!matrices.IsEmpty()) {
             float m[16];
             matrices.Read(i, m, 16);
-            scene::Affine inverse;
-            for (int column = 0; column < 4; ++column)
-                inverse[column] = {m[column * 4], m[column * 4 + 1], m[column * 4 + 2]};
-            bone.inverseBind = scene::ToMatrix3(ToHostAxes(inverse, {}));
+            bone.inverseBind = scene::ToMatrix3(ToHostAxes(FromColumns(m), {}));
         }
         bones.push_back(bone);
     }

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cstring>
 #include <numeric>
 #include <unordered_map>
 
@@ -350,7 +349,7 @@ void GroupMaker::ColourFaces(std::span<const uint32_t> faces) {
 } // namespace
 
 bool AreNormalsEqual(const glm::vec3& a, const glm::vec3& b) {
-    if (std::memcmp(&a, &b, sizeof a) == 0)
+    if (a == b)
         return true;
     const auto dot = [](const glm::vec3& p, const glm::vec3& q) {
         return double{p.x} * double{q.x} + double{p.y} * double{q.y} + double{p.z} * double{q.z};

@@ -8,8 +8,8 @@
 
 namespace gltf {
 
-// Whether two normals count as the same: within half a degree, or equal to the bit. A normal of length 0 or with
-// something in it that is no number is the same as none.
+// Whether two normals count as the same: they are within half a degree, or equal. One that holds something that is no
+// number is the same as none.
 bool AreNormalsEqual(const glm::vec3& a, const glm::vec3& b);
 
 // A surface of triangles whose corners are vertices, several of which may lie on one position.

@@ -16,14 +16,19 @@ scene::Affine NodeTransform::ToAffine() const {
     return matrix ? *matrix : scene::ComposeTransform(translation, Normalized(rotation), scale);
 }
 
+scene::Affine FromColumns(std::span<const float, 16> columns) {
+    scene::Affine matrix;
+    size_t first = 0;
+    for (int column = 0; column < 4; ++column, first += 4)
+        matrix[column] = {columns[first], columns[first + 1], columns[first + 2]};
+    return matrix;
+}
+
 NodeTransform ReadTransform(const Place& place, const Json& node) {
     NodeTransform transform;
     float m[16];
     if (ReadFloats(place, node, "matrix", m)) {
-        scene::Affine matrix;
-        for (int column = 0; column < 4; ++column)
-            matrix[column] = {m[column * 4], m[column * 4 + 1], m[column * 4 + 2]};
-        transform.matrix = matrix;
+        transform.matrix = FromColumns(m);
         return transform;
     }
     float t[3] = {0.0f, 0.0f, 0.0f};

@@ -17,6 +17,9 @@ struct NodeTransform {
     scene::Affine ToAffine() const;
 };
 
+// The rows that a matrix of glTF, sixteen numbers column by column, is in points multiplying from the left.
+scene::Affine FromColumns(std::span<const float, 16> columns);
+
 NodeTransform ReadTransform(const Place& place, const Json& node);
 
 // glTF is Y up, the host Z up: a glTF point (x, y, z) is the host's (x, -z, y).

@@ -30,10 +30,11 @@ struct Grid {
     std::string buffer; // positions, normals, texture coordinates, indices
 
     explicit Grid(int vertices) : side(std::max(2, static_cast<int>(std::sqrt(vertices)))) {
-        for (int i = 0; i < side * side; ++i)
-            for (const float p :
-                 {static_cast<float>(i % side), std::sin(static_cast<float>(i)), static_cast<float>(i / side)})
-                Put(buffer, p);
+        for (int y = 0; y < side; ++y)
+            for (int x = 0; x < side; ++x)
+                for (const float p :
+                     {static_cast<float>(x), std::sin(static_cast<float>(y * side + x)), static_cast<float>(y)})
+                    Put(buffer, p);
         for (int i = 0; i < side * side; ++i)
             for (const float n : {0.0f, 1.0f, 0.0f})
                 Put(buffer, n);

@@ -216,10 +216,10 @@ TEST_F(GltfSkin, TheFourHeaviestStayWhenAsked) {
                                                              {4, 0.1f}, {1, 0.1f}, {5, 0.2f}};
     gltf::SkinReport report;
     gltf::NormalizeInfluences(influences, true, report);
-    std::vector<int> bones;
-    for (const auto& influence : influences)
-        bones.push_back(influence.bone);
-    EXPECT_THAT(bones, ElementsAre(1, 3, 5, 0));
+    ASSERT_EQ(influences.size(), 4u);
+    const int bones[] = {1, 3, 5, 0};
+    for (size_t i = 0; i < 4; ++i)
+        EXPECT_EQ(influences[i].bone, bones[i]);
     EXPECT_EQ(Sum(influences), 1.0f);
     EXPECT_EQ(report.limited, 1u);
     EXPECT_NEAR(report.largestLoss, 0.1f, 1e-6f);

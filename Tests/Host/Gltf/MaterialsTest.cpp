@@ -21,7 +21,8 @@ protected:
         Lists lists{.materials = materials, .more = s_Textures};
         for (int i = 0; i < count; ++i) {
             const std::string number = std::to_string(i);
-            lists.nodes += (i ? "," : "") + std::string(R"({"name":")") + number + R"(","mesh":)" + number + "}";
+            lists.nodes.append(i ? "," : "").append(R"({"name":")").append(number);
+            lists.nodes.append(R"(","mesh":)").append(number).append("}");
             lists.meshes += (i ? "," : "") + MeshOf(Primitive("\"POSITION\":0", -1, ",\"material\":" + number));
         }
         Load(lists);

@@ -66,7 +66,7 @@ TEST_F(GltfMeshes, UnusedVerticesAreLeftOut) {
 
 // A primitive that takes few of very many vertices goes another way.
 TEST_F(GltfMeshes, AFewVerticesOfManyCostNoTableOfAll) {
-    std::vector<float> positions(3 * 5000);
+    std::vector<float> positions(15000);
     for (size_t i = 0; i < positions.size(); ++i)
         positions[i] = static_cast<float>(i);
     AddFloats(positions, "VEC3");
