@@ -1,5 +1,7 @@
 #include "Shared/Cross/Glaze/MemoryVertexSet.h"
 
+#include <algorithm>
+#include <cstring>
 #include <stdexcept>
 
 #include "Shared/Cross/Debug/db.h"
@@ -22,7 +24,9 @@ bool MemoryVertexSet::Create(uint32_t format, uint32_t count, uint32_t usage) {
         return false;
     }
     m_Stride = GetVertexStride(format);
-    m_pData = std::make_unique<std::byte[]>(size_t{m_Stride} * count);
+    const size_t size = size_t{m_Stride} * count;
+    m_pData.reset(static_cast<std::byte*>(MMAlloc(DataPool::Get(), std::max<size_t>(size, 1))));
+    std::memset(m_pData.get(), 0, size);
     m_Format = format & s_AllComponents;
     m_Size = static_cast<uint16_t>(count);
     m_Usage = usage;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Shared/Cross/Glaze/VertexSet.h"
+#include "Shared/Cross/Memory/MMAllocator.h"
 
 namespace gz {
 
@@ -27,12 +28,17 @@ public:
     const void* GetData(VertexComponent component) const override;
 
 private:
+    using DataPool = MMNamedPool<"gz::MemoryVertexSet">;
+    struct FreeData {
+        void operator()(std::byte* pData) const { MMFree(DataPool::Get(), pData); }
+    };
+
     uint16_t m_Size = 0;
     uint32_t m_Stride = 0;
     uint32_t m_Usage = DefaultUsage;
     std::bitset<VC_Count> m_Format;
     std::bitset<VC_Count> m_Locked;
-    std::unique_ptr<std::byte[]> m_pData;
+    std::unique_ptr<std::byte, FreeData> m_pData;
     std::vector<VertexRange> m_cRange = {VertexRange()};
 };
 

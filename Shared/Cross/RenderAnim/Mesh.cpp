@@ -25,7 +25,7 @@ Inv::ResourceTypeInfo& Mesh::GetTypeInfo() {
 
 void Mesh::SetName(const char* pName) {
     NamedResource::SetName(pName);
-    m_Name = Name(pName);
+    m_Name = Name(GetName()); // which stays as it was inside the inventory
 }
 
 const Mesh::SkinnedTransform& Mesh::GetSkinnedTransform(uint32_t index) const {

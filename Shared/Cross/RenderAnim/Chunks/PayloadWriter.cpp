@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr size_t s_FirstCapacity = 64 * 1024; // a mesh of a thousand vertices
+constexpr size_t s_FirstCapacity = size_t{64} * 1024; // a mesh of a thousand vertices
 
 std::span<const std::byte> BytesOf(const float* pFloats, size_t count) {
     return std::as_bytes(std::span<const float>(pFloats, count));
