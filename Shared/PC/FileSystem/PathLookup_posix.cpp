@@ -126,7 +126,7 @@ void PathLookup::Apply(const FolderWatch::Event& event) {
         return;
     std::vector<std::string>& spellings = (*folder.pSpellings)[folded];
     std::erase(spellings, event.name);
-    if (event.isThere)
+    if (event.what == FolderWatch::What::There)
         spellings.emplace_back(event.name);
     if (spellings.empty())
         folder.pSpellings->erase(folded);

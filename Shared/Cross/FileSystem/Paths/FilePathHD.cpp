@@ -1,6 +1,7 @@
 #include "Shared/Cross/FileSystem/Paths/FilePathHD.h"
 
 #include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/FileSystem/Paths/HDNotification.h"
 #include "Shared/Cross/FileSystem/Wildcard.h"
 #include "Shared/PC/FileSystem/DiskFileStream.h"
 #include "Shared/PC/FileSystem/OSFile.h"
@@ -39,10 +40,10 @@ bool IsFile(const std::string& path) { return ToType(OSFile::FileAttr(path.c_str
 } // namespace
 
 std::shared_ptr<FilePathHD> FilePathHD::Create(const char* pRoot, FilePath::Mode mode) {
-    return Create(pRoot, mode, mode == ByteStream::Mode_Read);
+    return Create(pRoot, mode, mode == ByteStream::Mode_Read, false);
 }
 
-std::shared_ptr<FilePathHD> FilePathHD::Create(const char* pRoot, FilePath::Mode mode, bool share) {
+std::shared_ptr<FilePathHD> FilePathHD::Create(const char* pRoot, FilePath::Mode mode, bool share, bool notify) {
     using enum ByteStream::Mode;
     std::string folder(pRoot ? pRoot : "");
     const bool isMode = mode == Mode_Read || mode == Mode_Write || mode == Mode_Both;
@@ -60,11 +61,14 @@ std::shared_ptr<FilePathHD> FilePathHD::Create(const char* pRoot, FilePath::Mode
         dbWarningf("FILESYSTEM -- filepath failure, failed to create path '%s'", folder.c_str());
         return nullptr;
     }
-    return std::shared_ptr<FilePathHD>(new FilePathHD(mode, FoldCase(folder), folder, share));
+    return std::shared_ptr<FilePathHD>(new FilePathHD(mode, FoldCase(folder), folder, share, notify));
 }
 
-FilePathHD::FilePathHD(FilePath::Mode mode, std::string root, std::string folder, bool share)
-    : m_Mode(mode), m_Root(std::move(root)), m_Folder(std::move(folder)), m_Share(share) {}
+FilePathHD::FilePathHD(FilePath::Mode mode, std::string root, std::string folder, bool share, bool notify)
+    : m_Mode(mode), m_Root(std::move(root)), m_Folder(std::move(folder)), m_Share(share),
+      m_pNotification(notify ? std::make_unique<HDNotification>(m_Folder) : nullptr) {}
+
+FilePathHD::~FilePathHD() = default;
 
 bool FilePathHD::Allows(FilePath::Mode mode) const { return (mode & ~m_Mode) == 0; }
 
@@ -137,4 +141,8 @@ void FilePathHD::Enumerate(const char* pSpec, FilePath::FileListObj& list) {
         return;
     for (const std::string& name : OSFile::List((m_Folder + pSpec).c_str()))
         list.Add(name.c_str());
+}
+
+bool FilePathHD::GetChanges(std::vector<std::string>& names) {
+    return m_pNotification && m_pNotification->GetChanges(names);
 }

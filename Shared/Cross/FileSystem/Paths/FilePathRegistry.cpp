@@ -4,6 +4,7 @@
 #include "Shared/Cross/FileSystem/Wildcard.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 void FilePath::Registry::Sort() {
     if (!m_IsDirty)
@@ -62,12 +63,16 @@ bool FilePath::Registry::Remove(const char* pAlias, const std::function<bool(con
     return true;
 }
 
+bool FilePath::Registry::HasWatcher(std::string_view name) const {
+    return std::ranges::find(m_Watchers, name, &Watcher::name) != m_Watchers.end();
+}
+
 bool FilePath::Registry::AddWatcher(const char* pName, WatchCallback callback) {
-    const bool isNew = std::ranges::find(m_Watchers, pName, &Watcher::name) == m_Watchers.end();
-    dbAssert(isNew);
-    if (isNew)
+    const bool isUsable = pName && callback && !HasWatcher(pName);
+    dbAssertText(isUsable, "pName && callback && !HasWatcher( pName )");
+    if (isUsable)
         m_Watchers.push_back({.name = pName, .callback = std::move(callback)});
-    return isNew;
+    return isUsable;
 }
 
 bool FilePath::Registry::RemoveWatcher(const char* pName) {
@@ -75,22 +80,22 @@ bool FilePath::Registry::RemoveWatcher(const char* pName) {
 }
 
 void FilePath::Registry::PollChanges() {
-    // Gathered first: a callback may add and remove sources and watchers.
+    // Gathered first: a callback may add and remove sources and watchers. A source under several aliases tells once.
     std::vector<std::string> changed;
-    std::vector<std::string> names;
+    std::unordered_map<Source*, std::vector<std::string>> told;
     for (const Alias& alias : GetAliases()) {
         for (const Path& path : alias.paths) {
-            names.clear();
-            if (!path.pSource->GetChanges(names))
-                continue;
-            for (const std::string& name : names)
+            const auto [it, isNew] = told.try_emplace(path.pSource.get());
+            if (isNew && !path.pSource->GetChanges(it->second))
+                it->second.clear();
+            for (const std::string& name : it->second)
                 changed.push_back(alias.name + ":" + name);
         }
     }
     const std::vector<Watcher> watchers = changed.empty() ? std::vector<Watcher>() : m_Watchers;
     for (const std::string& name : changed)
         for (const Watcher& watcher : watchers)
-            if (MatchesWildcard(watcher.name, name))
+            if (MatchesWildcard(watcher.name, name) && HasWatcher(watcher.name))
                 watcher.callback(name.c_str());
 }
 
@@ -104,7 +109,8 @@ void FilePath::Registry::TellListeners(const char* pName, const char* pSourceId)
     std::string alias;
     std::string path;
     FilePathUtil::SplitAlias(pName, alias, path);
-    const std::vector<OpenListener*> listeners = m_Listeners; // one may remove itself
+    const std::vector<OpenListener*> listeners = m_Listeners; // one may remove itself, or another
     for (OpenListener* pListener : listeners)
-        pListener->OnOpen(pName, alias.c_str(), pSourceId);
+        if (std::ranges::find(m_Listeners, pListener) != m_Listeners.end())
+            pListener->OnOpen(pName, alias.c_str(), pSourceId);
 }

@@ -38,6 +38,7 @@ private:
         WatchCallback callback;
     };
 
+    bool HasWatcher(std::string_view name) const;
     std::vector<Alias>::iterator FindAlias(std::string_view name);
     void Sort();
 

@@ -1,0 +1,222 @@
+#include "Shared/Cross/FileSystem/Paths/HDNotification.h"
+
+#include "Shared/Cross/FileSystem/Paths/FilePathHD.h"
+#include "Tests/Shared/Cross/Debug/ReportCapture.h"
+#include "Tests/Shared/PC/FileSystem/TempFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace {
+
+using NameList = std::vector<std::string>;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+constexpr const char* s_OverflowLine =
+    "NOTIFIER - Data discarded by system due to overflow - files have been modified but which ones are unknown";
+
+class HDNotificationTest : public testing::Test {
+protected:
+    TempFolder m_Folder;
+    ReportCapture m_Reports;
+    std::optional<HDNotification> m_Notification;
+
+    HDNotificationTest() { m_Folder.MakeFolder("root"); }
+
+    void Watch() { m_Notification.emplace(m_Folder.Path("root")); }
+    NameList Changes() {
+        NameList names;
+        EXPECT_TRUE(m_Notification->GetChanges(names));
+        return names;
+    }
+    bool Knows() {
+        NameList names;
+        return m_Notification->GetChanges(names);
+    }
+    std::string RequestLine(const char* pFolder = "") const {
+        return "NOTIFIER - Error requesting notifications for " + m_Folder.Path("root") + "\\" + pFolder;
+    }
+    // More events than the system keeps. Two files by turns, since it makes one of events that are equal.
+    void Flood(const std::string& folder) const {
+        size_t queue = 0;
+        std::ifstream("/proc/sys/fs/inotify/max_queued_events") >> queue;
+        ASSERT_GT(queue, 0u);
+        for (size_t i = 0; i <= queue / 2; ++i) {
+            std::ofstream(m_Folder.Native(folder + "/a"), std::ios::app);
+            std::ofstream(m_Folder.Native(folder + "/b"), std::ios::app);
+        }
+    }
+};
+
+TEST_F(HDNotificationTest, TellsEachChangedFileOnce) {
+    for (const char* pName : {"root/old.tga", "root/Sub/gone.tga", "root/Sub/from.tga"})
+        m_Folder.Write(pName, "x");
+    Watch();
+    EXPECT_TRUE(
+        ReportCapture::HasWarning("NOTIFIER - Handle created for directory " + m_Folder.Path("root") + "\\ - 0x"));
+    EXPECT_THAT(Changes(), IsEmpty());
+    m_Folder.Write("root/New.tga", "x");
+    m_Folder.Write("root/old.tga", "y");
+    m_Folder.Write("root/New.tga", "again");
+    m_Folder.Remove("root/Sub/gone.tga");
+    m_Folder.Rename("root/Sub/from.tga", "root/to.tga");
+    m_Folder.Read("root/to.tga");
+    EXPECT_THAT(Changes(), ElementsAre("New.tga", "old.tga", "Sub\\gone.tga", "Sub\\from.tga", "to.tga"));
+    EXPECT_THAT(Changes(), IsEmpty());
+}
+
+TEST_F(HDNotificationTest, NewSubFoldersAreWatched) {
+    Watch();
+    m_Folder.Write("root/a/b/early.tga", "x");
+    EXPECT_THAT(Changes(), ElementsAre("a\\b\\early.tga"));
+    m_Folder.Write("root/a/b/c/late.tga", "x");
+    m_Folder.Write("root/a/b/early.tga", "y");
+    EXPECT_THAT(Changes(), UnorderedElementsAre("a\\b\\c\\late.tga", "a\\b\\early.tga"));
+    m_Folder.Remove("root/a");
+    EXPECT_THAT(Changes(), UnorderedElementsAre("a\\b\\c\\late.tga", "a\\b\\early.tga"));
+    m_Folder.Write("root/a/b/again.tga", "x");
+    EXPECT_THAT(Changes(), ElementsAre("a\\b\\again.tga"));
+}
+
+TEST_F(HDNotificationTest, RenamedFoldersGoByTheirNewName) {
+    m_Folder.Write("root/a/sub/x.tga", "x");
+    m_Folder.Write("root/abc/y.tga", "x"); // another folder, whose name begins alike
+    m_Folder.Write("outside/z.tga", "x");
+    Watch();
+    m_Folder.Rename("root/a", "root/b");
+    EXPECT_THAT(Changes(), ElementsAre("b\\sub\\x.tga"));
+    m_Folder.Write("root/b/sub/x.tga", "y");
+    m_Folder.Write("root/abc/y.tga", "y");
+    EXPECT_THAT(Changes(), ElementsAre("b\\sub\\x.tga", "abc\\y.tga"));
+    // Into a folder that is only just being looked at, so that its own move is told after it was found there.
+    m_Folder.MakeFolder("root/n");
+    m_Folder.Rename("root/b", "root/n/b");
+    EXPECT_THAT(Changes(), ElementsAre("n\\b\\sub\\x.tga"));
+    m_Folder.Write("root/n/b/sub/x.tga", "z");
+    EXPECT_THAT(Changes(), ElementsAre("n\\b\\sub\\x.tga"));
+
+    m_Folder.Rename("outside", "root/in");
+    EXPECT_THAT(Changes(), ElementsAre("in\\z.tga"));
+    m_Folder.Rename("root/in", "outside");
+    EXPECT_THAT(Changes(), IsEmpty());
+    m_Folder.Write("outside/z.tga", "y");
+    EXPECT_THAT(Changes(), IsEmpty());
+}
+
+TEST_F(HDNotificationTest, ARootThatGoesIsLookedForAgain) {
+    m_Folder.Write("root/x.tga", "x");
+    Watch();
+    m_Folder.Remove("root");
+    EXPECT_THAT(Changes(), ElementsAre("x.tga"));
+    EXPECT_FALSE(Knows());
+    EXPECT_FALSE(Knows());
+    EXPECT_EQ(ReportCapture::CountWarnings(RequestLine() + ", error code: 0x2."), 1u);
+    EXPECT_EQ(ReportCapture::CountWarnings("NOTIFIER - Unable to create handle for directory " + m_Folder.Path("root") +
+                                           "\\, error code: 0x2."),
+              1u);
+    m_Folder.Write("Root/sub/y.tga", "x"); // which is the same root in another spelling
+    EXPECT_THAT(Changes(), ElementsAre("sub\\y.tga"));
+    m_Folder.Rename("Root", "away");
+    m_Folder.Write("root/z.tga", "x");
+    EXPECT_THAT(Changes(), ElementsAre("z.tga"));
+    m_Folder.Write("away/y.tga", "x");
+    EXPECT_THAT(Changes(), IsEmpty());
+}
+
+TEST_F(HDNotificationTest, ARootThatIsNoneOrALink) {
+    m_Folder.Write("file", "");
+    HDNotification none(m_Folder.Path("file"));
+    NameList names;
+    EXPECT_FALSE(none.GetChanges(names));
+    EXPECT_EQ(ReportCapture::CountWarnings("NOTIFIER - Unable to create handle for directory " + m_Folder.Path("file") +
+                                           "\\, error code: 0x14."),
+              1u);
+    std::filesystem::create_directory_symlink(m_Folder.Native("root"), m_Folder.Native("link"));
+    m_Notification.emplace(m_Folder.Path("link"));
+    m_Folder.Write("root/x", "");
+    EXPECT_THAT(Changes(), ElementsAre("x"));
+}
+
+TEST_F(HDNotificationTest, AnOverflowIsToldAndOverIt) {
+    m_Folder.MakeFolder("root/sub");
+    Watch();
+    Flood("root/sub");
+    m_Folder.Write("root/unseen/x", "");
+    EXPECT_THAT(Changes(), ElementsAre("sub\\a", "sub\\b"));
+    EXPECT_EQ(ReportCapture::CountWarnings(s_OverflowLine), 1u);
+    m_Folder.Write("root/unseen/x", "x");
+    m_Folder.Write("root/sub/c", "");
+    EXPECT_THAT(Changes(), ElementsAre("unseen\\x", "sub\\c"));
+    EXPECT_EQ(ReportCapture::CountWarnings(s_OverflowLine), 1u);
+}
+
+TEST_F(HDNotificationTest, MoreFilesThanAreKept) {
+    for (uint32_t i = 0; i <= HDNotification::s_MostChanges; ++i)
+        m_Folder.Write("outside/" + std::to_string(i), "");
+    Watch();
+    m_Folder.Rename("outside", "root/in");
+    EXPECT_EQ(Changes().size(), size_t{HDNotification::s_MostChanges});
+    EXPECT_EQ(ReportCapture::CountWarnings(s_OverflowLine), 1u);
+    m_Folder.Write("root/in/0", "x");
+    EXPECT_THAT(Changes(), ElementsAre("in\\0"));
+}
+
+TEST_F(HDNotificationTest, NamesThatNoPathCanExpressAreLeftOut) {
+    Watch();
+    m_Folder.Write("root/a\\b/x", "");
+    m_Folder.Write("root/c:d", "");
+    std::string deep = "root";
+    for (int i = 0; i < 3; ++i)
+        deep += "/" + std::string(100, 'x');
+    m_Folder.Write(deep + "/y", "");
+    m_Folder.Write("root/good", "");
+    EXPECT_THAT(Changes(), ElementsAre("good"));
+}
+
+TEST_F(HDNotificationTest, LinksAreNotFollowed) {
+    m_Folder.Write("outside/x", "");
+    std::filesystem::create_directory_symlink(m_Folder.Native("outside"), m_Folder.Native("root/link"));
+    std::filesystem::create_directory_symlink(m_Folder.Native("root"), m_Folder.Native("root/loop"));
+    Watch();
+    m_Folder.Write("outside/x", "y");
+    m_Folder.Write("root/own", "");
+    EXPECT_THAT(Changes(), ElementsAre("own"));
+}
+
+TEST_F(HDNotificationTest, SourcesAndWatchersHearByAliases) {
+    const std::string root = m_Folder.Path("root");
+    const auto pSource = FilePathHD::Create(root.c_str(), ByteStream::Mode_Both, false, true);
+    ASSERT_TRUE(FilePath::AddSource("DATA", "root", 1, pSource));
+    ASSERT_TRUE(FilePath::AddSource("ART", "root", 1, pSource));
+    NameList heard;
+    const auto listen = [&](const char* pName) { heard.emplace_back(pName); };
+    EXPECT_TRUE(FilePath::AddWatcher("data:ART\\*.tga", listen));
+    EXPECT_TRUE(FilePath::AddWatcher("ART:*", [&](const char* pName) {
+        listen(pName);
+        FilePath::RemoveWatcher("ART:*"); // so that it hears of the first one only
+    }));
+    EXPECT_TRUE(FilePath::OpenStream("DATA:Art\\x.tga", ByteStream::Mode_Write)->WriteText("x", false));
+    m_Folder.Write("root/Art/y.TGA", "");
+    m_Folder.Write("root/Art/z.dds", "");
+    FilePath::PollChanges();
+    EXPECT_THAT(heard, ElementsAre("ART:Art\\x.tga", "DATA:Art\\x.tga", "DATA:Art\\y.TGA"));
+    FilePath::PollChanges();
+    EXPECT_EQ(heard.size(), 3u);
+    FilePath::RemoveWatcher("data:ART\\*.tga");
+    FilePath::RemoveSource("DATA", "root");
+    FilePath::RemoveSource("ART", "root");
+}
+
+TEST_F(HDNotificationTest, WithoutNotificationASourceKnowsNothing) {
+    const auto pSource = FilePathHD::Create(m_Folder.Path("root").c_str(), ByteStream::Mode_Both);
+    m_Folder.Write("root/x", "");
+    NameList names;
+    EXPECT_FALSE(pSource->GetChanges(names));
+    EXPECT_THAT(m_Reports.GetWarnings(), IsEmpty());
+}
+
+} // namespace
