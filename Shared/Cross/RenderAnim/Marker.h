@@ -14,7 +14,7 @@ struct Marker {
 
     ra::Name name;
     glm::mat4x3 m_transform = glm::mat4x3(1.0f); // relative to the parent bone, if there is one
-    ra::Name m_parentName = {};                       // invalid when the marker hangs on nothing
+    ra::Name m_parentName = {};                  // invalid when the marker hangs on nothing
     uint32_t m_parentIndex = NoParent;           // of that bone in the skeleton
 };
 
