@@ -70,25 +70,40 @@ void PrintProjectNote(const ExportArguments& arguments, const std::string& home,
         messages.Print(MessageKind::Note, note);
 }
 
+// What an export came to: the exporter's answer, and what the host saw of its work.
+struct Outcome {
+    bool success = false;
+    bool cancelled = false;
+    bool hadMeshes = false; // there was something to be written
+};
+
+int ReportUnwritten(const ExportArguments& arguments, const OutputFile& output, const Messages& messages) {
+    messages.Print(MessageKind::Error, arguments.output +
+                                           ": could not be written; make room for it, or choose another disk (" +
+                                           OSFile::ToNative(output.GetLogPath()) + " says more)");
+    return 1;
+}
+
 // What is to be said and done about the file after the exporter has answered.
-int Finish(const ExportArguments& arguments, const OutputFile& output, const Messages& messages, bool success,
-           bool cancelled) {
-    if (cancelled) {
+int Finish(const ExportArguments& arguments, const OutputFile& output, const Messages& messages,
+           const Outcome& outcome) {
+    if (outcome.cancelled) {
         messages.Print(MessageKind::Note, arguments.output + ": cancelled; nothing was written");
         return 0;
     }
+    if (output.IsWritten() && output.IsWhole())
+        return outcome.success ? 0 : 1;
     if (output.IsWritten()) {
-        if (output.IsWhole())
-            return success ? 0 : 1;
         output.RemoveIfBroken();
-        messages.Print(MessageKind::Error, arguments.output +
-                                               ": could not be written whole and was removed; make room on the disk (" +
-                                               OSFile::ToNative(output.GetLogPath()) + " says more)");
-        return 1;
+        return ReportUnwritten(arguments, output, messages);
     }
-    if (success)
-        messages.Print(MessageKind::Note, arguments.output + ": nothing was written, since the scene holds no mesh");
-    return success ? 0 : 1;
+    if (!outcome.success)
+        return 1;
+    // An exporter counts it as no error when its file can't be written.
+    if (outcome.hadMeshes)
+        return ReportUnwritten(arguments, output, messages);
+    messages.Print(MessageKind::Note, arguments.output + ": nothing was written, since the scene holds no mesh");
+    return 0;
 }
 
 } // namespace
@@ -129,7 +144,9 @@ int RunExport(const ExportArguments& arguments, const std::string& home, const M
     }
     progress.Clear();
     listener.EndLine();
-    const int status = Finish(arguments, output, messages, success, dialogs.IsCancelled());
+    const int status =
+        Finish(arguments, output, messages,
+               {.success = success, .cancelled = dialogs.IsCancelled(), .hadMeshes = progress.GetMeshCount() > 0});
     if (status == 0 && output.IsWritten())
         PrintProjectNote(arguments, start, messages);
     // An exporter that found nothing to convert has said so, and its log holds nothing besides.

@@ -4,7 +4,8 @@
 
 // As long as it lives, a user's interruption of the process (Ctrl-C, a polite kill, a closed terminal) takes away a
 // file that is just being written, and then ends the process as it would have without a guard. A file that nobody has
-// touched since the guard was made stays as it is. One guard at a time; a second one guards nothing.
+// touched since the guard was made stays as it is. A file that grows over the user's limit is a failed write meanwhile,
+// and doesn't end the process. One guard at a time; a second one guards nothing.
 class InterruptGuard {
 public:
     // The path is in the machine's own form. The file may not be there yet.

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr std::array s_Signals = {SIGINT, SIGTERM, SIGHUP};
+constexpr std::array s_Signals = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
 
 // What tells one state of a file from another. Fixed storage, because a signal handler reads it.
 struct FileState {
@@ -22,6 +22,7 @@ struct Guarded {
     char path[4096] = {};
     FileState before;
     std::array<struct sigaction, s_Signals.size()> actions{};
+    struct sigaction sizeAction {};
 };
 
 Guarded s_Guarded;
@@ -65,6 +66,10 @@ InterruptGuard::InterruptGuard(const std::string& nativePath) {
         if (s_Guarded.actions[i].sa_handler != SIG_IGN)
             sigaction(s_Signals[i], &action, nullptr);
     }
+    // A file over the user's limit is a write that fails, like one on a full disk.
+    struct sigaction ignore {};
+    ignore.sa_handler = SIG_IGN;
+    sigaction(SIGXFSZ, &ignore, &s_Guarded.sizeAction);
 }
 
 InterruptGuard::~InterruptGuard() {
@@ -72,6 +77,7 @@ InterruptGuard::~InterruptGuard() {
         return;
     for (size_t i = 0; i < s_Signals.size(); ++i)
         sigaction(s_Signals[i], &s_Guarded.actions[i], nullptr);
+    sigaction(SIGXFSZ, &s_Guarded.sizeAction, nullptr);
     s_pOwner = nullptr;
 }
 

@@ -9,6 +9,7 @@
 #include <iterator>
 #include <sstream>
 #include <stdexcept>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -66,7 +67,7 @@ public:
 } // namespace
 
 ProgramResult RunProgram(const std::string& name, const std::vector<std::string>& words,
-                         const std::vector<std::string>& variables, const std::string& input) {
+                         const std::vector<std::string>& variables, const std::string& input, size_t fileLimit) {
     const std::string path = std::string(PVX_PROGRAM_FOLDER) + "/" + name;
     const StreamFile in, out, err;
     in.Fill(input);
@@ -75,6 +76,8 @@ ProgramResult RunProgram(const std::string& name, const std::vector<std::string>
         dup2(in.m_File, STDIN_FILENO);
         dup2(out.m_File, STDOUT_FILENO);
         dup2(err.m_File, STDERR_FILENO);
+        if (const rlimit limit{fileLimit, fileLimit}; fileLimit != 0)
+            setrlimit(RLIMIT_FSIZE, &limit);
         BecomeProgram(path, words, variables);
     }
     int status = 0;

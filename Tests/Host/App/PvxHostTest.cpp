@@ -161,6 +161,17 @@ TEST_F(PvxHost, ABrokenFileNeverStaysUnderTheAskedForName) {
     EXPECT_EQ(Read("out.pvx"), "of before");
 }
 
+TEST_F(PvxHost, ADiskWithoutRoomIsAFailure) {
+    // A limit on the size of files stands in for the disk: the log still fits, the model doesn't.
+    const ProgramResult result =
+        RunProgram("pvxhost", {"export", Write("tile.glb", MakeTileScene()), At("out.pvx")}, {}, {}, 1024);
+    EXPECT_EQ(result.status, 1);
+    ASSERT_EQ(Lines(result.err).size(), 1u) << result.err;
+    EXPECT_THAT(result.err, HasSubstr("out.pvx: could not be written"));
+    EXPECT_THAT(result.err, HasSubstr(At("out.log")));
+    EXPECT_THAT(List(), ElementsAre("out.log", "tile.glb"));
+}
+
 TEST_F(PvxHost, ModulesThatAreNone) {
     const std::string scene = Write("tile.glb", MakeTileScene());
     const std::vector<std::string> before = List();
