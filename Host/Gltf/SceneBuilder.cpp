@@ -157,7 +157,7 @@ void SceneBuilder::SetCommon(const Work& work, scene::Node& node) {
     if (work.extras.visibility)
         node.SetVisibility(*work.extras.visibility);
     if (!work.extras.xref.empty())
-        scene::MakeXRef(node, work.extras.xref);
+        scene::MakeXRef(node, m_File.GetFullPath(work.extras.xref));
     if (work.role == Role::Camera)
         m_Pending.push_back({&node, work.extras.target, work.pRecord->camera});
     else if (!work.extras.target.empty())

@@ -82,6 +82,14 @@ SceneFile::SceneFile(const std::string& path) : m_Folder(path.substr(0, path.fin
     CheckVersion(m_Document);
 }
 
+std::string SceneFile::GetFullPath(std::string name) const {
+    if (name.starts_with('/') && !name.starts_with("//"))
+        return OSFile::FromNative(name);
+    std::ranges::replace(name, '/', '\\');
+    const bool isFull = name.starts_with('\\') || (name.size() > 1 && name[1] == ':');
+    return isFull ? name : m_Folder + name;
+}
+
 void SceneFile::Open(std::span<std::byte> bytes) {
     const std::span<std::byte> content = bytes.first(bytes.size() - 1);
     if (content.size() >= sizeof s_Magic && ReadWord(content, 0) == s_Magic) {

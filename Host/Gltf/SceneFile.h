@@ -39,6 +39,9 @@ public:
     const Json& GetRoot() const { return m_Document; }
     // The folder of the file, with its final separator; empty for one without a folder.
     const std::string& GetFolder() const { return m_Folder; }
+    // The full path, in the system's form, of a file that the scene names: by a full path, native or in the system's
+    // form, or from the scene's folder on.
+    std::string GetFullPath(std::string name) const;
     // The file's bytes, for those who keep looking into the binary chunk.
     const std::shared_ptr<const Bytes>& GetBytes() const { return m_pBytes; }
     // The binary chunk; empty without one.

@@ -1,6 +1,5 @@
 #include "Shared_Tools/PVXExport/PVXFilename.h"
 
-#include <algorithm>
 #include <string_view>
 
 #include "Shared/Cross/Debug/db.h"
@@ -11,7 +10,8 @@ namespace {
 // The pipeline's configuration for the length of one call.
 class PipelineScope {
 public:
-    PipelineScope() : m_Initialised(Pipeline::Initialize(nullptr) == Pipeline::Result_Ok) {}
+    explicit PipelineScope(const char* pStartPath)
+        : m_Initialised(Pipeline::Initialize(pStartPath) == Pipeline::Result_Ok) {}
     ~PipelineScope() {
         if (m_Initialised)
             Pipeline::Shutdown();
@@ -27,12 +27,13 @@ private:
 
 // Puts the name's place below the source folder behind another prefix: that of the project's folder of the kind, or
 // the given one.
-bool MapFile(std::string& outFilename, const char* pSourceFilename, Pipeline::DataKind kind, const char* pPrefix) {
+bool MapFile(std::string& outFilename, const char* pSourceFilename, Pipeline::DataKind kind, const char* pPrefix,
+             const char* pStartPath) {
     outFilename.clear();
     dbAssertText(pSourceFilename, "sourceFilename");
     if (!pSourceFilename)
         return false;
-    const PipelineScope scope;
+    const PipelineScope scope(pStartPath);
     const Pipeline* pPipeline = scope.Get();
     const char* pProject = pPipeline ? pPipeline->FindProjectForFile(pSourceFilename, Pipeline::Kind_Source) : nullptr;
     if (!pProject)
@@ -41,10 +42,9 @@ bool MapFile(std::string& outFilename, const char* pSourceFilename, Pipeline::Da
     const char* pFolder = pPipeline->GetFolder(pProject, kind);
     if (!pSourceFolder || !pFolder)
         return false;
-    // The search has shown that the name starts with the folder, whatever its spelling.
-    const std::string_view name = pSourceFilename;
-    const std::string_view below = name.substr(std::min(std::string_view(pSourceFolder).size(), name.size()));
-    outFilename.append(pPrefix ? pPrefix : pFolder).append(below);
+    // The search has shown that the full name starts with the folder, whatever its spelling.
+    const std::string name = Pipeline::GetFullPath(pSourceFilename);
+    outFilename.append(pPrefix ? pPrefix : pFolder).append(name, std::string_view(pSourceFolder).size());
     return true;
 }
 
@@ -52,12 +52,12 @@ bool MapFile(std::string& outFilename, const char* pSourceFilename, Pipeline::Da
 
 namespace PVXFilename {
 
-bool MapToKind(std::string& outFilename, const char* pSourceFilename, uint32_t kind) {
-    return MapFile(outFilename, pSourceFilename, static_cast<Pipeline::DataKind>(kind), nullptr);
+bool MapToKind(std::string& outFilename, const char* pSourceFilename, uint32_t kind, const char* pStartPath) {
+    return MapFile(outFilename, pSourceFilename, static_cast<Pipeline::DataKind>(kind), nullptr, pStartPath);
 }
 
 bool MapToData(std::string& outFilename, const char* pSourceFilename) {
-    return MapFile(outFilename, pSourceFilename, Pipeline::Kind_Final, "DATA:");
+    return MapFile(outFilename, pSourceFilename, Pipeline::Kind_Final, "DATA:", nullptr);
 }
 
 } // namespace PVXFilename

@@ -179,11 +179,13 @@ const char* Pipeline::GetFolder(const char* pName, DataKind kind) const {
     return pProject && kind < KindCount ? pProject->folders[kind].c_str() : nullptr;
 }
 
+std::string Pipeline::GetFullPath(const char* pPath) { return PipelinePath::MakeAbsolute(pPath); }
+
 const char* Pipeline::FindProjectForFile(const char* pFullPath, DataKind kind) const {
     dbAssert(kind < KindCount);
     if (!pFullPath || !*pFullPath || kind >= KindCount)
         return nullptr;
-    const std::string path = PipelinePath::MakeAbsolute(pFullPath);
+    const std::string path = GetFullPath(pFullPath);
     for (const PipelineProject& project : m_pData->projects) {
         const std::string& folder = project.folders[kind];
         // A folder of a longer name that begins alike is another one.

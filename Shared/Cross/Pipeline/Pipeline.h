@@ -71,6 +71,8 @@ public:
     const char* GetDescription(const char* pName) const;
     const char* GetParent(const char* pName) const;
     const char* GetFolder(const char* pName, DataKind kind) const;
+    // A path as the search for a file's project takes it: absolute, with backslashes and without dots, by its text.
+    static std::string GetFullPath(const char* pPath);
     // The first project whose folder of the kind is the path or lies above it; null if there is none.
     const char* FindProjectForFile(const char* pFullPath, DataKind kind) const;
 

@@ -105,6 +105,10 @@ std::string PipelineReader::Find(std::string_view startPath, std::vector<std::st
         if (backslash == std::string::npos)
             return {};
         folder.erase(backslash);
+        // No path as long as that can be opened, and listing one for each of its folders takes the square of its
+        // length.
+        if (folder.size() > FilePath::MAXPATH)
+            continue;
         places.push_back(folder);
         std::string file = folder + "\\" + s_FileName;
         if (file.size() <= FilePath::MAXPATH && (OSFile::FileAttr(file.c_str()) & OSFile::F_ATTRIBUTE_FILE))
