@@ -1,5 +1,7 @@
 #include "Shared_Tools/PVXExport/ExportDialogs.h"
 
+#include <bit>
+
 #include "Host/Sdk/Dialog.h"
 #include "Shared_Tools/PVXExport/ExportContext.h"
 #include "Shared_Tools/PVXExport/ModuleResources.h"
@@ -20,7 +22,7 @@ constexpr OptionBox s_OptionBoxes[] = {
 void InitOptions(HWND hDialog, intptr_t contextWord) {
     SetUserWord(hDialog, contextWord);
     CenterWindow(hDialog, GetParent(hDialog));
-    const auto& context = *reinterpret_cast<const ExportContext*>(contextWord);
+    const auto& context = *std::bit_cast<const ExportContext*>(contextWord);
     for (const OptionBox& box : s_OptionBoxes)
         CheckDlgButton(hDialog, box.id, context.*box.pField);
 }
@@ -31,7 +33,7 @@ bool UseOptionsControl(HWND hDialog, intptr_t id) {
         EndDialog(hDialog, id == IDOK ? 1 : 0);
         return true;
     }
-    auto& context = *reinterpret_cast<ExportContext*>(GetUserWord(hDialog));
+    auto& context = *std::bit_cast<ExportContext*>(GetUserWord(hDialog));
     for (const OptionBox& box : s_OptionBoxes)
         if (box.id == id) {
             context.*box.pField = !(context.*box.pField);
@@ -69,7 +71,7 @@ bool AboutDialogProc(HWND hDialog, DialogMessage message, intptr_t param) {
 namespace ExportDialogs {
 
 bool AskOptions(HINSTANCE handle, HWND hParent, ExportContext& context) {
-    return DialogBoxParam(handle, IDD_OPTIONS, hParent, OptionsDialogProc, reinterpret_cast<intptr_t>(&context)) != 0;
+    return DialogBoxParam(handle, IDD_OPTIONS, hParent, OptionsDialogProc, std::bit_cast<intptr_t>(&context)) != 0;
 }
 
 void ShowAbout(HINSTANCE handle, HWND hParent) { DialogBoxParam(handle, IDD_ABOUT, hParent, AboutDialogProc, 0); }

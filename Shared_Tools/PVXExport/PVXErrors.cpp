@@ -1,5 +1,6 @@
 #include "Shared_Tools/PVXExport/PVXErrors.h"
 
+#include <bit>
 #include <cstdarg>
 #include <cstdio>
 
@@ -38,7 +39,7 @@ void FillErrorsDialog(HWND hDialog, const std::vector<std::string>& messages) {
 bool ErrorsDialogProc(HWND hDialog, DialogMessage message, intptr_t param) {
     switch (message) {
     case DialogMessage::Init:
-        FillErrorsDialog(hDialog, *reinterpret_cast<const std::vector<std::string>*>(param));
+        FillErrorsDialog(hDialog, *std::bit_cast<const std::vector<std::string>*>(param));
         return true;
     case DialogMessage::Command:
         if (param != IDOK)
@@ -93,7 +94,7 @@ void PVXErrors::ShowDialog() const {
     if (m_Messages.empty())
         return;
     const HWND hParent = m_Interface ? m_Interface->GetMAXHWnd() : nullptr;
-    DialogBoxParam(m_hInstance, IDD_ERRORS, hParent, ErrorsDialogProc, reinterpret_cast<intptr_t>(&m_Messages));
+    DialogBoxParam(m_hInstance, IDD_ERRORS, hParent, ErrorsDialogProc, std::bit_cast<intptr_t>(&m_Messages));
 }
 
 void PVXErrors::Clear() {

@@ -173,7 +173,7 @@ std::unique_ptr<RenderModel> PVXExport::BuildRenderModel(ExportContext& context)
 // The folder has to be there: an alias path names none that could be made here.
 void PVXExport::Save(RenderModel& model, const ExportContext& context) const {
     ra::SaveIntermediate(context.m_OutputPath.c_str(), model, context.m_ExportMeshes, context.m_ExportAnimKeys,
-                     context.m_ExportShaders);
+                         context.m_ExportShaders);
 }
 
 void PVXExport::TearDown() {

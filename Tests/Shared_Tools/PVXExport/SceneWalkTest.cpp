@@ -27,12 +27,14 @@ protected:
     }
     std::vector<std::string> MeshNames() const {
         std::vector<std::string> names;
+        names.reserve(m_Collected.m_MeshNodes.size());
         for (const MeshNode& node : m_Collected.m_MeshNodes)
             names.push_back(node.pNode->GetName());
         return names;
     }
     static std::vector<std::string> NamesOf(const std::vector<INode*>& nodes) {
         std::vector<std::string> names;
+        names.reserve(nodes.size());
         for (const INode* pNode : nodes)
             names.push_back(pNode->GetName());
         return names;

@@ -13,7 +13,6 @@ namespace {
 using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class SkinExport : public ExportTest {
 protected:

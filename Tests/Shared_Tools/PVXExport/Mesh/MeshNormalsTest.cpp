@@ -31,6 +31,7 @@ protected:
         s_Log.clear();
         ASSERT_EQ(m_Builder.Build(form), good);
         std::vector<std::string> lines;
+        lines.reserve(removed.size() + 1);
         for (const int face : removed)
             lines.push_back("Removing invalid face " + std::to_string(face));
         if (!good)

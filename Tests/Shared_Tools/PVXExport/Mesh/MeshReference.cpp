@@ -16,7 +16,9 @@ void Unique(std::vector<T>& array, std::vector<uint32_t>& remap) {
     std::vector<Pair> pairs;
     for (uint32_t i = 0; i < array.size(); ++i)
         pairs.push_back({array[i], i});
-    const auto compare = [](const Pair& a, const Pair& b) { return std::memcmp(&a.element, &b.element, sizeof(T)); };
+    const auto compare = [](const Pair& a, const Pair& b) {
+        return std::memcmp(static_cast<const void*>(&a.element), static_cast<const void*>(&b.element), sizeof(T));
+    };
     std::ranges::stable_sort(pairs, [&](const Pair& a, const Pair& b) { return compare(a, b) < 0; });
     remap.assign(array.size(), 0);
     array.clear();

@@ -28,6 +28,7 @@ public:
         for (int i = 0; i < kind.positions; ++i)
             form.cVertex.push_back({Coordinate(kind.grid), Coordinate(kind.grid), Coordinate(kind.grid)});
         std::vector<uint32_t> groups;
+        groups.reserve(static_cast<size_t>(kind.groupKinds));
         for (int i = 0; i < kind.groupKinds; ++i)
             groups.push_back(Below(8) == 0 ? 0 : 1u << Below(32) | 1u << Below(32));
         for (int i = 0; i < kind.faces; ++i) {

@@ -70,6 +70,7 @@ TEST(Uniquer, AgreesWithAPlainSortOfPairs) {
 
 TEST(Uniquer, CountsIn16Bits) {
     std::vector<glm::vec3> array;
+    array.reserve(65538);
     for (int i = 0; i < 65538; ++i)
         array.push_back({static_cast<float>(i), 0, 0});
     std::vector<uint32_t> remap;
