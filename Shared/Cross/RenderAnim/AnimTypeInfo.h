@@ -1,0 +1,15 @@
+#pragma once
+
+#include <memory>
+
+#include "Shared/Cross/Assist/Inventory.h"
+
+// Animations come with their models and are never loaded by themselves.
+class AnimTypeInfo : public Inv::ResourceTypeInfo {
+public:
+    const char* GetTypeName() const override { return "Anim"; }
+    std::unique_ptr<Inv::NamedResource> CreateDefault(const char*) override { return nullptr; }
+    std::unique_ptr<Inv::NamedResource> Load(const char*) override { return nullptr; }
+    void Report(Inv::DebugToolDumpInfo& sink, const Inv::Resource& resource, const char* pName, const char* pFrameName,
+                uint32_t refCount) const override;
+};
