@@ -1,42 +1,71 @@
 #include "Shared/Cross/Debug/CrashReport.h"
 
+#include "Shared/Cross/Debug/CrashState.h"
 #include "Shared/Cross/Debug/db.h"
 
 #include <algorithm>
+#include <atomic>
 #include <mutex>
+#include <span>
 #include <string_view>
 
 namespace {
 
-std::mutex s_Mutex;
-std::vector<std::string> s_Texts;
-std::vector<dbReportFile> s_Files;
+static_assert(s_dbMaxReportTexts == CrashRecord::MaxTexts && s_dbMaxReportFiles == CrashRecord::MaxFiles);
+static_assert(s_dbMaxReportTextLength + 1 == sizeof CrashRecord::texts[0]);
+static_assert(s_dbMaxReportFileLength + 1 == sizeof CrashReportFile::name);
 
-auto FindFile(std::string_view name) { return std::ranges::find(s_Files, name, &dbReportFile::name); }
+constinit CrashRecord s_Record = {};
+std::mutex s_Mutex; // of the lists; a crash doesn't ask for it
+
+using Text = char[s_dbMaxReportTextLength + 1];
+
+std::span<Text> GetTexts() { return {s_Record.texts, s_Record.textCount}; }
+std::span<CrashReportFile> GetFiles() { return {s_Record.files, s_Record.fileCount}; }
+
+// What an entry holds is there before it counts, should the process crash in between.
+void CountUp(uint32_t& count) {
+    std::atomic_signal_fence(std::memory_order_release);
+    ++count;
+}
+
+CrashReportFile* FindFile(std::string_view name) {
+    const std::span<CrashReportFile> files = GetFiles();
+    const auto it = std::ranges::find_if(files, [=](const CrashReportFile& file) { return file.name == name; });
+    return it != files.end() ? &*it : nullptr;
+}
 
 bool AddText(std::string_view text) {
     const std::lock_guard lock(s_Mutex);
-    if (std::ranges::find(s_Texts, text) != s_Texts.end())
+    const std::span<Text> texts = GetTexts();
+    if (std::ranges::any_of(texts, [=](const Text& known) { return known == text; }))
         return true;
-    if (s_Texts.size() == s_dbMaxReportTexts)
+    if (texts.size() == s_dbMaxReportTexts)
         return false;
-    s_Texts.emplace_back(text);
+    dbCopyText(s_Record.texts[s_Record.textCount], text);
+    CountUp(s_Record.textCount);
     return true;
 }
 
 bool AddFile(std::string_view name, bool deleteAfter) {
     const std::lock_guard lock(s_Mutex);
-    if (const auto it = FindFile(name); it != s_Files.end()) {
-        it->deleteAfter = deleteAfter;
+    if (CrashReportFile* pFile = FindFile(name)) {
+        pFile->deleteAfter = deleteAfter;
         return true;
     }
-    if (s_Files.size() == s_dbMaxReportFiles || name.size() > s_dbMaxReportFileLength)
+    if (s_Record.fileCount == s_dbMaxReportFiles)
         return false;
-    s_Files.push_back({std::string(name), deleteAfter});
+    CrashReportFile& file = s_Record.files[s_Record.fileCount];
+    if (!dbCopyText(file.name, name))
+        return false;
+    file.deleteAfter = deleteAfter;
+    CountUp(s_Record.fileCount);
     return true;
 }
 
 } // namespace
+
+CrashRecord& dbGetCrashRecord() { return s_Record; }
 
 void dbAddReportText(const char* pText) {
     if (!AddText(std::string_view(pText).substr(0, s_dbMaxReportTextLength)))
@@ -50,16 +79,23 @@ void dbAddReportFile(const char* pName, bool deleteAfter) {
 
 void dbRemoveReportFile(const char* pName) {
     const std::lock_guard lock(s_Mutex);
-    if (const auto it = FindFile(pName); it != s_Files.end())
-        s_Files.erase(it);
+    CrashReportFile* pFile = FindFile(pName);
+    if (!pFile)
+        return;
+    std::copy(pFile + 1, s_Record.files + s_Record.fileCount, pFile);
+    --s_Record.fileCount;
 }
 
 std::vector<std::string> dbGetReportTexts() {
     const std::lock_guard lock(s_Mutex);
-    return s_Texts;
+    const std::span<Text> texts = GetTexts();
+    return {texts.begin(), texts.end()};
 }
 
 std::vector<dbReportFile> dbGetReportFiles() {
     const std::lock_guard lock(s_Mutex);
-    return s_Files;
+    std::vector<dbReportFile> files;
+    for (const CrashReportFile& file : GetFiles())
+        files.push_back({file.name, file.deleteAfter});
+    return files;
 }

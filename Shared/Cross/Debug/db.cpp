@@ -6,7 +6,6 @@
 
 #include <atomic>
 #include <cfenv>
-#include <csignal>
 #include <cstdlib>
 #include <stdexcept>
 
@@ -62,8 +61,6 @@ bool dbGetThrowOnAssert() { return s_ThrowOnAssert; }
 dbNoThrowScope::dbNoThrowScope() { ++s_NoThrowDepth; }
 
 dbNoThrowScope::~dbNoThrowScope() { --s_NoThrowDepth; }
-
-void dbBreakpoint() { std::raise(SIGTRAP); }
 
 void dbStop(const char* pReason) {
     if (MayThrow())

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Shared/PC/Debug/Breakpoint.h"
+
 #include <cstdint>
 #include <span>
 
@@ -41,7 +43,7 @@ public:
 };
 
 // A breakpoint right here; without a debugger the process ends by it.
-void dbBreakpoint();
+#define dbBreakpoint() PVX_BREAKPOINT()
 // Stops where there is no place left to report to: throws with throw-on-assert, otherwise a breakpoint.
 void dbStop(const char* pReason);
 

@@ -17,6 +17,10 @@ std::string GetExecutableFolder();
 // Where the settings files of an installed build lie: the folder that the environment's PVX_CONFIG names, otherwise
 // the executable's. With its closing slash.
 std::string GetConfigFolder();
+// Where reports of crashes and logs without a place of their own go: the folder that the environment's PVX_LOGS names,
+// otherwise "logs" beside the executable, or in the temporary files where that can't be written. With its closing
+// slash; perhaps it has to be made.
+std::string GetLogFolder();
 std::string GetWorkingFolder();
 uint32_t GetId();
 // "Unknown" if there's none.

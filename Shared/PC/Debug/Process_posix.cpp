@@ -24,6 +24,15 @@ std::string ReadAll(const char* pPath) {
 
 std::string FolderOf(const std::string& path) { return path.substr(0, path.find_last_of('/') + 1); }
 
+// A folder that the environment names, with its closing slash; empty when it doesn't.
+std::string ReadFolder(const char* pVariable) {
+    const char* pFolder = std::getenv(pVariable);
+    std::string folder = pFolder ? pFolder : "";
+    if (!folder.empty() && folder.back() != '/')
+        folder += '/';
+    return folder;
+}
+
 // Clock ticks after boot, from the field of that place in the process's status line; 0 when it can't be read.
 uint64_t ReadStartTicks() {
     const std::string stat = ReadAll("/proc/self/stat");
@@ -60,13 +69,17 @@ std::string GetExecutablePath() {
 std::string GetExecutableFolder() { return FolderOf(GetExecutablePath()); }
 
 std::string GetConfigFolder() {
-    const char* pFolder = std::getenv("PVX_CONFIG");
-    if (!pFolder || !*pFolder)
-        return GetExecutableFolder();
-    std::string folder = pFolder;
-    if (folder.back() != '/')
-        folder += '/';
-    return folder;
+    const std::string folder = ReadFolder("PVX_CONFIG");
+    return folder.empty() ? GetExecutableFolder() : folder;
+}
+
+std::string GetLogFolder() {
+    if (const std::string folder = ReadFolder("PVX_LOGS"); !folder.empty())
+        return folder.front() == '/' ? folder : GetWorkingFolder() + '/' + folder;
+    if (const std::string folder = GetExecutableFolder(); access(folder.c_str(), W_OK) == 0)
+        return folder + "logs/";
+    const std::string temporary = ReadFolder("TMPDIR");
+    return (temporary.empty() ? "/tmp/" : temporary) + "pvx-logs-" + std::to_string(getuid()) + '/';
 }
 
 std::string GetWorkingFolder() {

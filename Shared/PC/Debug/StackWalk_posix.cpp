@@ -1,13 +1,11 @@
 #include "Shared/PC/Debug/StackWalk.h"
 
+#include "Shared/PC/Debug/Symbols/Demangle.h"
 #include "Shared/PC/Debug/Symbols/SymbolReader.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 
-#include <cxxabi.h>
 #include <dlfcn.h>
 #include <execinfo.h>
 
@@ -18,13 +16,6 @@ namespace {
 const char* FileNameOf(const char* pPath) {
     const char* pSlash = std::strrchr(pPath, '/');
     return pSlash ? pSlash + 1 : pPath;
-}
-
-std::string Demangle(const char* pName) {
-    int status = 0;
-    const std::unique_ptr<char, decltype(&std::free)> text(abi::__cxa_demangle(pName, nullptr, nullptr, &status),
-                                                           &std::free);
-    return status == 0 && text ? text.get() : pName;
 }
 
 // The reader lies beside the file that this code was linked into, and is loaded only now: what it brings along costs

@@ -1,10 +1,10 @@
 #include "Shared/PC/Debug/Symbols/SymbolReader.h"
 
-#include <cstdlib>
+#include "Shared/PC/Debug/Symbols/Demangle.h"
+
 #include <memory>
 #include <mutex>
 
-#include <cxxabi.h>
 #include <elfutils/libdwfl.h>
 #include <unistd.h>
 
@@ -35,13 +35,6 @@ private:
                                                    .debuginfo_path = nullptr};
     std::unique_ptr<Dwfl, decltype(&dwfl_end)> m_pSession;
 };
-
-std::string Demangle(const char* pName) {
-    int status = 0;
-    const std::unique_ptr<char, decltype(&std::free)> text(abi::__cxa_demangle(pName, nullptr, nullptr, &status),
-                                                           &std::free);
-    return status == 0 && text ? text.get() : pName;
-}
 
 } // namespace
 

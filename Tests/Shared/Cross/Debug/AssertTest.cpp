@@ -28,6 +28,9 @@ void NoteSecond(void* pUser) { *static_cast<int*>(pUser) = ++s_CallCount; }
 
 void RoundUpward(void*) { std::fesetround(FE_UPWARD); }
 
+// In a debugger's place.
+void StepOver(int) {}
+
 struct FailingDestructor {
     bool& finished;
     ~FailingDestructor() {
@@ -108,7 +111,7 @@ TEST(AssertDeathTest, ADebuggerThatStepsOnGoesOnBehindTheSite) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
         {
-            std::signal(SIGTRAP, SIG_IGN);
+            std::signal(SIGTRAP, StepOver);
             dbSetThrowOnAssert(false);
             dbAssertText(false, "stepped over");
             const bool kept =
@@ -122,7 +125,7 @@ TEST(AssertDeathTest, AFatalExitNeverComesBack) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
         {
-            std::signal(SIGTRAP, SIG_IGN);
+            std::signal(SIGTRAP, StepOver);
             dbSetThrowOnAssert(false);
             dbFatalf("the %s", "end");
         },

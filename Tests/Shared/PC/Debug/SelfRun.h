@@ -10,6 +10,7 @@
 // Runs a test of this very program in a process of its own, for what a process settles once and for all.
 struct SelfRunResult {
     int status = -1; // exit status; -1 when a signal ended it
+    int signal = 0;  // the signal that ended it
     std::string output;
 };
 
@@ -24,7 +25,13 @@ inline SelfRunResult RunSelf(const std::string& test, const std::string& words) 
     while (const size_t size = std::fread(block, 1, sizeof block, pPipe))
         result.output.append(block, size);
     const int status = pclose(pPipe);
-    if (WIFEXITED(status))
+    // A shell in between tells of a signal by a status above this one.
+    constexpr int s_SignalStatus = 128;
+    if (WIFSIGNALED(status))
+        result.signal = WTERMSIG(status);
+    else if (WEXITSTATUS(status) > s_SignalStatus)
+        result.signal = WEXITSTATUS(status) - s_SignalStatus;
+    else
         result.status = WEXITSTATUS(status);
     return result;
 }

@@ -1,0 +1,149 @@
+#include "Shared/Cross/Debug/CrashFilter.h"
+#include "Shared/Cross/Debug/CrashReport.h"
+#include "Tests/Shared/Cross/Debug/ReportCapture.h"
+
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+#include <cstdlib>
+#include <mutex>
+#include <stdexcept>
+#include <thread>
+
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+// Each of these ends its process; the tests of the crash filter run them in processes of their own. What crashes is
+// hidden from the sanitizers, which would be quicker than the processor.
+
+namespace {
+
+#define PVX_CRASHES [[gnu::noinline, gnu::no_sanitize("undefined"), gnu::no_sanitize_address]]
+
+PVX_CRASHES void ReadBadly() {
+    volatile int* volatile pNowhere = reinterpret_cast<int*>(0x1238);
+    static_cast<void>(*pNowhere);
+}
+
+PVX_CRASHES void WriteBadly() {
+    volatile int* volatile pNowhere = reinterpret_cast<int*>(0x1238);
+    *pNowhere = 1;
+}
+
+PVX_CRASHES int DivideByZero() {
+    volatile int zero = 0;
+    return 7 / zero;
+}
+
+PVX_CRASHES void CallNowhere() {
+    void (*volatile pNowhere)() = nullptr;
+    pNowhere();
+    asm volatile("");
+}
+
+PVX_CRASHES int RecurseForever(volatile int* pLast) {
+    volatile int here[64] = {};
+    here[0] = *pLast + 1;
+    // Never 0, but who knows.
+    return here[0] == 0 ? 0 : RecurseForever(here) + here[0];
+}
+
+[[gnu::noinline]] void GiveUp() { std::abort(); }
+
+[[gnu::noinline]] void FailAssertion() {
+    dbAssert(std::string("Arm \"L\"").empty());
+    asm volatile("");
+}
+
+[[gnu::noinline]] void ThrowUncaught() { throw std::runtime_error("nobody's"); }
+
+// Environment of the run: where the stand-in for the reporter is.
+void Prepare() {
+    dbSetThrowOnAssert(false);
+    if (const char* pPath = std::getenv("TEST_REPORTER"))
+        dbSetBugReportPath(pPath, std::getenv("TEST_REPORTER_CONFIG"));
+    dbInstallCrashFilter();
+}
+
+void SayFirst(void*) {
+    if (write(STDERR_FILENO, "first callback\n", 15) != 15)
+        _exit(1);
+}
+void SayLast(void*) {
+    if (write(STDERR_FILENO, "last callback\n", 14) != 14)
+        _exit(1);
+}
+void CrashAgain(void*) { ReadBadly(); }
+
+// As on a system that keeps processes from looking into each other.
+void ForbidTracing() {
+    sock_filter program[] = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+                             BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_ptrace, 0, 1),
+                             BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EPERM),
+                             BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)};
+    const sock_fprog filter = {.len = std::size(program), .filter = program};
+    ASSERT_EQ(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
+    ASSERT_EQ(prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter), 0);
+}
+
+} // namespace
+
+class CrashCase : public testing::Test {
+protected:
+    void SetUp() override { Prepare(); }
+};
+
+TEST_F(CrashCase, DISABLED_Read) { ReadBadly(); }
+TEST_F(CrashCase, DISABLED_Write) { WriteBadly(); }
+TEST_F(CrashCase, DISABLED_Divide) { DivideByZero(); }
+TEST_F(CrashCase, DISABLED_Call) { CallNowhere(); }
+TEST_F(CrashCase, DISABLED_Abort) { GiveUp(); }
+TEST_F(CrashCase, DISABLED_Throw) { std::thread(ThrowUncaught).join(); }
+TEST_F(CrashCase, DISABLED_Assert) { FailAssertion(); }
+TEST_F(CrashCase, DISABLED_Fatal) { dbFatalf("no %s left", "memory"); }
+
+TEST_F(CrashCase, DISABLED_Overflow) {
+    volatile int start = 0;
+    RecurseForever(&start);
+}
+
+TEST_F(CrashCase, DISABLED_Untraced) {
+    ForbidTracing();
+    ReadBadly();
+}
+
+TEST_F(CrashCase, DISABLED_Callbacks) {
+    dbAddCrashCallback(SayFirst, nullptr);
+    dbAddCrashCallback(CrashAgain, nullptr);
+    dbAddCrashCallback(CrashAgain, this);
+    dbAddCrashCallback(SayLast, nullptr);
+    dbAddCrashCallback(SayLast, this);
+    dbRemoveCrashCallback(SayLast, this);
+    WriteBadly();
+}
+
+TEST_F(CrashCase, DISABLED_Thread) {
+    std::mutex mutex;
+    std::condition_variable never;
+    std::thread waiting([&] {
+        std::unique_lock lock(mutex);
+        never.wait(lock);
+    });
+    std::thread crashing(ReadBadly);
+    crashing.join();
+    waiting.join();
+}
+
+TEST_F(CrashCase, DISABLED_Extras) {
+    dbSetReportStrings("1.0", "english");
+    dbAddReportText("one \"quoted\" text");
+    dbAddReportText("two");
+    dbAddReportFile("/tmp/kept file.log", false);
+    dbAddReportFile("/tmp/gone.log", false);
+    dbAddReportFile("/tmp/sent.log", true);
+    dbRemoveReportFile("/tmp/gone.log");
+    ReadBadly();
+}
