@@ -7,19 +7,20 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdio>
 #include <cstdlib>
 
 namespace {
 
-using std::chrono::seconds;
+using Milliseconds = std::chrono::milliseconds;
 
 constexpr const char* s_ProgramVariable = "PVX_P4";
 constexpr const char* s_LimitVariable = "PVX_P4_LIMIT";
 // One large file over a slow line passes without a word.
-constexpr seconds s_Limit{300};
-constexpr seconds s_LongestLimit{7 * 24 * 3600};
+constexpr double s_Limit = 300;
+constexpr double s_LongestLimit = 7 * 24 * 3600;
 // Who and where we are is told at once, or not at all.
-constexpr seconds s_InitLimit{60};
+constexpr Milliseconds s_InitLimit{60000};
 // Many files may take their time, as long as they keep coming.
 constexpr int s_TotalFactor = 12;
 
@@ -28,20 +29,21 @@ std::string GetProgram() {
     return pName && *pName ? pName : "p4";
 }
 
-seconds GetLimit() {
+double ReadLimit() {
     const char* pText = std::getenv(s_LimitVariable);
     if (!pText || !*pText)
         return s_Limit;
     const std::string_view text = pText;
-    int64_t value = 0;
+    double value = 0;
     const auto [pEnd, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || pEnd != text.data() + text.size() || value <= 0) {
-        dbWarningf("REVCONTROL -- %s is '%s', and has to be a number of seconds; %d are taken", s_LimitVariable, pText,
-                   static_cast<int>(s_Limit.count()));
-        return s_Limit;
-    }
-    return std::min(seconds{value}, s_LongestLimit);
+    if (error == std::errc() && pEnd == text.data() + text.size() && value > 0)
+        return std::min(value, s_LongestLimit);
+    dbWarningf("REVCONTROL -- %s is '%s', and has to be a number of seconds; %g are taken", s_LimitVariable, pText,
+               s_Limit);
+    return s_Limit;
 }
+
+Milliseconds GetLimit() { return Milliseconds(std::max<int64_t>(1, static_cast<int64_t>(ReadLimit() * 1000))); }
 
 // A name that is no path of ours, as a place in the depot is none, stays.
 std::string Translate(const ClientArgument& argument) {
@@ -76,12 +78,14 @@ private:
     }
 };
 
-std::string TellLimit(seconds limit) {
-    return "within " + std::to_string(limit.count()) + " seconds (" + s_LimitVariable + "); it was ended";
+std::string TellLimit(Milliseconds limit) {
+    char seconds[32];
+    std::snprintf(seconds, sizeof seconds, "%g", static_cast<double>(limit.count()) / 1000);
+    return "within " + std::string(seconds) + " seconds (" + s_LimitVariable + "); it was ended";
 }
 
 // Why a command that was started isn't done; empty when it is.
-std::string Judge(ChildProcess::Outcome outcome, ChildProcess& process, const P4Answers& answers, seconds limit) {
+std::string Judge(ChildProcess::Outcome outcome, ChildProcess& process, const P4Answers& answers, Milliseconds limit) {
     switch (outcome) {
     case ChildProcess::Outcome::Silent:
         return "no answer " + TellLimit(limit);
@@ -124,7 +128,7 @@ void P4Program::SetArgv(std::span<const ClientArgument> arguments) {
 
 void P4Program::Run(const char* pCommand, ClientUser& user) { Execute(pCommand, user, GetLimit()); }
 
-void P4Program::Execute(const std::string& command, ClientUser& user, seconds limit) {
+void P4Program::Execute(const std::string& command, ClientUser& user, Milliseconds limit) {
     std::vector<std::string> words = {"-s"};
     if (!m_Port.empty())
         words.insert(words.end(), {"-p", m_Port});
@@ -150,7 +154,7 @@ void P4Program::Execute(const std::string& command, ClientUser& user, seconds li
 
 // Why it failed; empty if it didn't.
 std::string P4Program::Execute(const std::vector<std::string>& words, const std::string& input, P4Answers& answers,
-                               seconds limit) const {
+                               Milliseconds limit) const {
     using Stream = ChildProcess::Stream;
     ChildProcess process;
     if (!process.Start({.program = GetProgram(),

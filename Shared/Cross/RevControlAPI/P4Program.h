@@ -26,9 +26,9 @@ public:
     const std::string& GetUser() const override { return m_User; }
 
 private:
-    void Execute(const std::string& command, ClientUser& user, std::chrono::seconds limit);
+    void Execute(const std::string& command, ClientUser& user, std::chrono::milliseconds limit);
     std::string Execute(const std::vector<std::string>& words, const std::string& input, P4Answers& answers,
-                        std::chrono::seconds limit) const;
+                        std::chrono::milliseconds limit) const;
 
     std::string m_Port;
     std::string m_Client;
