@@ -15,14 +15,15 @@ public:
     // things that are good for as long as the process runs, and may have handed them out. The path is in the machine's
     // own form, and has a slash in it: nothing is searched for. False when it can't be loaded; GetError says why.
     bool Load(const std::string& nativePath);
-    // A library of the system, by the name alone; the system knows where it keeps those. False as above.
+    // A library of the system, by the name alone; the system knows where it keeps those. It stays
+    // as well, since not every library cleans up behind itself. False as above.
     bool LoadByName(const std::string& name);
     // The address of a symbol with plain C linkage; null when there is none.
     void* Find(const char* pSymbol) const;
     const std::string& GetError() const { return m_Error; }
 
 private:
-    bool Open(const std::string& name, int flags);
+    bool Open(const std::string& name);
 
     void* m_pHandle = nullptr;
     std::string m_Error;

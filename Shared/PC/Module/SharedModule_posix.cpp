@@ -7,12 +7,12 @@ SharedModule::~SharedModule() {
         dlclose(m_pHandle);
 }
 
-bool SharedModule::Load(const std::string& nativePath) { return Open(nativePath, RTLD_NODELETE); }
+bool SharedModule::Load(const std::string& nativePath) { return Open(nativePath); }
 
-bool SharedModule::LoadByName(const std::string& name) { return Open(name, 0); }
+bool SharedModule::LoadByName(const std::string& name) { return Open(name); }
 
-bool SharedModule::Open(const std::string& name, int flags) {
-    m_pHandle = dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL | flags);
+bool SharedModule::Open(const std::string& name) {
+    m_pHandle = dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (!m_pHandle)
         m_Error = dlerror();
     return m_pHandle != nullptr;
