@@ -19,6 +19,7 @@ public:
         std::string name;
         std::string frame;
         uint32_t refCount = 0;
+        std::string details = {}; // what its kind has to say, with commas between
     };
 
     void Add(ResourceItem item) { m_Items.push_back(std::move(item)); }

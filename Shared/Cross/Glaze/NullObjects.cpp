@@ -44,14 +44,20 @@ bool NullTexture::Create(uint32_t width, uint32_t height, uint32_t format, uint3
 }
 
 bool NullTexture::SetLevel(uint32_t level, std::span<const std::byte> data) {
+    auto pCopy = std::make_shared<std::vector<std::byte>>(data.begin(), data.end());
+    const std::span<const std::byte> copy = *pCopy;
+    return ShareLevel(level, copy, std::move(pCopy));
+}
+
+bool NullTexture::ShareLevel(uint32_t level, std::span<const std::byte> data, std::shared_ptr<const void> pOwner) {
     if (level >= m_Levels.size())
         return false;
-    m_Levels[level].assign(data.begin(), data.end());
+    m_Levels[level] = {data, std::move(pOwner)};
     return true;
 }
 
 std::span<const std::byte> NullTexture::GetLevel(uint32_t level) const {
-    return level < m_Levels.size() ? std::span<const std::byte>(m_Levels[level]) : std::span<const std::byte>();
+    return level < m_Levels.size() ? m_Levels[level].data : std::span<const std::byte>();
 }
 
 } // namespace gz

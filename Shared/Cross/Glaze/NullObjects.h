@@ -60,13 +60,18 @@ public:
     uint32_t GetFormat() const override { return m_Format; }
     uint32_t GetLevelCount() const override { return static_cast<uint32_t>(m_Levels.size()); }
     bool SetLevel(uint32_t level, std::span<const std::byte> data) override;
+    bool ShareLevel(uint32_t level, std::span<const std::byte> data, std::shared_ptr<const void> pOwner) override;
     std::span<const std::byte> GetLevel(uint32_t level) const override;
 
 private:
     uint32_t m_Width = 0;
     uint32_t m_Height = 0;
     uint32_t m_Format = 0;
-    std::vector<std::vector<std::byte>> m_Levels;
+    struct Level {
+        std::span<const std::byte> data;
+        std::shared_ptr<const void> pOwner;
+    };
+    std::vector<Level> m_Levels;
 };
 
 class NullShaderCompiler : public ShaderCompiler {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 
 #include "Shared/Cross/Glaze/Object.h"
@@ -21,7 +22,9 @@ public:
     virtual uint32_t GetLevelCount() const = 0;
     // Keeps a copy of the level's data, in the format's layout. False for a level that the texture hasn't.
     virtual bool SetLevel(uint32_t level, std::span<const std::byte> data) = 0;
-    // Empty for a level without data. Good until that level's next SetLevel.
+    // The same without a copy: the owner keeps the data, and is held for as long as the level has it.
+    virtual bool ShareLevel(uint32_t level, std::span<const std::byte> data, std::shared_ptr<const void> pOwner) = 0;
+    // Empty for a level without data. Good until that level's next data.
     virtual std::span<const std::byte> GetLevel(uint32_t level) const = 0;
 };
 

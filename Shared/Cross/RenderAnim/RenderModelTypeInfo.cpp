@@ -8,36 +8,24 @@ namespace {
 
 constexpr char s_MissingModel[] = "art/ebps/missingmodel";
 
-struct LoadSwitch {
-    bool generic = false;
-    RenderModelTypeInfo::Loader pGenericLoader = nullptr;
-    RenderModelTypeInfo::Loader pFinalLoader = nullptr;
-};
-constinit LoadSwitch s_loadSwitch;
+constinit ra::ResourceLoaders<RenderModel> s_loaders;
 
 } // namespace
 
 std::unique_ptr<Inv::NamedResource> RenderModelTypeInfo::CreateDefault(const char*) { return Load(s_MissingModel); }
 
-std::unique_ptr<Inv::NamedResource> RenderModelTypeInfo::Load(const char* pName) {
-    const Loader pLoader = s_loadSwitch.generic ? s_loadSwitch.pGenericLoader : s_loadSwitch.pFinalLoader;
-    return pLoader ? pLoader(pName) : nullptr;
-}
+std::unique_ptr<Inv::NamedResource> RenderModelTypeInfo::Load(const char* pName) { return s_loaders.Load(pName); }
 
 void RenderModelTypeInfo::Report(Inv::DebugToolDumpInfo& sink, const Inv::Resource&, const char* pName,
                                  const char* pFrameName, uint32_t refCount) const {
     sink.Add({.typeName = GetTypeName(), .name = pName, .frame = pFrameName, .refCount = refCount});
 }
 
-void RenderModelTypeInfo::SetGenericLoader(Loader pLoader) { s_loadSwitch.pGenericLoader = pLoader; }
+void RenderModelTypeInfo::SetGenericLoader(Loader pLoader) { s_loaders.pGeneric = pLoader; }
 
-void RenderModelTypeInfo::SetFinalLoader(Loader pLoader) { s_loadSwitch.pFinalLoader = pLoader; }
+void RenderModelTypeInfo::SetFinalLoader(Loader pLoader) { s_loaders.pFinal = pLoader; }
 
 namespace ra {
-
-void SetGenericLoad(bool on) { s_loadSwitch.generic = on; }
-
-bool IsGenericLoad() { return s_loadSwitch.generic; }
 
 RenderModelRef XRefLoad(const char* xrefFilename) {
     dbAssert(xrefFilename);

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "Shared/Cross/Assist/Inventory.h"
+#include "Shared/Cross/RenderAnim/LoadSwitch.h"
 #include "Shared/Cross/RenderAnim/ResourceRefs.h"
 
 class RenderModel;
@@ -26,11 +27,6 @@ public:
 };
 
 namespace ra {
-
-// The tools load switch: on, models, shaders and textures are loaded in their generic form, otherwise in the final one.
-// Process-wide; off when a process starts.
-void SetGenericLoad(bool on);
-bool IsGenericLoad();
 
 // Another model as a resource, looked for from the root, whatever frame is current. Empty when there is none.
 RenderModelRef XRefLoad(const char* xrefFilename);

@@ -4,12 +4,15 @@
 
 #include "Shared/Cross/Assist/DebugToolDumpInfo.h"
 #include "Shared/Cross/FileSystem/Paths/FilePathUtil.h"
+#include "Shared/Cross/RenderAnim/LoadSwitch.h"
 #include "Shared/Cross/RenderAnim/Shader.h"
 #include "Shared/Cross/Util/Hash.h"
 
 namespace {
 
 constexpr char s_MissingShader[] = "art/shaders/missingshader";
+
+constinit ra::ResourceLoaders<Shader> s_loaders;
 
 } // namespace
 
@@ -23,19 +26,22 @@ void ShaderTypeInfo::TranslateName(std::string& outName, const char* pName) cons
 }
 
 std::unique_ptr<Inv::NamedResource> ShaderTypeInfo::CreateDefault(const char*) {
+    if (std::unique_ptr<Inv::NamedResource> pMissing = Load(s_MissingShader))
+        return pMissing;
     std::unique_ptr<Shader> pShader = Shader::Create();
     pShader->SetChannelColour(CN_Diffuse, s_MissingTextureColour);
     return pShader;
 }
 
-std::unique_ptr<Inv::NamedResource> ShaderTypeInfo::Load(const char*) {
-    // Shader files of their own come with the merge; until then a shader lies in its model alone.
-    return nullptr;
-}
+std::unique_ptr<Inv::NamedResource> ShaderTypeInfo::Load(const char* pName) { return s_loaders.Load(pName); }
 
 void ShaderTypeInfo::Report(Inv::DebugToolDumpInfo& sink, const Inv::Resource&, const char* pName,
                             const char* pFrameName, uint32_t refCount) const {
     sink.Add({.typeName = GetTypeName(), .name = pName, .frame = pFrameName, .refCount = refCount});
+}
+
+void ShaderTypeInfo::SetLoaders(Loader pGeneric, Loader pFinal) {
+    s_loaders = {.pGeneric = pGeneric, .pFinal = pFinal};
 }
 
 ShaderRef GetDefaultShader() {

@@ -1,5 +1,7 @@
 #include "Shared/Cross/RenderAnim/Chunks/ShaderChunk.h"
 
+#include <algorithm>
+
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/Chunks/PayloadReader.h"
 #include "Shared/Cross/RenderAnim/Shader.h"
@@ -45,6 +47,9 @@ constexpr uint32_t s_OldestChannelVersion = 2;
 constexpr std::array<const char*, ChannelCount> s_ChannelNames = {"Diffuse",           "Specular", "Reflection",
                                                                   "Self Illumination", "Opacity",  "Specular"};
 
+// As they are known in the log of the final level.
+constexpr std::array<const char*, 5> s_ModeNames = {"Texture", "Add", "Blend", "Blend", "Invalid"};
+
 void WriteChannel(PayloadWriter& writer, const Shader& shader, uint32_t n) {
     const TextureRef& texture = shader.GetChannelTexture(n);
     writer.Write(n);
@@ -75,11 +80,25 @@ void ReadChannel(PayloadReader& reader, uint32_t version, ShaderRecord& record) 
     channel.bakedMatrix = reader.ReadMat4("baked matrix");
 }
 
-void BuildTexture(Shader& shader, uint32_t n, const std::string& textureName) {
+void LogOddTexture(const Shader& shader, uint32_t n, ShaderForm form) {
+    if (form == ShaderForm::Final)
+        dbWarningf("TEXTURES -- '%s': has texture on '%s' channel!", shader.GetName(), s_ChannelNames[n]);
+    else
+        dbWarningf("SHADER -- '%s': has texture on '%s' channel!", shader.GetName(), s_ChannelNames[n]);
+}
+
+void LogOpacityMode(const Shader& shader) {
+    const auto mode = static_cast<uint32_t>(shader.GetChannelMode(CN_Opacity));
+    if (mode != ChannelMode_Colour)
+        dbWarningf("TEXTURES -- '%s': opacity channel has mode '%s'.", shader.GetName(),
+                   s_ModeNames[std::min<size_t>(mode, s_ModeNames.size() - 1)]);
+}
+
+void BuildTexture(Shader& shader, uint32_t n, const std::string& textureName, ShaderForm form) {
     if (textureName.empty())
         return;
     if (n > 0)
-        dbWarningf("SHADER -- '%s': has texture on '%s' channel!", shader.GetName(), s_ChannelNames[n]);
+        LogOddTexture(shader, n, form);
     TextureRef texture;
     if (texture.Find(textureName.c_str())) {
         shader.SetChannelTexture(n, texture);
@@ -141,7 +160,7 @@ std::string ReadSharedShaderName(Chunky& chunky) {
     return name;
 }
 
-ShaderRef BuildShader(const ShaderRecord& record) {
+std::unique_ptr<Shader> MakeShader(const ShaderRecord& record, ShaderForm form) {
     std::unique_ptr<Shader> pShader = Shader::Create();
     pShader->SetName(record.name.c_str());
     pShader->SetBlendMode(record.blendSource, record.blendDestination);
@@ -157,11 +176,27 @@ ShaderRef BuildShader(const ShaderRecord& record) {
         pShader->SetChannelTexGen(n, channel.texGen);
         pShader->SetChannelMatrix(n, channel.matrix);
         pShader->SetChannelBakedMatrix(n, channel.bakedMatrix);
-        BuildTexture(*pShader, n, channel.texture);
+        BuildTexture(*pShader, n, channel.texture, form);
     }
+    if (form == ShaderForm::Final)
+        LogOpacityMode(*pShader);
+    return pShader;
+}
+
+ShaderRef BuildShader(const ShaderRecord& record, ShaderForm form) {
     ShaderRef shader;
-    shader.Set(std::move(pShader));
+    shader.Set(MakeShader(record, form));
     return shader;
+}
+
+ShaderRef GetSharedShader(const std::string& name) {
+    const Inv::RootFrameScope root;
+    ShaderRef shaderRef;
+    shaderRef.Get(name.c_str());
+    dbAssert(shaderRef.IsValid());
+    if (shaderRef.IsValid())
+        shaderRef->SetShared(true);
+    return shaderRef;
 }
 
 } // namespace ra

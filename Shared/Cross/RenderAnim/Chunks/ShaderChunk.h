@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <memory>
 #include <string>
 
 #include <glm/mat4x4.hpp>
@@ -38,6 +39,9 @@ struct ShaderRecord {
     std::array<ChannelRecord, ChannelCount> channels;
 };
 
+// The levels of data that shaders are read at. They lie in files alike; what is logged differs.
+enum class ShaderForm { Generic, Final };
+
 // A shared shader is only named.
 void WriteShader(Chunky& chunky, PayloadWriter& writer, const Shader& shader);
 // The next chunk is a "SHDR".
@@ -45,7 +49,11 @@ ShaderRecord ReadShaderRecord(Chunky& chunky);
 // The next chunk is a "SSHR". Gives the shader's name.
 std::string ReadSharedShaderName(Chunky& chunky);
 
-// Enters a new shader in the inventory. A texture that isn't there is logged and becomes a colour that shows it.
-ShaderRef BuildShader(const ShaderRecord& record);
+// The textures are those of the inventory. One that isn't there is logged and becomes a colour that shows it.
+std::unique_ptr<Shader> MakeShader(const ShaderRecord& record, ShaderForm form = ShaderForm::Generic);
+// Enters such a shader in the inventory.
+ShaderRef BuildShader(const ShaderRecord& record, ShaderForm form = ShaderForm::Generic);
+// A shader that lies in a file of its own, by its name and from the root; now known to be shared. Loaded at need.
+ShaderRef GetSharedShader(const std::string& name);
 
 } // namespace ra

@@ -31,13 +31,6 @@ constexpr uint32_t s_AttributeVersion = 2;
 constexpr uint32_t s_DataVersion = 2;
 constexpr uint32_t s_PaletteVersion = 1;
 
-struct Attributes {
-    ImageType type = IMAGETYPE_RGBA32;
-    uint32_t width = 0;
-    uint32_t height = 0;
-    uint32_t mipCount = 1;
-};
-
 [[noreturn]] void Fail(const std::string& reason) { throw Chunky::Exception(ChunkyError_BadChunk, "Image: " + reason); }
 
 uint32_t ReadField(Chunky& chunky, const char* pField) {
@@ -47,7 +40,7 @@ uint32_t ReadField(Chunky& chunky, const char* pField) {
     return value;
 }
 
-void CheckAttributes(uint32_t type, const Attributes& attributes) {
+void CheckAttributes(uint32_t type, const ImageAttributes& attributes) {
     const std::string sides = std::to_string(attributes.width) + "x" + std::to_string(attributes.height);
     if (!Image::IsTypeKnown(type))
         Fail("there is no image type " + std::to_string(type));
@@ -64,9 +57,9 @@ void CheckAttributes(uint32_t type, const Attributes& attributes) {
              std::to_string(most));
 }
 
-Attributes ReadAttributes(Chunky& chunky) {
+ImageAttributes ReadAttributes(Chunky& chunky) {
     const ChunkInfo info = chunky.EnterData(s_AttributeChunk, s_AttributeVersion);
-    Attributes attributes;
+    ImageAttributes attributes;
     const uint32_t type = ReadField(chunky, "type");
     attributes.width = ReadField(chunky, "width");
     attributes.height = ReadField(chunky, "height");
@@ -84,13 +77,18 @@ void ReadBytes(Chunky& chunky, void* pOut, size_t size) {
         Fail("the file ends within the pixels");
 }
 
-std::unique_ptr<Image> ReadLevels(Chunky& chunky, const Attributes& attributes, uint32_t levelsToSkip) {
-    chunky.EnterData(s_DataChunk, s_DataVersion);
+void CheckDataSize(Chunky& chunky, const ImageAttributes& attributes) {
     const auto& [type, width, height, mipCount] = attributes;
     const uint64_t needed = Image::GetSizeFor(type, width, height, mipCount);
     const uint32_t there = chunky.GetRemaining();
     if (there < needed)
         Fail(std::to_string(there) + " bytes of pixels where " + std::to_string(needed) + " are needed");
+}
+
+std::unique_ptr<Image> ReadLevels(Chunky& chunky, const ImageAttributes& attributes, uint32_t levelsToSkip) {
+    chunky.EnterData(s_DataChunk, s_DataVersion);
+    CheckDataSize(chunky, attributes);
+    const auto& [type, width, height, mipCount] = attributes;
     const uint32_t skip = ClampLevelSkip(type, width, height, mipCount, levelsToSkip);
     const auto skipSize = static_cast<uint32_t>(Image::GetSizeFor(type, width, height, skip));
     if (skipSize > 0 && !chunky.GetStream().Seek(chunky.GetStream().GetPos() + skipSize))
@@ -143,7 +141,7 @@ std::unique_ptr<Image> ReadImage(Chunky& chunky, uint32_t levelsToSkip) {
     if (RunOptions::IsSet("noimages")) {
         pImage = ImageLoad::MakePlaceholder();
     } else {
-        const Attributes attributes = ReadAttributes(chunky);
+        const ImageAttributes attributes = ReadAttributes(chunky);
         pImage = ReadLevels(chunky, attributes, levelsToSkip);
         Image_Palette* pPaletted = ImageCast<Image_Palette>(pImage.get());
         if (pPaletted && chunky.FindChunk(ChunkKind_Data, s_PaletteChunk))
@@ -153,4 +151,14 @@ std::unique_ptr<Image> ReadImage(Chunky& chunky, uint32_t levelsToSkip) {
     if (*info.name.GetText())
         pImage->SetName(info.name.GetText());
     return pImage;
+}
+
+ImageAttributes ReadImageAttributes(Chunky& chunky) {
+    chunky.EnterFolder(s_ImageChunk, s_ImageVersion);
+    const ImageAttributes attributes = ReadAttributes(chunky);
+    chunky.EnterData(s_DataChunk, s_DataVersion);
+    CheckDataSize(chunky, attributes);
+    chunky.EndChunk();
+    chunky.EndChunk();
+    return attributes;
 }

@@ -18,3 +18,14 @@ void WriteImage(Chunky& chunky, const Image& image);
 // image keeps 4 pixels a side. With the word "noimages" the chunk is skipped and the image is one grey pixel.
 // Throws Chunky::Exception for anything that can't be such an image, before memory is taken for it.
 std::unique_ptr<Image> ReadImage(Chunky& chunky, uint32_t levelsToSkip = 0);
+
+// What an image in a model file is, without its pixels.
+struct ImageAttributes {
+    ImageType type = IMAGETYPE_RGBA32;
+    uint32_t width = 0;
+    uint32_t height = 0;
+    uint32_t mipCount = 1;
+};
+
+// Of the next "IMAG", which is stepped over. Throws as ReadImage does.
+ImageAttributes ReadImageAttributes(Chunky& chunky);

@@ -9,6 +9,8 @@
 #include "Shared/Cross/RenderAnim/Chunks/MarkerChunk.h"
 #include "Shared/Cross/RenderAnim/Chunks/MeshGroupChunk.h"
 #include "Shared/Cross/RenderAnim/Chunks/ShaderChunk.h"
+#include "Shared/Cross/RenderAnim/Chunks/TextureChunk.h"
+#include "Shared/Cross/RenderAnim/Intermediate/AppendAnims.h"
 #include "Shared/Cross/RenderAnim/Intermediate/IntermediateFile.h"
 #include "Shared/Cross/RenderAnim/Intermediate/IntermediateLayout.h"
 #include "Shared/Cross/RenderAnim/Intermediate/SkeletonChunk.h"
@@ -16,21 +18,11 @@
 #include "Shared/Cross/RenderAnim/RenderModel.h"
 #include "Shared/Cross/RenderAnim/Shader.h"
 #include "Shared/Cross/RenderAnim/Skeleton.h"
+#include "Shared/Cross/RenderAnim/Texture.h"
 
 namespace ra {
 
 namespace {
-
-ShaderRef LoadSharedShader(Chunky& chunky) {
-    const std::string name = ReadSharedShaderName(chunky);
-    const Inv::RootFrameScope root;
-    ShaderRef shaderRef;
-    shaderRef.Get(name.c_str());
-    dbAssert(shaderRef.IsValid());
-    if (shaderRef.IsValid())
-        shaderRef.GetData()->SetShared(true);
-    return shaderRef;
-}
 
 // One pass over the children of the model's chunk, in the order of the file.
 class TreeReader {
@@ -57,7 +49,9 @@ private:
     }
 
     bool ReadFolder(const ChunkInfo& child) {
-        if (child.id == s_ShaderChunk)
+        if (child.id == s_TextureChunk)
+            m_Textures.push_back(AddTexture(TextureLoadGeneric(m_Chunky)));
+        else if (child.id == s_ShaderChunk)
             m_Shaders.push_back(BuildShader(ReadShaderRecord(m_Chunky)));
         else if (child.id == s_MeshGroupChunk)
             ReadMeshes();
@@ -68,7 +62,7 @@ private:
 
     bool ReadData(uint32_t id) {
         if (id == s_SharedShaderChunk)
-            m_Shaders.push_back(LoadSharedShader(m_Chunky));
+            m_Shaders.push_back(GetSharedShader(ReadSharedShaderName(m_Chunky)));
         else if (id == intermediate::s_SkeletonChunk)
             m_Model.SetSkeleton(intermediate::BuildSkeleton(intermediate::ReadBoneRecords(m_Chunky)));
         else if (id == s_MarkerChunk)
@@ -86,8 +80,10 @@ private:
     }
 
     bool ReadAnim(const ChunkInfo& child) {
-        if (m_Model.GetSkeleton())
+        if (m_Model.GetSkeleton()) {
+            intermediate::AppendAnim(m_Chunky, m_Model);
             return true;
+        }
         dbWarningf("%s: Animation '%s' - in a model without a valid skeleton!", m_Model.GetName(),
                    child.name.GetText());
         return false;
@@ -95,7 +91,8 @@ private:
 
     Chunky& m_Chunky;
     RenderModel& m_Model;
-    std::vector<ShaderRef> m_Shaders; // read so far; the mesh group takes them over
+    std::vector<TextureRef> m_Textures; // held until the shaders that want them have come
+    std::vector<ShaderRef> m_Shaders;   // read so far; the mesh group takes them over
 };
 
 } // namespace

@@ -3,10 +3,14 @@
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/FileSystem/Chunky.h"
 #include "Shared/Cross/FileSystem/Paths/FilePath.h"
+#include "Shared/Cross/RenderAnim/AnimInterm.h"
+#include "Shared/Cross/RenderAnim/AnimList.h"
 #include "Shared/Cross/RenderAnim/Chunks/MarkerChunk.h"
 #include "Shared/Cross/RenderAnim/Chunks/MeshGroupChunk.h"
 #include "Shared/Cross/RenderAnim/Chunks/PayloadWriter.h"
 #include "Shared/Cross/RenderAnim/Chunks/ShaderChunk.h"
+#include "Shared/Cross/RenderAnim/Chunks/TextureChunk.h"
+#include "Shared/Cross/RenderAnim/Intermediate/AnimChunk.h"
 #include "Shared/Cross/RenderAnim/Intermediate/IntermediateFile.h"
 #include "Shared/Cross/RenderAnim/Intermediate/IntermediateLayout.h"
 #include "Shared/Cross/RenderAnim/Intermediate/SkeletonChunk.h"
@@ -26,8 +30,10 @@ void WriteShaders(Chunky& chunky, PayloadWriter& writer, const MeshGroup& group)
 void WriteMeshes(Chunky& chunky, PayloadWriter& writer, const RenderModel& model, bool withShaders) {
     const MeshGroup* pMeshGroup = model.GetMeshGroup();
     dbAssert(pMeshGroup);
-    if (withShaders && pMeshGroup)
+    if (withShaders && pMeshGroup) {
+        WriteTextures(chunky, writer, *pMeshGroup);
         WriteShaders(chunky, writer, *pMeshGroup);
+    }
     if (const Skeleton* pSkeleton = model.GetSkeleton())
         intermediate::WriteSkeleton(chunky, writer, *pSkeleton);
     if (pMeshGroup)
@@ -38,28 +44,15 @@ void WriteMeshes(Chunky& chunky, PayloadWriter& writer, const RenderModel& model
         WriteCamera(chunky, writer, camera);
 }
 
-// Takes a file that couldn't be finished away again.
-class UnfinishedFile {
-public:
-    explicit UnfinishedFile(const char* pPath)
-        : m_pPath(pPath), m_pStream(FilePath::OpenStream(pPath, ByteStream::Mode_Write)) {}
-    ~UnfinishedFile() {
-        if (!m_pStream)
-            return;
-        const dbNoThrowScope noThrow;
-        m_pStream.reset();
-        FilePath::Delete(m_pPath);
+void WriteAnims(Chunky& chunky, const AnimList& animList) {
+    for (uint32_t i = 0; i < animList.GetCount(); ++i) {
+        // What has been turned into local streams is no longer what this form holds.
+        const auto* pAnim = dynamic_cast<const AnimInterm*>(animList.GetNode(i)->GetAnim().GetData());
+        dbAssert(pAnim);
+        if (pAnim)
+            intermediate::WriteAnim(chunky, *pAnim);
     }
-    UnfinishedFile(const UnfinishedFile&) = delete;
-    UnfinishedFile& operator=(const UnfinishedFile&) = delete;
-
-    ByteStream* GetStream() const { return m_pStream.get(); }
-    void Finish() { m_pStream.reset(); }
-
-private:
-    const char* m_pPath;
-    std::unique_ptr<ByteStream> m_pStream; // null when there is nothing to take away
-};
+}
 
 } // namespace
 
@@ -69,6 +62,8 @@ void WriteIntermediate(ByteStream& stream, const RenderModel& model, const Inter
     chunky.BeginFolder(s_ModelChunk, s_ModelVersion, model.GetName());
     if (parts.meshes)
         WriteMeshes(chunky, writer, model, parts.shaders);
+    if (const AnimList* pAnimList = model.GetAnimList(); pAnimList && parts.animKeys)
+        WriteAnims(chunky, *pAnimList);
     chunky.EndChunk();
     if (!stream.Flush())
         throw std::runtime_error("Unable to write to file!");
@@ -77,12 +72,13 @@ void WriteIntermediate(ByteStream& stream, const RenderModel& model, const Inter
 bool SaveIntermediate(const char* pPath, const RenderModel& model, bool exportMeshes, bool exportAnimKeys,
                       bool exportShaders) {
     try {
-        UnfinishedFile file(pPath);
-        if (!file.GetStream())
+        const std::unique_ptr<FileReplacement> pFile = FilePath::ReplaceFile(pPath);
+        if (!pFile)
             throw Chunky::Exception(ChunkyError_OpenFailed, "Unable to open file!");
-        WriteIntermediate(*file.GetStream(), model,
+        WriteIntermediate(pFile->GetStream(), model,
                           {.meshes = exportMeshes, .animKeys = exportAnimKeys, .shaders = exportShaders});
-        file.Finish();
+        if (!pFile->Finish())
+            throw std::runtime_error("Unable to write to file!");
         return true;
     } catch (const std::exception& exception) {
         dbWarningf("RENDER ANIM -- %s: %s", pPath, exception.what());

@@ -1,0 +1,146 @@
+#include "Shared/Cross/RenderAnim/Files/SharedShaderFile.h"
+
+#include <array>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/FileSystem/Chunky.h"
+#include "Shared/Cross/FileSystem/Paths/FilePath.h"
+#include "Shared/Cross/FileSystem/Paths/FilePathUtil.h"
+#include "Shared/Cross/RenderAnim/Chunks/ShaderChunk.h"
+#include "Shared/Cross/RenderAnim/Chunks/TextureChunk.h"
+#include "Shared/Cross/RenderAnim/Files/SharedShaderLayout.h"
+#include "Shared/Cross/RenderAnim/Final/FinalShaderChunk.h"
+#include "Shared/Cross/RenderAnim/Final/FinalTextureChunk.h"
+#include "Shared/Cross/RenderAnim/Shader.h"
+#include "Shared/Cross/RenderAnim/Texture.h"
+
+namespace ra {
+
+namespace {
+
+constexpr char s_Extension[] = ".qsh";
+
+std::vector<const Texture*> TexturesOf(const Shader& shader) {
+    return CollectTextures(std::array<const Shader*, 1>{&shader});
+}
+
+void FinishFile(Chunky& chunky, ByteStream& stream) {
+    chunky.EndChunk();
+    if (!stream.Flush())
+        throw std::runtime_error("Unable to write to file!");
+}
+
+template <class WriteContent>
+bool SaveFile(const char* pPath, WriteContent&& write) {
+    try {
+        const std::unique_ptr<ByteStream> pStream = FilePath::OpenStream(pPath, ByteStream::Mode_Write);
+        if (!pStream)
+            throw Chunky::Exception(ChunkyError_OpenFailed, "Unable to open file!");
+        return write(*pStream);
+    } catch (const std::exception& exception) {
+        dbWarningf("RENDER ANIM -- %s: %s", pPath, exception.what());
+        return false;
+    }
+}
+
+// Shaders' names may hold points, so that only a file's own extension counts as one.
+std::string MakePath(const char* pName, const char* pAlias) {
+    std::string path = pName;
+    if (FilePathUtil::HasAlias(pName))
+        FilePathUtil::SetExtension(path, s_Extension);
+    else
+        path = std::string(pAlias) + ":" + pName + (FilePathUtil::HasExtension(pName, "qsh") ? "" : s_Extension);
+    return path;
+}
+
+using ReadStream = std::unique_ptr<Shader> (*)(ByteStream& stream);
+
+std::unique_ptr<Shader> LoadFile(const char* pName, const char* pAlias, ReadStream pRead) {
+    dbPrintf("SHADER USAGE -- Loading shared shader '%s'...", pName);
+    const std::unique_ptr<ByteStream> pStream =
+        FilePath::OpenStream(MakePath(pName, pAlias).c_str(), ByteStream::Mode_Read);
+    return pStream ? pRead(*pStream) : nullptr;
+}
+
+std::unique_ptr<Shader> LoadGenericShader(Chunky& chunky) { return MakeShader(ReadShaderRecord(chunky)); }
+
+std::unique_ptr<Texture> LoadGenericTexture(Chunky& chunky) { return TextureLoadGeneric(chunky); }
+
+std::unique_ptr<Texture> LoadFinalTexture(Chunky& chunky) { return TextureLoadFinal(chunky); }
+
+// The two forms differ in how textures lie and in what is logged.
+std::unique_ptr<Shader> ReadFile(ByteStream& stream, std::unique_ptr<Texture> (*pReadTexture)(Chunky& chunky),
+                                 std::unique_ptr<Shader> (*pReadShader)(Chunky& chunky)) {
+    Chunky chunky{ByteStreamAdapter(&stream)};
+    chunky.EnterFolder(s_SharedShaderFileChunk, s_SharedShaderFileVersion);
+    std::vector<TextureRef> textures; // held until the shader has them
+    std::unique_ptr<Shader> pShader;
+    for (ChunkInfo child; chunky.NextChunk(child);) {
+        if (child.kind != ChunkKind_Folder)
+            continue;
+        if (child.id == s_TextureChunk)
+            textures.push_back(AddTexture(pReadTexture(chunky)));
+        else if (child.id == s_ShaderChunk && !pShader)
+            pShader = pReadShader(chunky);
+    }
+    chunky.EndChunk();
+    if (!pShader)
+        throw Chunky::Exception(ChunkyError_MissingChunk, "Missing Chunk Type! (shader of a shader file)");
+    return pShader;
+}
+
+} // namespace
+
+void WriteSharedShader(ByteStream& stream, const Shader& shader) {
+    Chunky chunky{ByteStreamAdapter(&stream)};
+    PayloadWriter writer;
+    chunky.BeginFolder(s_SharedShaderFileChunk, s_SharedShaderFileVersion, shader.GetName());
+    for (const Texture* pTexture : TexturesOf(shader))
+        WriteTexture(chunky, writer, *pTexture);
+    WriteShader(chunky, writer, shader);
+    FinishFile(chunky, stream);
+}
+
+bool WriteSharedShaderFinal(ByteStream& stream, const Shader& shader, uint32_t useDXTC) {
+    Chunky chunky{ByteStreamAdapter(&stream)};
+    PayloadWriter writer;
+    bool complete = true;
+    chunky.BeginFolder(s_SharedShaderFileChunk, s_SharedShaderFileVersion, shader.GetName());
+    for (const Texture* pTexture : TexturesOf(shader))
+        complete &= WriteFinalTexture(chunky, writer, *pTexture, useDXTC);
+    WriteFinalShader(chunky, writer, shader);
+    FinishFile(chunky, stream);
+    return complete;
+}
+
+bool SaveSharedShader(const char* pPath, const Shader& shader) {
+    return SaveFile(pPath, [&](ByteStream& stream) {
+        WriteSharedShader(stream, shader);
+        return true;
+    });
+}
+
+bool SaveSharedShaderFinal(const char* pPath, const Shader& shader, uint32_t useDXTC) {
+    return SaveFile(pPath, [&](ByteStream& stream) { return WriteSharedShaderFinal(stream, shader, useDXTC); });
+}
+
+std::unique_ptr<Shader> ReadSharedShaderGeneric(ByteStream& stream) {
+    return ReadFile(stream, LoadGenericTexture, LoadGenericShader);
+}
+
+std::unique_ptr<Shader> ReadSharedShaderFinal(ByteStream& stream) {
+    return ReadFile(stream, LoadFinalTexture, ShaderLoadFinal);
+}
+
+std::unique_ptr<Shader> LoadSharedShaderGeneric(const char* pName) {
+    return LoadFile(pName, "GENERIC", ReadSharedShaderGeneric);
+}
+
+std::unique_ptr<Shader> LoadSharedShaderFinal(const char* pName) {
+    return LoadFile(pName, "DATA", ReadSharedShaderFinal);
+}
+
+} // namespace ra

@@ -1,0 +1,86 @@
+#include "Shared/Cross/RenderAnim/Files/TextureFile.h"
+
+#include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/FileSystem/Chunky.h"
+#include "Shared/Cross/FileSystem/Paths/FilePath.h"
+#include "Shared/Cross/FileSystem/Paths/FilePathUtil.h"
+#include "Shared/Cross/RenderAnim/Chunks/TextureChunk.h"
+#include "Shared/Cross/RenderAnim/Final/FinalTextureChunk.h"
+#include "Shared/Cross/RenderAnim/Image/ImageConvert.h"
+#include "Shared/Cross/RenderAnim/Image/ImageLoad.h"
+#include "Shared/Cross/RenderAnim/Texture.h"
+
+namespace ra {
+
+namespace {
+
+constexpr char s_TextureExtension[] = "rtx";
+
+bool IsTextureFile(const char* pPath) { return FilePathUtil::HasExtension(pPath, s_TextureExtension); }
+
+std::unique_ptr<ByteStream> OpenTextureFile(const char* pPath, ByteStream::Mode mode) {
+    std::unique_ptr<ByteStream> pStream = FilePath::OpenStream(pPath, mode);
+    if (!pStream)
+        dbWarningf("TEXTURES -- '%s': Unable to open file!", pPath);
+    return pStream;
+}
+
+std::unique_ptr<Texture> LoadPicture(const char* pPath, const TextureOptions& options) {
+    uint32_t flags = 0;
+    std::unique_ptr<Image> pImage = ImageLoad::Load(flags, pPath);
+    return pImage ? Image2Texture(std::move(pImage), options) : nullptr;
+}
+
+bool SaveTextureFile(const char* pPath, const Texture& texture) {
+    const std::unique_ptr<ByteStream> pStream = OpenTextureFile(pPath, ByteStream::Mode_Write);
+    if (!pStream)
+        return false;
+    Chunky chunky{ByteStreamAdapter(pStream.get())};
+    PayloadWriter writer;
+    WriteTexture(chunky, writer, texture);
+    if (pStream->Flush())
+        return true;
+    dbWarningf("TEXTURES -- '%s': Unable to write to file!", pPath);
+    return false;
+}
+
+std::unique_ptr<Image> MakePicture(const Texture& texture, uint32_t useDXTC) {
+    std::unique_ptr<Image> pImage = useDXTC == 0 && texture.GetType() >= TextureType_DXT1
+                                        ? Texture2Image(texture)
+                                        : Texture2Image(texture, 0, useDXTC);
+    if (!pImage || pImage->GetType() == IMAGETYPE_RGBA32 || pImage->GetType() == IMAGETYPE_RGB888 ||
+        Image::IsTypeCompressed(pImage->GetType()))
+        return pImage;
+    return Convert(IMAGETYPE_RGBA32, *pImage);
+}
+
+} // namespace
+
+std::unique_ptr<Texture> TextureLoadGeneric(const char* pPath, const TextureOptions& options) {
+    if (!IsTextureFile(pPath))
+        return LoadPicture(pPath, options);
+    const std::unique_ptr<ByteStream> pStream = OpenTextureFile(pPath, ByteStream::Mode_Read);
+    if (!pStream)
+        return nullptr;
+    Chunky chunky{ByteStreamAdapter(pStream.get())};
+    return TextureLoadGeneric(chunky, options);
+}
+
+std::unique_ptr<Texture> TextureLoadFinal(const char* pPath, uint32_t levelsToSkip) {
+    if (!IsTextureFile(pPath))
+        return LoadPicture(pPath, {});
+    const std::unique_ptr<ByteStream> pStream = OpenTextureFile(pPath, ByteStream::Mode_Read);
+    if (!pStream)
+        return nullptr;
+    Chunky chunky{ByteStreamAdapter(pStream.get())};
+    return TextureLoadFinal(chunky, levelsToSkip);
+}
+
+bool SaveTexture(const char* pPath, const Texture& texture, uint32_t useDXTC) {
+    if (IsTextureFile(pPath))
+        return SaveTextureFile(pPath, texture);
+    const std::unique_ptr<Image> pImage = MakePicture(texture, useDXTC);
+    return pImage && ImageLoad::Save(pPath, *pImage);
+}
+
+} // namespace ra
