@@ -85,5 +85,5 @@ extern template class AnimStream<glm::mat4x3>;
 
 // Takes out keys that sampling the others gives to within the tolerance. Passes over every other key from the second
 // on, and again until a pass takes out none: a key that was taken out or stayed is followed by one that isn't tried.
-// The first key stays, and the last one unless it is the second.
+// The first key stays, and the last one unless it is the second. Times rise from key to key.
 void ThinKeys(FloatStream& stream, float tolerance);

@@ -1,0 +1,115 @@
+#include "Shared/Cross/RenderAnim/AnimInterm.h"
+
+#include <gmock/gmock.h>
+
+#include "Shared/Cross/RenderAnim/AnimListGeneric.h"
+#include "Tests/Shared/Cross/RenderAnim/ModelFixture.h"
+
+namespace {
+
+const ra::Name s_Hip("hip");
+const ra::Name s_Knee("knee");
+
+TEST(Anim, ANameThatIsThereGivesItsIndex) {
+    Anim anim;
+    EXPECT_EQ(anim.AddBone(s_Hip), 0);
+    EXPECT_EQ(anim.AddBone(s_Knee), 1);
+    EXPECT_EQ(anim.AddBone(s_Hip), 0);
+    EXPECT_EQ(anim.GetBoneCount(), 2u);
+    EXPECT_EQ(anim.FindBone(s_Knee), 1);
+    EXPECT_EQ(anim.FindBone(ra::Name("tail")), -1);
+    EXPECT_EQ(anim.AddCamera(s_Hip), 0);
+    EXPECT_EQ(anim.AddCamera(s_Knee), 1);
+    EXPECT_EQ(anim.AddCamera(s_Hip), 0);
+    EXPECT_EQ(anim.FindCamera(s_Knee), 1);
+    EXPECT_THROW(anim.GetBone(-1), std::runtime_error);
+    EXPECT_THROW(anim.GetBone(2), std::runtime_error);
+    EXPECT_THROW(anim.GetCamera(2), std::runtime_error);
+    EXPECT_THROW(anim.GetControl(0), std::runtime_error);
+}
+
+TEST(Anim, OfBonesOfOneNameTheFirstIsFound) {
+    Anim anim;
+    anim.SetBoneCount(3);
+    for (int32_t i = 0; i < 3; ++i)
+        anim.SetBoneName(i, i == 2 ? s_Knee : s_Hip);
+    EXPECT_EQ(anim.FindBone(s_Hip), 0);
+    anim.SetBoneName(2, ra::Name("foot"));
+    EXPECT_EQ(anim.FindBone(s_Knee), -1);
+    EXPECT_EQ(anim.FindBone(ra::Name("foot")), 2);
+    anim.SetBoneCount(1);
+    EXPECT_EQ(anim.FindBone(ra::Name("foot")), -1);
+    EXPECT_EQ(anim.FindBone(s_Hip), 0);
+    EXPECT_THROW(anim.SetBoneName(0, ra::Name::INVALID), std::runtime_error);
+}
+
+// The exporter knows what it drives by index first, and by name once the meshes and shaders stand.
+TEST(Anim, ControlsAreToldApartByAllThatTheyDrive) {
+    Anim anim;
+    const ControlRef opacity{.type = ControlTarget_Shader, .m_index = 0, .channel = 4};
+    const ControlRef offset{.type = ControlTarget_Shader, .m_index = 0, .channel = 4, .property = 1};
+    const ControlRef mesh{.type = ControlTarget_Mesh, .m_index = 0};
+    EXPECT_EQ(anim.AddControl(ra::Name::INVALID, opacity), 0);
+    EXPECT_EQ(anim.AddControl(ra::Name::INVALID, offset), 1);
+    EXPECT_EQ(anim.AddControl(ra::Name::INVALID, mesh), 2);
+    EXPECT_EQ(anim.AddControl(ra::Name::INVALID, offset), 1);
+    anim.SetControlIndex(1, 5);
+    anim.SetControlName(1, ra::Name("Glass"));
+    EXPECT_EQ(anim.FindControl(ra::Name::INVALID, offset), -1);
+    ControlRef bound = offset;
+    bound.m_index = 5;
+    EXPECT_EQ(anim.FindControl(ra::Name("Glass"), bound), 1);
+    EXPECT_EQ(anim.GetControl(1).name, ra::Name("Glass"));
+    EXPECT_EQ(anim.GetControl(1).ref, bound);
+    EXPECT_EQ(anim.GetControlCount(), 3u);
+}
+
+TEST(Anim, TheLengthIsFramesByTheirRate) {
+    Anim anim;
+    anim.SetLength(45, 30);
+    EXPECT_EQ(anim.GetFrameCount(), 45);
+    EXPECT_EQ(anim.GetDuration(), 1.5f);
+    EXPECT_THROW(anim.SetFrameCount(0), std::runtime_error);
+    EXPECT_THROW(anim.SetDuration(0), std::runtime_error);
+}
+
+TEST(AnimInterm, LaysMatricesDownBoneByBone) {
+    AnimInterm anim;
+    anim.SetBoneCount(2);
+    const std::span<MatrixKey> hip = anim.MakeMatrixStream(0, 3);
+    const std::span<MatrixKey> knee = anim.MakeMatrixStream(1, 3);
+    hip[2] = {.time = 1, .value = glm::mat4x3(2.0f)};
+    knee[0] = {.time = 0, .value = glm::mat4x3(3.0f)};
+    EXPECT_EQ(anim.GetMatrixStream(0)->GetKeys().data(), hip.data());
+    EXPECT_EQ(anim.GetMatrixStream(0)->GetKey(2).value[0].x, 2);
+    EXPECT_EQ(anim.GetMatrixStream(1)->GetKey(0).value[0].x, 3);
+    anim.SetBoneCount(3);
+    EXPECT_EQ(anim.GetMatrixStream(2), nullptr);
+    EXPECT_THROW(anim.MakeMatrixStream(3, 1), std::runtime_error);
+}
+
+using AnimListTest = ModelFixture;
+
+TEST_F(AnimListTest, FindsItsAnimationsByName) {
+    RenderModel model;
+    AnimListGeneric list(model);
+    for (const char* pName : {"walk", "run"}) {
+        auto pAnim = std::make_unique<AnimInterm>();
+        pAnim->SetName(pName);
+        AnimRef anim;
+        anim.Set(std::move(pAnim));
+        auto pNode = std::make_unique<AnimListNode>(2, 1);
+        pNode->SetAnim(anim);
+        list.AddNode(std::move(pNode));
+    }
+    EXPECT_EQ(list.GetCount(), 2u);
+    EXPECT_EQ(list.FindNode("run"), 1);
+    EXPECT_EQ(list.FindNode("jump"), -1);
+    EXPECT_THAT(list.GetNode(0)->m_BoneMappings, testing::ElementsAre(-1, -1));
+    EXPECT_FALSE(list.GetNode(0)->GetXRefModel().IsValid());
+    EXPECT_EQ(Inv::GetCount(Anim::GetTypeInfo()), 2u);
+    EXPECT_THROW(list.AddNode(std::make_unique<AnimListNode>(0, 0)), std::runtime_error);
+    EXPECT_THROW(list.GetNode(2), std::runtime_error);
+}
+
+} // namespace
