@@ -3,6 +3,7 @@
 #include "Host/App/Messages.h"
 #include "Host/App/TextUtil.h"
 #include "Shared/Cross/FileSystem/Chunky.h"
+#include "Shared/PC/FileSystem/DiskFileReplacement.h"
 #include "Shared/PC/FileSystem/DiskFileStream.h"
 #include "Shared/PC/FileSystem/OSFile.h"
 
@@ -73,7 +74,8 @@ OutputFile::OutputFile(const std::string& nativePath, const std::string& nativeS
 
 OutputFile::OutputFile(const std::string& nativePath, Checked checked)
     : m_NativePath(nativePath), m_Path(std::move(checked.path)), m_NativeFolder(std::move(checked.nativeFolder)),
-      m_HadLog(OSFile::FileAttr(GetLogPath().c_str()) != 0), m_Guard(OSFile::ToNative(m_Path)) {}
+      m_HadLog(OSFile::FileAttr(GetLogPath().c_str()) != 0),
+      m_Guard(OSFile::ToNative(m_Path), OSFile::ToNative(GetUnfinishedName(m_Path))) {}
 
 std::string OutputFile::GetLogPath() const { return m_Path.substr(0, m_Path.rfind('.')) + ".log"; }
 

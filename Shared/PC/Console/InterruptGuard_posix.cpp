@@ -1,5 +1,6 @@
 #include "Shared/PC/Console/InterruptGuard.h"
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstring>
@@ -18,9 +19,14 @@ struct FileState {
     timespec written{};
 };
 
-struct Guarded {
+struct GuardedFile {
     char path[4096] = {};
     FileState before;
+};
+
+struct Guarded {
+    GuardedFile file;
+    GuardedFile unfinished;
     std::array<struct sigaction, s_Signals.size()> actions{};
     struct sigaction sizeAction {};
 };
@@ -35,29 +41,38 @@ FileState Look(const char* pPath) {
     return {.there = true, .node = facts.st_ino, .size = facts.st_size, .written = facts.st_mtim};
 }
 
-bool IsChanged() {
-    const FileState now = Look(s_Guarded.path);
-    const FileState& before = s_Guarded.before;
+void Guard(GuardedFile& file, const std::string& path) {
+    std::memcpy(file.path, path.c_str(), path.size() + 1);
+    file.before = Look(file.path);
+}
+
+bool IsChanged(const GuardedFile& file) {
+    const FileState now = Look(file.path);
+    const FileState& before = file.before;
     return now.there && (!before.there || now.node != before.node || now.size != before.size ||
                          now.written.tv_sec != before.written.tv_sec || now.written.tv_nsec != before.written.tv_nsec);
 }
 
+bool IsReplaced(const GuardedFile& file) { return file.before.there && Look(file.path).node != file.before.node; }
+
 // Only calls that are safe in a signal handler: stat, unlink, signal, raise.
 void OnInterrupt(int number) {
-    if (IsChanged())
-        unlink(s_Guarded.path);
+    if (IsChanged(s_Guarded.unfinished))
+        unlink(s_Guarded.unfinished.path);
+    if (IsChanged(s_Guarded.file) && !IsReplaced(s_Guarded.file))
+        unlink(s_Guarded.file.path);
     std::signal(number, SIG_DFL);
     std::raise(number);
 }
 
 } // namespace
 
-InterruptGuard::InterruptGuard(const std::string& nativePath) {
-    if (s_pOwner || nativePath.size() >= sizeof(s_Guarded.path))
+InterruptGuard::InterruptGuard(const std::string& nativePath, const std::string& nativeUnfinished) {
+    if (s_pOwner || std::max(nativePath.size(), nativeUnfinished.size()) >= sizeof(GuardedFile::path))
         return;
     s_pOwner = this;
-    std::memcpy(s_Guarded.path, nativePath.c_str(), nativePath.size() + 1);
-    s_Guarded.before = Look(s_Guarded.path);
+    Guard(s_Guarded.file, nativePath);
+    Guard(s_Guarded.unfinished, nativeUnfinished);
     struct sigaction action {};
     action.sa_handler = OnInterrupt;
     for (size_t i = 0; i < s_Signals.size(); ++i) {
@@ -81,4 +96,4 @@ InterruptGuard::~InterruptGuard() {
     s_pOwner = nullptr;
 }
 
-bool InterruptGuard::IsTouched() const { return s_pOwner == this && IsChanged(); }
+bool InterruptGuard::IsTouched() const { return s_pOwner == this && IsChanged(s_Guarded.file); }

@@ -59,8 +59,11 @@ uint32_t FileAttr(const char* pPath);
 bool SetWritable(const char* pPath, bool writable);
 // A file, not a folder and none that is read-only.
 bool Delete(const char* pPath);
-// Replaces a file that is there already.
+// Replaces a file that is there already, and takes over its rights.
 bool Rename(const char* pFrom, const char* pTo);
+// Whether Rename may put another file of ours under this name with nothing lost but the content: nothing is there yet,
+// or a plain file of our own that may be written and is known by no other name, links included.
+bool IsReplaceable(const char* pPath);
 // One folder, inside one that exists. True too when it is there already.
 bool MakeFolder(const char* pPath);
 // All folders on the way to a file, from the root downward; what stands behind the last backslash is the file.

@@ -144,6 +144,13 @@ std::string FindRenameTarget(const std::string& from, const std::string& asked) 
     return found;
 }
 
+// What replaces a file is as open to others as it was.
+void TakeOverRights(const std::string& from, const std::string& to) {
+    struct stat facts {};
+    if (lstat(to.c_str(), &facts) == 0 && S_ISREG(facts.st_mode))
+        chmod(from.c_str(), facts.st_mode & ALLPERMS); // its file system may have none
+}
+
 bool IsFolder(const std::string& native) {
     struct stat facts {};
     return stat(native.c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
@@ -307,7 +314,26 @@ bool Rename(const char* pFrom, const char* pTo) {
     struct stat facts {};
     if (!ToNativeText(pFrom, from) || !ToNativeText(pTo, to) || !GetFacts(from, facts))
         return Fail();
-    return rename(from.c_str(), FindRenameTarget(from, to).c_str()) == 0 || Fail();
+    const std::string target = FindRenameTarget(from, to);
+    if (target != from)
+        TakeOverRights(from, target);
+    return rename(from.c_str(), target.c_str()) == 0 || Fail();
+}
+
+bool IsReplaceable(const char* pPath) {
+    std::string path;
+    if (!ToNativeText(pPath, path))
+        return Fail();
+    struct stat facts {};
+    const bool isThere = WithSpelling(path, [&](const char* pNative) { return lstat(pNative, &facts); }) == 0;
+    if (!isThere && errno != ENOENT)
+        return Fail();
+    if (isThere && (!S_ISREG(facts.st_mode) || facts.st_nlink > 1 || !IsWritable(facts) || facts.st_uid != geteuid() ||
+                    facts.st_gid != getegid()))
+        return false;
+    const size_t slash = path.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+    return access(folder.c_str(), W_OK | X_OK) == 0 || Fail();
 }
 
 bool MakeFolder(const char* pPath) {

@@ -21,6 +21,8 @@ bool CheckName(const char* filename) {
 
 bool FilePath::Source::GetChanges(std::vector<std::string>&) { return false; }
 
+std::unique_ptr<FileReplacement> FilePath::Source::Replace(const char*) { return nullptr; }
+
 FilePath::Registry& FilePath::GetRegistry() {
     static Registry s_Registry;
     return s_Registry;
@@ -96,6 +98,24 @@ std::unique_ptr<ByteStream> FilePath::OpenFirst(const char* pName, Mode mode, So
         GetRegistry().TellListeners(pName, candidate.id.c_str());
         pStream->SetName(pName);
         return pStream;
+    }
+    return nullptr;
+}
+
+std::unique_ptr<FileReplacement> FilePath::ReplaceFile(const char* pName) {
+    if (IsEmpty(pName))
+        return nullptr;
+    std::string path;
+    const Paths* pPaths = FindPaths(pName, path);
+    if (!pPaths)
+        return nullptr;
+    for (const Path& candidate : *pPaths) {
+        std::unique_ptr<FileReplacement> pReplacement = candidate.pSource->Replace(path.c_str());
+        if (!pReplacement)
+            continue;
+        GetRegistry().TellListeners(pName, candidate.id.c_str());
+        pReplacement->GetStream().SetName(pName);
+        return pReplacement;
     }
     return nullptr;
 }

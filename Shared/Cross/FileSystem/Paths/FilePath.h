@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Shared/Cross/FileSystem/ByteStream.h"
+#include "Shared/Cross/FileSystem/FileReplacement.h"
 
 #include <cstdint>
 #include <functional>
@@ -78,6 +79,8 @@ public:
         virtual std::unique_ptr<ByteStream> Open(const char* pName, Mode mode) = 0;
         virtual bool Delete(const char* pName) = 0;
         virtual bool IsAccessible(const char* pName, Mode mode) = 0;
+        // Null, as this one answers, when the source can't write or only in place.
+        virtual std::unique_ptr<FileReplacement> Replace(const char* pName);
         virtual Type GetType(const char* pName) = 0;
         // Names without their folder, files and folders alike.
         virtual void Enumerate(const char* pSpec, FileListObj& list) = 0;
@@ -94,6 +97,9 @@ public:
 
     // Null when no source has the file, without a log line: the caller knows whether that matters.
     static std::unique_ptr<ByteStream> OpenStream(const char* pName, Mode mode);
+    // The same for writing a file whose content before is to stay until the new one is whole. From the first source
+    // that can.
+    static std::unique_ptr<FileReplacement> ReplaceFile(const char* pName);
     // From that source alone.
     static std::unique_ptr<ByteStream> OpenStream(const char* pName, Mode mode, SourceID sourceID);
     // From any, and tells which.

@@ -3,6 +3,7 @@
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/FileSystem/Paths/HDNotification.h"
 #include "Shared/Cross/FileSystem/Wildcard.h"
+#include "Shared/PC/FileSystem/DiskFileReplacement.h"
 #include "Shared/PC/FileSystem/DiskFileStream.h"
 #include "Shared/PC/FileSystem/OSFile.h"
 
@@ -107,6 +108,13 @@ std::unique_ptr<ByteStream> FilePathHD::Open(const char* pName, FilePath::Mode m
     if ((mode & ByteStream::Mode_Write) && !OSFile::MakeFolders(path.c_str()))
         return nullptr;
     return OpenFile(path.c_str(), mode, m_Share);
+}
+
+std::unique_ptr<FileReplacement> FilePathHD::Replace(const char* pName) {
+    if (!CheckName(pName) || !Allows(ByteStream::Mode_Write))
+        return nullptr;
+    const std::string path = m_Folder + pName;
+    return OSFile::MakeFolders(path.c_str()) ? ReplaceFile(path.c_str(), m_Share) : nullptr;
 }
 
 bool FilePathHD::Delete(const char* pName) {

@@ -17,6 +17,7 @@ public:
     bool GetFullName(std::string& out, const char* pName, FilePath::Mode mode) override;
     bool GetAliasName(std::string& out, const char* pFull) override;
     std::unique_ptr<ByteStream> Open(const char* pName, FilePath::Mode mode) override;
+    std::unique_ptr<FileReplacement> Replace(const char* pName) override;
     bool Delete(const char* pName) override;
     bool IsAccessible(const char* pName, FilePath::Mode mode) override;
     FilePath::Type GetType(const char* pName) override;

@@ -1,5 +1,6 @@
 #include "Shared/Cross/FileSystem/Paths/FilePathHDRaw.h"
 
+#include "Shared/PC/FileSystem/DiskFileReplacement.h"
 #include "Shared/PC/FileSystem/DiskFileStream.h"
 #include "Shared/PC/FileSystem/OSFile.h"
 
@@ -13,6 +14,8 @@ bool FilePathHDRaw::GetAliasName(std::string&, const char*) { return false; }
 std::unique_ptr<ByteStream> FilePathHDRaw::Open(const char* pName, FilePath::Mode mode) {
     return OpenFile(pName, mode, m_Share);
 }
+
+std::unique_ptr<FileReplacement> FilePathHDRaw::Replace(const char* pName) { return ReplaceFile(pName, m_Share); }
 
 bool FilePathHDRaw::Delete(const char* pName) { return OSFile::Delete(pName); }
 

@@ -16,8 +16,8 @@ struct IntermediateParts {
 
 // The intermediate form of a model, as the exporter writes it. Parent bones stand ahead of their children.
 //
-// Opens the alias path for writing and writes the model. False, with a line in the log, when that fails; nothing is
-// left under the path then.
+// Writes the model under the alias path. False, with a line in the log, when that fails; what stood under the path is
+// still there then, and nothing besides.
 bool SaveIntermediate(const char* pPath, const RenderModel& model, bool exportMeshes, bool exportAnimKeys,
                       bool exportShaders);
 // The same into a stream that the caller has opened. Throws what Chunky throws, and std::runtime_error when the stream
@@ -28,7 +28,11 @@ void WriteIntermediate(ByteStream& stream, const RenderModel& model, const Inter
 // in the log, for a model that makes no sense; a file that is missing, damaged or newer throws Chunky::Exception or
 // ByteStream::Exception. Meshes and shaders are entered in the inventory and made by the running device.
 std::unique_ptr<RenderModel> LoadIntermediate(const char* pName);
-// The same from a stream that the caller has opened.
+// Appends the first animation of a file to the model's list; a file without one appends nothing. The bones are found by
+// their names in the model's skeleton; one that isn't there is logged and left out. Throws as LoadIntermediate, and
+// std::runtime_error for a model without a skeleton.
+void AppendIntermediateAnims(RenderModel& model, const char* pPath);
+// As LoadIntermediate, from a stream that the caller has opened.
 std::unique_ptr<RenderModel> ReadIntermediate(ByteStream& stream);
 
 } // namespace ra

@@ -1,0 +1,11 @@
+#pragma once
+
+class Chunky;
+class RenderModel;
+
+namespace ra::intermediate {
+
+// Reads the next chunk, an "ANIM", into the inventory and the model's list. Throws what ReadAnimOf throws.
+void AppendAnim(Chunky& chunky, RenderModel& model);
+
+} // namespace ra::intermediate

@@ -1,0 +1,85 @@
+#include "Shared/PC/FileSystem/DiskFileReplacement.h"
+
+#include "Shared/Cross/Debug/db.h"
+#include "Shared/PC/FileSystem/DiskFileStream.h"
+#include "Shared/PC/FileSystem/OSFile.h"
+
+#include <utility>
+
+namespace {
+
+class DiskFileReplacement final : public FileReplacement {
+public:
+    DiskFileReplacement(const char* pName, bool share) : m_Name(pName), m_Written(pName), m_IsNew(!Exists(m_Name)) {
+        if (OSFile::IsReplaceable(pName))
+            m_Written = GetUnfinishedName(m_Name);
+        // A name that is too long with its addition is written directly. What stands under the longer one and can't be
+        // written is somebody else's.
+        if (!Open(share) && m_Written != m_Name && !Exists(m_Written)) {
+            m_Written = m_Name;
+            Open(share);
+        }
+    }
+    ~DiskFileReplacement() override {
+        const dbNoThrowScope noThrow;
+        if (m_IsOpen)
+            TakeAway();
+    }
+    DiskFileReplacement(const DiskFileReplacement&) = delete;
+    DiskFileReplacement& operator=(const DiskFileReplacement&) = delete;
+
+    bool IsOpen() const { return m_IsOpen; }
+    ByteStream& GetStream() override { return m_Stream; }
+
+    bool Finish() override {
+        dbAssert(m_IsOpen);
+        if (!std::exchange(m_IsOpen, false))
+            return false;
+        if (m_Stream.Close() && Move())
+            return true;
+        TakeAway();
+        return false;
+    }
+
+private:
+    static bool Exists(const std::string& name) { return OSFile::FileAttr(name.c_str()) != 0; }
+
+    bool Open(bool share) {
+        m_IsOpen = m_Stream.Open(m_Written.c_str(), ByteStream::Mode_Write, share);
+        return m_IsOpen;
+    }
+
+    bool Move() const {
+        if (m_Written == m_Name || OSFile::Rename(m_Written.c_str(), m_Name.c_str()))
+            return true;
+        dbWarningf("FILESYSTEM -- failed to move '%s' to '%s': %s", m_Written.c_str(), m_Name.c_str(),
+                   OSFile::LastErrorText().c_str());
+        return false;
+    }
+
+    void TakeAway() {
+        if (m_Stream.IsOpen())
+            m_Stream.Close();
+        if (m_Written != m_Name || m_IsNew)
+            OSFile::Delete(m_Written.c_str());
+        else if (const OSFile::Handle file = OSFile::Open(m_Written.c_str(), OSFile::Open_Write, true, false))
+            OSFile::Close(file);
+    }
+
+    std::string m_Name;
+    std::string m_Written; // the same, or beside it
+    bool m_IsNew;          // nothing was there under the name
+    bool m_IsOpen = false; // opened, and not finished
+    DiskFileStream m_Stream;
+};
+
+} // namespace
+
+std::unique_ptr<FileReplacement> ReplaceFile(const char* pName, bool share) {
+    auto pReplacement = std::make_unique<DiskFileReplacement>(pName, share);
+    if (!pReplacement->IsOpen())
+        return nullptr;
+    return pReplacement;
+}
+
+std::string GetUnfinishedName(std::string_view name) { return std::string(name) + ".unfinished"; }
