@@ -53,6 +53,24 @@ BlockPixels GatherBlock(const Job& job, uint32_t column, uint32_t row) {
     return block;
 }
 
+// DXT3's alpha: four bits a pixel, the nearest of sixteen.
+void WriteSharpAlpha(const BlockPixels& pixels, uint8_t* pOut) {
+    const auto nearest = [&pixels](size_t pixel) { return (pixels[pixel * 4 + 3] * 15 + 127) / 255; };
+    for (size_t i = 0; i < 8; ++i)
+        pOut[i] = static_cast<uint8_t>(nearest(i * 2) | nearest(i * 2 + 1) << 4);
+}
+
+void CompressFast(const BlockPixels& pixels, ImageType format, uint8_t* pBlock) {
+    if (format == IMAGETYPE_DXT1) {
+        stb_compress_dxt_block(pBlock, pixels.data(), 0, STB_DXT_NORMAL);
+        return;
+    }
+    // The colours behind the alpha are the same in both.
+    stb_compress_dxt_block(pBlock, pixels.data(), 1, STB_DXT_NORMAL);
+    if (format == IMAGETYPE_DXT3)
+        WriteSharpAlpha(pixels, pBlock);
+}
+
 void CompressRow(const Job& job, uint32_t row) {
     constexpr int allPixels = 0xFFFF;
     for (uint32_t column = 0; column < job.GetColumns(); ++column) {
@@ -61,7 +79,7 @@ void CompressRow(const Job& job, uint32_t row) {
         if (job.thorough)
             SquishLibrary::Get().Compress(pixels.data(), allPixels, pBlock, job.squishFlags);
         else
-            stb_compress_dxt_block(pBlock, pixels.data(), job.format == IMAGETYPE_DXT5, STB_DXT_NORMAL);
+            CompressFast(pixels, job.format, pBlock);
     }
 }
 
@@ -99,7 +117,7 @@ bool HasHoles(std::span<const Colour> pixels) {
 }
 
 bool NeedsSquish(std::span<const Colour> pixels, ImageType format, DxtcQuality quality) {
-    return quality == DxtcQuality::Best || format == IMAGETYPE_DXT3 || (format == IMAGETYPE_DXT1 && HasHoles(pixels));
+    return quality == DxtcQuality::Best || (format == IMAGETYPE_DXT1 && HasHoles(pixels));
 }
 
 } // namespace

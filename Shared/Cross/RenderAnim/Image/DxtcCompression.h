@@ -14,8 +14,7 @@ enum class DxtcQuality {
 
 // Compresses pixels, row by row, into blocks: DXT1, DXT3 or DXT5. A DXT1 block keeps alpha as one bit, half being
 // opaque. `blocks` has the size that Image::GetSizeFor tells. False, with a log line, for another format, sides that
-// the format doesn't allow and sizes that don't fit, and where the format needs libsquish and there is none: for DXT3,
-// DXT1 with alpha and the best quality.
+// the format doesn't allow and sizes that don't fit, and without libsquish for DXT1 with alpha and the best quality.
 bool DXTC_DoCompression(std::span<const Colour> pixels, uint32_t width, uint32_t height, ImageType format,
                         std::span<uint8_t> blocks, DxtcQuality quality = DxtcQuality::Fast);
 

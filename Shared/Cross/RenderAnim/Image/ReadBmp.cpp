@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/RenderAnim/Image/ExpandTriples.h"
 #include "Shared/Cross/RenderAnim/Image/ImageLoad.h"
 #include "Shared/Cross/RenderAnim/Image/ImageReaderUtil.h"
 #include "Shared/Cross/RenderAnim/Image/Palette.h"
@@ -100,18 +101,11 @@ void UnpackNibbles(std::span<const uint8_t> row, std::span<uint8_t> out) {
         out[x] = x % 2 == 0 ? row[x / 2] >> 4 : row[x / 2] & 0xF;
 }
 
-void ExpandTriples(std::span<const uint8_t> row, std::span<uint8_t> out) {
-    for (size_t x = 0; x < out.size() / 4; ++x) {
-        std::memcpy(&out[x * 4], &row[x * 3], 3);
-        out[x * 4 + 3] = 255;
-    }
-}
-
 void TakeRow(const BmpHeader& header, std::span<const uint8_t> row, std::span<uint8_t> out) {
     if (header.bits == 4)
         UnpackNibbles(row, out);
     else if (header.bits == 24)
-        ExpandTriples(row, out);
+        ExpandTriples(row.data(), out.data(), out.size() / 4);
     else
         std::memcpy(out.data(), row.data(), out.size());
 }

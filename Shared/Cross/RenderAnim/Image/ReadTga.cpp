@@ -1,10 +1,10 @@
 #include "Shared/Cross/RenderAnim/Image/ImageReaders.h"
 
 #include <algorithm>
-#include <cstring>
 #include <span>
 
 #include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/RenderAnim/Image/ExpandTriples.h"
 #include "Shared/Cross/RenderAnim/Image/ImageLoad.h"
 #include "Shared/Cross/RenderAnim/Image/ImageReaderUtil.h"
 #include "Shared/Cross/RenderAnim/Image/TgaLayout.h"
@@ -36,18 +36,15 @@ const char* FindFault(std::span<const uint8_t, s_TgaHeaderSize> header) {
     return nullptr;
 }
 
-// From three bytes a pixel in the tail of the buffer to four in all of it. A pixel's new place never reaches the old
-// ones of those behind it, and what is read beyond a pixel is replaced by its alpha.
-void ExpandTail(std::span<uint8_t> data) {
-    const size_t count = data.size() / 4;
-    uint8_t* pOut = data.data();
-    const uint8_t* pIn = data.data() + count;
-    for (size_t i = 0; i + 1 < count; ++i, pIn += 3, pOut += 4) {
-        const uint32_t pixel = GetLittle<uint32_t>(pIn) | 0xFF000000u;
-        std::memcpy(pOut, &pixel, sizeof(pixel));
-    }
-    const uint8_t last[4] = {pIn[0], pIn[1], pIn[2], 255};
-    std::memcpy(pOut, last, sizeof(last));
+// Three bytes a pixel go into the tail of the image's buffer and from there to the front.
+bool ReadPixels(ByteStream& stream, std::span<uint8_t> data, bool hasAlpha) {
+    const size_t size = hasAlpha ? data.size() : data.size() / 4 * 3;
+    uint8_t* pPixels = data.data() + (data.size() - size);
+    if (stream.Read(pPixels, static_cast<uint32_t>(size)) != size)
+        return false;
+    if (!hasAlpha)
+        ExpandTriples(pPixels, data.data(), data.size() / 4);
+    return true;
 }
 
 } // namespace
@@ -71,11 +68,8 @@ std::unique_ptr<Image> ReadTga(const ImageReaderArgs& args, uint32_t& outFlags) 
         return Refuse(args.pName, "the TGA has fewer pixels than its header says");
     args.pStream->Seek(s_TgaHeaderSize + idLength);
     std::unique_ptr<Image> pImage = Image::Create(IMAGETYPE_RGBA32, width, height);
-    const std::span<uint8_t> data = pImage->GetData();
-    if (args.pStream->Read(data.data() + (data.size() - size), size) != size)
+    if (!ReadPixels(*args.pStream, pImage->GetData(), hasAlpha))
         return Refuse(args.pName, "the TGA can't be read to its end");
-    if (!hasAlpha)
-        ExpandTail(data);
     outFlags = hasAlpha ? ImageLoad::Flags_Alpha : ImageLoad::Flags_NoAlpha;
     return pImage;
 }
