@@ -1,3 +1,7 @@
 #include "Host/App/App.h"
+#include "Shared/Cross/Debug/CrashFilter.h"
 
-int main(int argc, char** argv) { return RunApp(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc)); }
+int main(int argc, char** argv) {
+    dbInstallCrashFilter();
+    return RunApp(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc));
+}

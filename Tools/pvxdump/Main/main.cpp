@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "Shared/Cross/Debug/CrashFilter.h"
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/FileSystem/Paths/FilePathHDRaw.h"
 #include "Shared/PC/FileSystem/OSFile.h"
@@ -41,6 +42,7 @@ int Run(const std::string& file, const DumpOptions& options) {
 } // namespace
 
 int main(int argc, char** argv) {
+    dbInstallCrashFilter();
     CLI::App app("Prints what a model file holds.", "pvxdump");
     std::string file;
     DumpOptions options;

@@ -3,8 +3,10 @@
 #include "Shared/Cross/Debug/Log/ReportName.h"
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/FileSystem/Paths/FilePath.h"
+#include "Shared/Cross/FileSystem/Paths/FilePathHD.h"
 #include "Shared/Cross/Util/Hash.h"
 #include "Shared/PC/Debug/Process.h"
+#include "Shared/PC/FileSystem/OSFile.h"
 
 #include <algorithm>
 #include <cstdarg>
@@ -18,6 +20,20 @@ namespace {
 constexpr char s_Alias[] = "log:";
 constexpr int s_MostNumbers = 9;
 constexpr size_t s_PrintfSize = 2048;
+
+bool IsUnderLog(std::string_view name) {
+    const std::string_view alias = s_Alias;
+    return std::ranges::equal(name.substr(0, alias.size()), alias, {}, ToLower);
+}
+
+// Whoever wants its logs elsewhere has mounted the alias by now. It stays mounted, for the process's other logs.
+void MountLog() {
+    if (FilePath::HasAlias(s_Alias))
+        return;
+    const std::string folder = OSFile::FromNative(Process::GetLogFolder());
+    if (auto pSource = FilePathHD::Create(folder.c_str(), FilePath::Mode::Mode_Both))
+        FilePath::AddSource("log", "Logs", 0, std::move(pSource));
+}
 
 // In lower case and without what a file name can't hold.
 std::string CleanStem(std::string_view stem) {
@@ -66,6 +82,7 @@ bool LogFile::Open(const char* pStem, const char* pExt, bool addLineEnd, bool se
     dbAssertText(pExt, "ext");
     if (!pStem || !*pStem || !pExt)
         return false;
+    MountLog();
     const std::string name = FindFreeName(GetRunFolder(), CleanStem(pStem), pExt);
     if (name.empty()) {
         dbWarningf("LOG -- no free name for '%s%s'", pStem, pExt);
@@ -84,6 +101,8 @@ bool LogFile::OpenAlias(const char* pName, bool addLineEnd, bool sendWithReport)
     const size_t folderEnd = name.find_last_of(":\\/");
     if (name.find('.', folderEnd) == std::string::npos)
         name += ".txt";
+    if (IsUnderLog(name))
+        MountLog();
     return OpenStream(name, addLineEnd, sendWithReport);
 }
 

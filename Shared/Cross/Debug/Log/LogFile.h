@@ -6,7 +6,7 @@
 class ByteStream;
 
 // A text log under an alias path. Each line is on its way to the disk when Write comes back, so that the log survives
-// a crash.
+// a crash. If the alias "log" leads nowhere at its first use, it is mounted on the process's folder of logs.
 class LogFile {
 public:
     LogFile();

@@ -13,7 +13,9 @@
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
+#include <sys/ptrace.h>
 #include <sys/syscall.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 // Each of these ends its process; the tests of the crash filter run them in processes of their own. What crashes is
@@ -33,9 +35,9 @@ PVX_CRASHES void WriteBadly() {
     *pNowhere = 1;
 }
 
-PVX_CRASHES int DivideByZero() {
+PVX_CRASHES void DivideByZero() {
     volatile int zero = 0;
-    return 7 / zero;
+    [[maybe_unused]] volatile int result = 7 / zero;
 }
 
 PVX_CRASHES void CallNowhere() {
@@ -146,4 +148,18 @@ TEST_F(CrashCase, DISABLED_Extras) {
     dbAddReportFile("/tmp/sent.log", true);
     dbRemoveReportFile("/tmp/gone.log");
     ReadBadly();
+}
+
+// This process stands in for a debugger, and lets the other one have each of its signals.
+TEST(CrashUnderDebugger, DISABLED_Read) {
+    const pid_t child = fork();
+    if (child == 0) {
+        ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+        Prepare();
+        ReadBadly();
+    }
+    int status = 0;
+    while (waitpid(child, &status, 0) == child && WIFSTOPPED(status))
+        ptrace(PTRACE_CONT, child, nullptr, WSTOPSIG(status));
+    EXPECT_TRUE(WIFSIGNALED(status));
 }

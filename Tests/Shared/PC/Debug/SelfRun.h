@@ -14,9 +14,9 @@ struct SelfRunResult {
     std::string output;
 };
 
-inline SelfRunResult RunSelf(const std::string& test, const std::string& words) {
-    const std::string command = Process::GetExecutablePath() +
-                                " --gtest_also_run_disabled_tests --gtest_filter=" + test + " " + words + " 2>&1";
+inline SelfRunResult RunTest(const std::string& program, const std::string& test, const std::string& words) {
+    const std::string command =
+        program + " --gtest_also_run_disabled_tests --gtest_filter=" + test + " " + words + " 2>&1";
     SelfRunResult result;
     std::FILE* pPipe = popen(command.c_str(), "r");
     if (!pPipe)
@@ -34,4 +34,8 @@ inline SelfRunResult RunSelf(const std::string& test, const std::string& words) 
     else
         result.status = WEXITSTATUS(status);
     return result;
+}
+
+inline SelfRunResult RunSelf(const std::string& test, const std::string& words) {
+    return RunTest(Process::GetExecutablePath(), test, words);
 }

@@ -98,3 +98,25 @@ TEST_F(LogFileTest, MistakesAndFailures) {
     EXPECT_TRUE(ReportCapture::HasWarning("LOG -- unable to make 'nowhere:file.log'"));
     EXPECT_FALSE(log.IsOpen());
 }
+
+// Without anybody who mounts the alias.
+class LogFileAloneTest : public LogFolder {
+protected:
+    LogFileAloneTest() { setenv("PVX_LOGS", (m_Folder / "deep/logs").c_str(), 1); }
+    ~LogFileAloneTest() override {
+        FilePath::RemoveSource("log", "Logs");
+        unsetenv("PVX_LOGS");
+    }
+};
+
+TEST_F(LogFileAloneTest, TheFirstUseMountsTheAlias) {
+    LogFile log;
+    EXPECT_FALSE(log.OpenAlias("elsewhere:notes", true, false));
+    EXPECT_FALSE(std::filesystem::exists(m_Folder / "deep"));
+    ASSERT_TRUE(log.OpenAlias("LOG:notes", true, false));
+    EXPECT_TRUE(std::filesystem::exists(m_Folder / "deep/logs/notes.txt"));
+    ASSERT_TRUE(log.Open("tool", ".log", true, false));
+    std::string name = log.GetName();
+    ASSERT_TRUE(FilePath::GetFullName(name, FilePath::Mode::Mode_Read));
+    EXPECT_TRUE(OSFile::ToNative(name).starts_with((m_Folder / "deep/logs/").string())) << name;
+}

@@ -1,0 +1,83 @@
+#include "Shared/PC/Debug/Crash/Reporter.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+ReporterCall MakeCall() {
+    ReporterCall call;
+    call.folder = "/opt/my tools/BugReport/";
+    call.file = "BugReport.exe";
+    call.process = 4711;
+    call.executable = "pvxhost";
+    call.reason = "Crash";
+    return call;
+}
+
+} // namespace
+
+TEST(Reporter, CommandLineOfABareCrash) {
+    EXPECT_EQ(BuildReporterCommandLine(MakeCall()),
+              R"("/opt/my tools/BugReport/BugReport.exe" 4711 "pvxhost" "Crash")");
+}
+
+TEST(Reporter, CommandLineWithAllThereIs) {
+    ReporterCall call = MakeCall();
+    call.isCrash = false;
+    call.reason = "Bug";
+    call.furtherText = "further text";
+    call.version = "1.2";
+    call.language = "english";
+    call.config = "/etc/bugreport.ini";
+    call.texts = {R"(say "no")", "two"};
+    call.files = {{"/a b.log", false}, {R"(/c"d.log)", true}};
+    EXPECT_EQ(BuildReporterCommandLine(call),
+              R"("/opt/my tools/BugReport/BugReport.exe" 4711 "pvxhost" "Bug" -i "further text" -v 1.2 -l english)"
+              R"( -c /etc/bugreport.ini -m -t "say \"no\"" -t "two" -f "/a b.log" -fd "/c\"d.log")");
+}
+
+TEST(Reporter, WordsOfACommandLine) {
+    const std::pair<const char*, Words> lines[] = {
+        {"", {}},
+        {"  one   two ", {"one", "two"}},
+        {R"("one two" three)", {"one two", "three"}},
+        {R"(-t "say \"no\"" "")", {"-t", R"(say "no")", ""}},
+        {R"(Z:\art\x.pvx "a\b")", {R"(Z:\art\x.pvx)", R"(a\b)"}},
+        {R"(open"ed here)", {"opened here"}},
+    };
+    for (const auto& [pLine, words] : lines)
+        EXPECT_EQ(SplitCommandLine(pLine), words) << pLine;
+}
+
+TEST(Reporter, TextsComeOutAsTheyWentIn) {
+    for (const char* pText : {"plain", "two words", R"(a "quoted" one)", R"(ends with ")", R"(x == "\"" && y)"}) {
+        ReporterCall call = MakeCall();
+        call.texts = {pText};
+        EXPECT_EQ(SplitCommandLine(BuildReporterCommandLine(call)).back(), pText);
+    }
+}
+
+TEST(Reporter, ConfigurationIsTheNearestOne) {
+    std::string pattern = (std::filesystem::temp_directory_path() / "pvxreportXXXXXX").string();
+    const std::filesystem::path folder = mkdtemp(pattern.data());
+    std::filesystem::create_directories(folder / "a/b");
+    std::filesystem::create_directories(folder / "settings");
+    const std::string settings = (folder / "settings/").string();
+    const std::string program = (folder / "a/b/pvxhost").string();
+    EXPECT_EQ(FindReporterConfig(settings, program), "");
+    for (const char* pPlace : {"bugreport.ini", "a/b/bugreport.ini", "settings/bugreport.ini"}) {
+        std::ofstream(folder / pPlace) << "[mail]\n";
+        EXPECT_EQ(FindReporterConfig(settings, program), (folder / pPlace).string());
+    }
+    std::filesystem::remove_all(folder);
+}
+
+TEST(Reporter, WhatIsntThereIsntStarted) {
+    EXPECT_FALSE(StartDetached({}));
+    EXPECT_FALSE(StartDetached({"/none/BugReport.exe"}));
+}
