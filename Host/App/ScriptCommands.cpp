@@ -1,6 +1,7 @@
 #include "Host/App/ScriptCommands.h"
 
 #include "Host/App/ScriptText.h"
+#include "Host/App/WarningCapture.h"
 #include "Host/Sdk/Primitive.h"
 #include "Shared/PC/FileSystem/OSFile.h"
 
@@ -34,8 +35,11 @@ Value ScriptCommands::Apply(const std::string& command, const std::vector<Value>
     if (!pCommand)
         throw HostError(2, "there is no command \"" + command + "\"; pvxhost commands lists those that there are");
     try {
+        const WarningCapture warnings;
         Value result = pCommand->Apply(arguments);
         m_Listener.EndLine();
+        if (result.IsUndefined() && !warnings.GetLast().empty())
+            m_Messages.Print(MessageKind::Note, std::string(pCommand->GetName()) + ": " + warnings.GetLast());
         return result;
     } catch (const ScriptError& error) {
         throw HostError(1, error.GetText());

@@ -20,12 +20,14 @@ inline std::string MakeGlb(std::string json, std::string buffer) {
            json + Word(static_cast<uint32_t>(buffer.size())) + std::string("BIN\0", 4) + buffer;
 }
 
-// One mesh "Tile": a square of two triangles with a material "Clay", and a marker "Mark".
-inline std::string MakeTileScene() {
+// One mesh "Tile": a square of two triangles with a material "Clay", and a marker "Mark". What only this host knows of
+// the mesh's node is given as JSON members.
+inline std::string MakeTileScene(const std::string& hostMembers = "") {
     const float positions[] = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0};
     const uint16_t indices[] = {0, 1, 2, 0, 2, 3};
     return MakeGlb(R"({"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0,1]}],
-        "nodes":[{"name":"Tile","mesh":0},{"name":"Mark","translation":[0,2,0]}],
+        "nodes":[{"name":"Tile","mesh":0,"extras":{"host":{)" +
+                       hostMembers + R"(}}},{"name":"Mark","translation":[0,2,0]}],
         "materials":[{"name":"Clay"}],
         "meshes":[{"primitives":[{"attributes":{"POSITION":0},"indices":1,"material":0}]}],
         "accessors":[{"bufferView":0,"componentType":5126,"count":4,"type":"VEC3","min":[0,0,0],"max":[1,1,0]},

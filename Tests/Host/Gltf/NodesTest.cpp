@@ -222,7 +222,8 @@ TEST_F(GltfNodes, HostExtrasSayWhatGltfCant) {
                       {"name":"C","mesh":0,"extras":{"host":{"class":"patch"}}})",
           .meshes = TriangleMesh()});
     EXPECT_EQ(Find("A").GetObjectRef()->ClassID(), XREFOBJ_CLASS_ID);
-    EXPECT_STREQ(static_cast<XRefObject*>(Find("A").GetObjectRef())->GetFileName(false), "art/ref.max");
+    EXPECT_STREQ(static_cast<XRefObject*>(Find("A").GetObjectRef())->GetFileName(false),
+                 OSFile::FromNative((m_Folder / "art/ref.max").string()).c_str());
     EXPECT_EQ(ClassIdOf(Find("A")), BOXOBJ_CLASS_ID);
     EXPECT_TRUE(Find("A").GetBoneNodeOnOff());
     EXPECT_EQ(Find("A").GetWireColor(), 0x0080ffu);

@@ -155,8 +155,9 @@ TEST_F(HDNotificationTest, AnOverflowIsToldAndOverIt) {
 }
 
 TEST_F(HDNotificationTest, MoreFilesThanAreKept) {
+    m_Folder.MakeFolder("outside");
     for (uint32_t i = 0; i <= HDNotification::s_MostChanges; ++i)
-        m_Folder.Write("outside/" + std::to_string(i), "");
+        std::ofstream(m_Folder.Native("outside/" + std::to_string(i)), std::ios::app);
     Watch();
     m_Folder.Rename("outside", "root/in");
     EXPECT_EQ(Changes().size(), size_t{HDNotification::s_MostChanges});

@@ -1,0 +1,129 @@
+#include "Tests/Host/App/ChildProgram.h"
+#include "Tests/Host/App/SmallScene.h"
+#include "Tests/Host/App/TestFolder.h"
+
+#include <gmock/gmock.h>
+
+// Project trees as pvxhost and its module see them, by the module that users have.
+
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class Project : public TestFolder {
+protected:
+    // A studio with a game and the base that it inherits from.
+    void SetUp() override {
+        for (const char* pFolder : {"Studio/Game/Source/Art/Tank", "Out"})
+            std::filesystem::create_directories(m_Folder / pFolder);
+        WriteIni("; the studio\n\n[Global]\nToolsData=Tools\n" + Section("Game", "Base") + Section("Base", ""));
+    }
+    void WriteIni(const std::string& text) const {
+        std::string lines;
+        for (const char c : text)
+            lines += c == '\n' ? std::string("\r\n") : std::string(1, c);
+        Write("Studio/pipeline.ini", lines);
+    }
+    static std::string Section(const std::string& name, const std::string& parent) {
+        std::string text = "[project:" + name + "]\n";
+        for (const char* pKey : {"Source", "SourceShared", "Burn", "Intermediate", "Generic", "Final", "Preview"})
+            text += std::string("Data") + pKey + "=" + name + "\\" + pKey + "\n";
+        return text + "LocaleFolder=loc\nAttrLoc=attr\nParent=" + parent + "\n";
+    }
+    // A path as a script writes it, and as results are printed.
+    std::string Text(std::string name) const {
+        std::string text = "\"Z:";
+        for (const char c : At(name))
+            text += c == '/' ? "\\\\" : std::string(1, c);
+        return text + "\"";
+    }
+};
+
+TEST_F(Project, CommandsOfAScript) {
+    std::string script = "-- where the files of two projects belong\n";
+    for (const char* pCommand : {"sourcetointermediate", "SourceToGeneric", "sourcetofinal"})
+        script += std::string("ombl_pipeline_") + pCommand + " " + Text("Studio/game/SOURCE/Tank/Tank.glb") + "\n";
+    script += "ombl_pipeline_sourcetofinal \"Z:" + At("Studio/Base/Source/x.glb") + "\"\n";
+    script += "ombl_pipeline_sourcetofinal " + Text("Studio/Base/Final/x.glb") + " -- no source\n";
+    const ProgramResult result = RunProgram("pvxhost", {"script", Write("map.ms", script)});
+    EXPECT_THAT(Lines(result.out),
+                ElementsAre(Text("Studio/Game/Intermediate/Tank/Tank.glb"), Text("Studio/Game/Generic/Tank/Tank.glb"),
+                            Text("Studio/Game/Final/Tank/Tank.glb"), Text("Studio/Base/Final/x.glb"), "undefined"));
+    EXPECT_EQ(result.status, 1) << "one of them answered undefined";
+    EXPECT_EQ(result.err, "");
+    EXPECT_FALSE(std::filesystem::exists(m_Folder / "Studio/Game/Final")) << "asking makes no folders";
+}
+
+TEST_F(Project, CommandsOfTheShell) {
+    const auto call = [](std::vector<std::string> words) {
+        words.insert(words.begin(), "call");
+        return RunProgram("pvxhost", words);
+    };
+    const ProgramResult mapped =
+        call({"ombl_pipeline_sourcetogeneric", At("Studio/Base/../Game/Source/Tank/Tank.glb")});
+    EXPECT_EQ(mapped.status, 0) << mapped.err;
+    EXPECT_EQ(mapped.out, Text("Studio/Game/Generic/Tank/Tank.glb") + "\n");
+    const ProgramResult none = call({"ombl_pipeline_sourcetofinal"});
+    EXPECT_EQ(none.status, 1);
+    EXPECT_EQ(none.err, "Argument count error: ombl_pipeline_sourcetodestination wanted 1, got 0\n");
+    const ProgramResult number = call({"ombl_pipeline_sourcetofinal", "3"});
+    EXPECT_EQ(number.status, 1);
+    EXPECT_EQ(number.err, "Type error: ombl_pipeline_sourcetofinal source_filename requires String, got: 3\n");
+    EXPECT_THAT(RunProgram("pvxhost", {"commands"}).out,
+                AllOf(HasSubstr("ombl_pipeline_sourcetofinal\n"), HasSubstr("ombl_pipeline_sourcetogeneric\n"),
+                      HasSubstr("ombl_pipeline_sourcetointermediate\n")));
+}
+
+TEST_F(Project, AnUnusableConfigurationIsToldWithItsReason) {
+    const std::string file = At("Studio/Game/Source/x.glb");
+    const std::string says = "ombl_pipeline_sourcetofinal: PIPELINE -- ";
+    const struct {
+        std::string text;
+        const char* pReason;
+    } s_Cases[] = {
+        {"", "holds no section"},
+        {std::string(5000, '\xff'), "holds no section"},
+        {std::string(0x1000001, 'x'), "more than the 16777216 that a pipeline configuration may have"},
+        {"[Global]\r\nToolsData=x\r\n", "holds no section [project:name]"},
+        {"[project:Game]\r\nDataSource=Game\\Source\r\n", "project 'game' has no key 'datasourceshared'"},
+    };
+    const std::string scene = Write("tile.glb", MakeTileScene());
+    for (const auto& [text, pReason] : s_Cases) {
+        Write("Studio/pipeline.ini", text);
+        const ProgramResult called = RunProgram("pvxhost", {"call", "ombl_pipeline_sourcetofinal", file});
+        EXPECT_EQ(called.status, 1);
+        EXPECT_EQ(called.out, "undefined\n");
+        EXPECT_THAT(called.err, AllOf(StartsWith(says), HasSubstr("pipeline.ini"), HasSubstr(pReason)));
+        const ProgramResult exported =
+            RunProgram("pvxhost", {"export", scene, At("Out/x.pvx"), "--home", At("Studio/Game")});
+        EXPECT_EQ(exported.status, 0);
+        EXPECT_THAT(exported.err, HasSubstr(pReason));
+        EXPECT_EQ(Lines(called.err).size(), 1u);
+        EXPECT_EQ(Lines(exported.err).size(), 1u);
+    }
+    std::filesystem::remove(m_Folder / "Studio/pipeline.ini");
+    EXPECT_THAT(RunProgram("pvxhost", {"call", "ombl_pipeline_sourcetofinal", file}).err,
+                AllOf(HasSubstr("no pipeline.ini in Z:\\"), HasSubstr(", Z:\\\n")));
+}
+
+TEST_F(Project, AnExportNamesItsReferencesByTheirDataPaths) {
+    const std::string scene = "Studio/Game/Source/Art/Tank/Tank.glb";
+    const std::string target = At("Out/Tank.pvx");
+    const auto exportWith = [&](const std::string& file) {
+        Write(scene, MakeTileScene("\"xref\":\"" + file + "\""));
+        const ProgramResult result = RunProgram("pvxhost", {"export", At(scene), target, "--home", At("Studio")});
+        EXPECT_EQ(result.status, 0) << result.err;
+        return RunProgram("pvxdump", {target}).out;
+    };
+    EXPECT_THAT(exportWith("../Wheel/REFERENCE/REF.glb"), HasSubstr("art/wheel"));
+    EXPECT_THAT(exportWith("Gun.glb"), HasSubstr("art/tank/gun"));
+    EXPECT_THAT(exportWith(At("Studio/Base/Source/Art/Crew.glb")), HasSubstr("art/crew"));
+    EXPECT_THAT(exportWith("Z:" + At("Studio/Base/Source/Art/Crew.glb")), HasSubstr("art/crew"));
+    EXPECT_THAT(exportWith(At("Elsewhere/Crew.glb")), testing::Not(HasSubstr("crew")));
+    EXPECT_THAT(Read("Out/Tank.log"), HasSubstr("comes from a file outside of every project"));
+}
+
+} // namespace
