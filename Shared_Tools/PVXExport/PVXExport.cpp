@@ -163,7 +163,7 @@ std::unique_ptr<RenderModel> PVXExport::BuildRenderModel(ExportContext& context)
     if (!ModelNodes::BuildMeshGroup(m_Scene, context, *pModel))
         return nullptr;
     if (context.m_ExportAnimKeys && pModel->GetSkeleton()) {
-        AnimSampling::Sample(m_Scene, context, *pModel);
+        AnimSampling::Sample(m_Scene, context, *m_Interface, *pModel);
         if (!AnimSampling::RebindToMeshGroup(m_Scene, *pModel))
             return nullptr;
     }
