@@ -1,6 +1,7 @@
 #include "Shared/Cross/Pipeline/Pipeline.h"
 
 #include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/Pipeline/BugReportPath.h"
 #include "Shared/Cross/Pipeline/PipelineData.h"
 #include "Shared/Cross/Pipeline/TextUtil.h"
 #include "Shared/PC/FileSystem/OSFile.h"
@@ -70,9 +71,10 @@ int Pipeline::Initialize(const char* pStartPath) {
         GetErrorText() = ListPlaces(places);
     else
         result = PipelineReader::Read(*pData, GetErrorText());
-    if (result == Result_Ok)
+    if (result == Result_Ok) {
         s_instance.reset(new Pipeline(std::move(pData)));
-    else
+        SetBugReportPath(*s_instance);
+    } else
         dbWarningf("PIPELINE -- %s", GetErrorText().c_str());
     return result;
 }

@@ -36,7 +36,8 @@ public:
 
     // Looks for "pipeline.ini" in the folder of startPath, the full path of a file, and in each folder above it. Null
     // starts from the program's own place (see ProgramPath.h). All but 0 leave no instance; the reason is in the log
-    // and in GetInitializeError, with the places that were looked at.
+    // and in GetInitializeError, with the places that were looked at. 0 tells the crash filter of the
+    // configuration's reporter, too.
     static int Initialize(const char* pStartPath);
     static const std::string& GetInitializeError();
     static void Shutdown();
