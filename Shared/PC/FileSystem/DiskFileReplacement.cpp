@@ -11,10 +11,11 @@ namespace {
 class DiskFileReplacement final : public FileReplacement {
 public:
     DiskFileReplacement(const char* pName, bool share) : m_Name(pName), m_Written(pName), m_IsNew(!Exists(m_Name)) {
-        if (OSFile::IsReplaceable(pName))
-            m_Written = GetUnfinishedName(m_Name);
-        // A name that is too long with its addition is written directly. What stands under the longer one and can't be
-        // written is somebody else's.
+        std::string beside = GetUnfinishedName(m_Name);
+        if (beside.size() <= ByteStream::MaxNameLength && OSFile::IsReplaceable(pName))
+            m_Written = std::move(beside);
+        // A disk may take the name and not the longer one. What stands under that and can't be written is somebody
+        // else's, though.
         if (!Open(share) && m_Written != m_Name && !Exists(m_Written)) {
             m_Written = m_Name;
             Open(share);
@@ -82,4 +83,4 @@ std::unique_ptr<FileReplacement> ReplaceFile(const char* pName, bool share) {
     return pReplacement;
 }
 
-std::string GetUnfinishedName(std::string_view name) { return std::string(name) + ".unfinished"; }
+std::string GetUnfinishedName(std::string_view name) { return std::string(name) + ".part"; }

@@ -8,6 +8,7 @@
 #include "Shared/Cross/FileSystem/Chunky.h"
 #include "Shared/Cross/FileSystem/Paths/FilePath.h"
 #include "Shared/Cross/FileSystem/Paths/FilePathHDRaw.h"
+#include "Shared/Cross/RenderAnim/AnimList.h"
 #include "Shared/Cross/RenderAnim/Intermediate/IntermediateFile.h"
 #include "Shared/PC/FileSystem/OSFile.h"
 #include "Tests/Shared/Cross/RenderAnim/Chunks/PayloadBytes.h"
@@ -214,6 +215,14 @@ protected:
     }
     std::string At(const std::string& name) const { return "TOOL:" + OSFile::FromNative((m_Folder / name).string()); }
 
+    void WriteFile(const char* pName, const std::string& bytes) const {
+        std::ofstream(m_Folder / pName, std::ios::binary) << bytes;
+    }
+    std::string ReadFile(const char* pName) const {
+        std::ifstream file(m_Folder / pName, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
     std::filesystem::path m_Folder;
 };
 
@@ -235,12 +244,70 @@ TEST_F(IntermediateOnDisk, AFileThatCantBeOpenedIsLoggedAndLeftAlone) {
     EXPECT_TRUE(std::filesystem::is_empty(m_Folder));
 }
 
-TEST_F(IntermediateOnDisk, NothingIsLeftOfAFileThatCantBeFinished) {
+TEST_F(IntermediateOnDisk, ASaveThatFailsLeavesWhatWasThere) {
     // A model without its group, which the writer holds for a mistake.
     const std::string path = At("x.pvx");
     EXPECT_FALSE(ra::SaveIntermediate(path.c_str(), RenderModel(), true, true, true));
     EXPECT_TRUE(ReportCapture::HasWarning("RENDER ANIM -- " + path));
     EXPECT_TRUE(std::filesystem::is_empty(m_Folder));
+    WriteFile("x.pvx", "before");
+    EXPECT_FALSE(ra::SaveIntermediate(path.c_str(), RenderModel(), true, true, true));
+    EXPECT_EQ(ReadFile("x.pvx"), "before");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_Folder), {}), 1);
+    EXPECT_TRUE(ra::SaveIntermediate(path.c_str(), *MakeModel(), true, true, true));
+    EXPECT_EQ(ReadFile("x.pvx"), Write(*MakeModel()));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_Folder), {}), 1);
+}
+
+// A disk of which files come back that take so much and no more, or that can't be put in their place.
+class FailingSource : public FilePathHDRaw {
+public:
+    explicit FailingSource(uint32_t room, bool finishes) : FilePathHDRaw(false), m_Room(room), m_Finishes(finishes) {}
+    std::unique_ptr<FileReplacement> Replace(const char*) override {
+        return std::make_unique<File>(m_Room, m_Finishes);
+    }
+
+private:
+    class File : public FileReplacement {
+    public:
+        File(uint32_t room, bool finishes) : m_Stream(room), m_Finishes(finishes) {}
+        ByteStream& GetStream() override { return m_Stream; }
+        bool Finish() override { return m_Finishes; }
+
+    private:
+        FillingStream m_Stream;
+        bool m_Finishes;
+    };
+    uint32_t m_Room;
+    bool m_Finishes;
+};
+
+TEST_F(IntermediateOnDisk, AFullDiskAndAFailedMoveAreFailures) {
+    for (const bool finishes : {false, true}) {
+        const uint32_t room = finishes ? 1000 : 1000000;
+        FilePath::AddSource("FULL", "HD", 1, std::make_shared<FailingSource>(room, finishes));
+        ReportCapture::Clear();
+        EXPECT_FALSE(ra::SaveIntermediate("FULL:x.pvx", *MakeModel(), true, true, true));
+        EXPECT_TRUE(ReportCapture::HasWarning("RENDER ANIM -- FULL:x.pvx: Unable to write to file!"));
+        FilePath::RemoveSource("FULL", "HD");
+        Forget();
+    }
+}
+
+TEST_F(IntermediateOnDisk, TheFirstAnimationOfAFileIsAppended) {
+    const std::string anim = NamedFolder(
+        "ANIM", "run", NamedFolder("DATA", "run", ChunkBytes::Data("INFO", PayloadBytes().U32(2).F32({0.5f}).Get()), 1),
+        1);
+    WriteFile("run.pvx", MakeFile(ChunkBytes::Data("WHAT", "ever") + anim + NamedFolder("ANIM", "damaged", "", 1)));
+    WriteFile("none.pvx", MakeFile(ChunkBytes::Data("ANIM", "no folder")));
+    WriteFile("new.pvx", ChunkBytes::FileHeader() + NamedFolder("QPVX", "Walker", anim, 2));
+    const std::unique_ptr<RenderModel> pModel = MakeModel();
+    ra::AppendIntermediateAnims(*pModel, At("run.pvx").c_str());
+    ra::AppendIntermediateAnims(*pModel, At("none.pvx").c_str());
+    ASSERT_EQ(pModel->GetAnimList()->GetCount(), 1u);
+    EXPECT_EQ(pModel->GetAnimList()->FindNode("run"), 0);
+    EXPECT_THROW(ra::AppendIntermediateAnims(*pModel, At("new.pvx").c_str()), Chunky::Exception);
+    EXPECT_THROW(ra::AppendIntermediateAnims(*pModel, At("missing.pvx").c_str()), Chunky::Exception);
 }
 
 } // namespace
