@@ -51,7 +51,7 @@ glm::mat4x3 GetCameraMatrix(INode& node, TimeValue t) {
     return m;
 }
 
-void SampleBones(const BoneNodes& bones, std::span<const Frame> frames, AnimInterm& anim) {
+void SampleBones(const BoneNodes& bones, std::span<const AnimFrame> frames, AnimInterm& anim) {
     std::vector<std::span<MatrixKey>> streams;
     streams.reserve(bones.size());
     for (size_t bone = 0; bone < bones.size(); ++bone) {
@@ -69,7 +69,7 @@ void SampleBones(const BoneNodes& bones, std::span<const Frame> frames, AnimInte
     }
 }
 
-void SampleCamera(INode& node, std::span<const Frame> frames, Anim& anim) {
+void SampleCamera(INode& node, std::span<const AnimFrame> frames, Anim& anim) {
     auto pPosition = std::make_unique<Vec3Stream>();
     auto pRotation = std::make_unique<QuatStream>();
     const std::span<Vec3Key> positions = pPosition->SetKeyCount(static_cast<uint32_t>(frames.size()));
@@ -121,8 +121,8 @@ void Sample(const ExportScene& scene, const ExportContext& context, const Interf
     dbAssertText(model.GetSkeleton(), "renderModel.GetSkeleton()");
     if (!model.GetSkeleton())
         return;
-    const std::vector<Frame> all = GetFrameRange(host);
-    const std::span<const Frame> frames(all.data(), std::min<size_t>(all.size(), MatrixStream::MaxKeyCount));
+    const std::vector<AnimFrame> all = GetFrameRange(host);
+    const std::span<const AnimFrame> frames(all.data(), std::min<size_t>(all.size(), MatrixStream::MaxKeyCount));
 
     const uint32_t boneCount = model.GetSkeleton()->GetBoneCount();
     auto pAnimNode = std::make_unique<AnimListNode>(boneCount, model.GetCameraCount());

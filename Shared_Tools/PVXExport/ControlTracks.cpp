@@ -28,7 +28,7 @@ using Value = std::function<float(TimeValue)>;
 // Samples tracks into one animation. The keys of a track that turns out to stay the same are never laid down.
 class TrackSampler {
 public:
-    TrackSampler(std::span<const Frame> frames, Anim& anim)
+    TrackSampler(std::span<const AnimFrame> frames, Anim& anim)
         : m_Frames(frames.first(std::min<size_t>(frames.size(), FloatStream::MaxKeyCount))), m_Anim(anim),
           m_Keys(m_Frames.size()) {}
 
@@ -63,7 +63,7 @@ private:
         return stream;
     }
 
-    std::span<const Frame> m_Frames;
+    std::span<const AnimFrame> m_Frames;
     Anim& m_Anim;
     std::vector<FloatKey> m_Keys;
 };
@@ -145,7 +145,8 @@ private:
 
 namespace ControlTracks {
 
-void AddMaterials(const ExportScene& scene, const ExportContext& context, std::span<const Frame> frames, Anim& anim) {
+void AddMaterials(const ExportScene& scene, const ExportContext& context, std::span<const AnimFrame> frames,
+                  Anim& anim) {
     TrackSampler sampler(frames, anim);
     for (size_t i = 0; i < scene.m_UsedShaders.size(); ++i) {
         const UsedShader& used = scene.m_UsedShaders[i];
@@ -155,7 +156,7 @@ void AddMaterials(const ExportScene& scene, const ExportContext& context, std::s
     }
 }
 
-void AddVisibility(const ExportScene& scene, std::span<const Frame> frames, Anim& anim) {
+void AddVisibility(const ExportScene& scene, std::span<const AnimFrame> frames, Anim& anim) {
     TrackSampler sampler(frames, anim);
     for (size_t i = 0; i < scene.m_MeshNodes.size(); ++i) {
         INode* pNode = scene.m_MeshNodes[i].pNode;

@@ -5,7 +5,7 @@
 
 struct ExportContext;
 struct ExportScene;
-struct Frame;
+struct AnimFrame;
 class Anim;
 
 namespace ControlTracks {
@@ -14,8 +14,9 @@ namespace ControlTracks {
 
 // Self-illumination, opacity, the amount of the diffuse map, and the motion of all maps. A material's channel whose
 // map fades in and out has its mode changed for that.
-void AddMaterials(const ExportScene& scene, const ExportContext& context, std::span<const Frame> frames, Anim& anim);
+void AddMaterials(const ExportScene& scene, const ExportContext& context, std::span<const AnimFrame> frames,
+                  Anim& anim);
 // Each mesh gets one, of a single key when it doesn't change.
-void AddVisibility(const ExportScene& scene, std::span<const Frame> frames, Anim& anim);
+void AddVisibility(const ExportScene& scene, std::span<const AnimFrame> frames, Anim& anim);
 
 } // namespace ControlTracks

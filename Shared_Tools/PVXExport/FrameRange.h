@@ -8,10 +8,10 @@
 
 class Interface;
 
-struct Frame {
+struct AnimFrame {
     TimeValue tick = 0;
     float time = 0.0f; // the animation's own, from 0 to 1 but for what the steps' sum has lost or gained
 };
 
 // All frames of the scene's animation range, the first and the last one included; at least one.
-std::vector<Frame> GetFrameRange(const Interface& host);
+std::vector<AnimFrame> GetFrameRange(const Interface& host);

@@ -56,7 +56,7 @@ protected:
 
 TEST_F(AnimSamplingTest, FramesComeFromTheRange) {
     m_Scene.SetAnimRange({2 * m_Ticks, 5 * m_Ticks + m_Ticks / 2});
-    const std::vector<Frame> frames = GetFrameRange(m_Scene);
+    const std::vector<AnimFrame> frames = GetFrameRange(m_Scene);
     ASSERT_EQ(frames.size(), 4u) << "what is left of a frame at the end doesn't count";
     EXPECT_EQ(frames[0].tick, 2 * m_Ticks);
     EXPECT_EQ(frames[3].tick, 5 * m_Ticks);
