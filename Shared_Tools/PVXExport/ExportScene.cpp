@@ -8,6 +8,7 @@ void ExportScene::Clear() {
     m_CameraNodes.clear();
     m_UsedShaders.clear();
     m_ShaderOfMaterial.clear();
+    m_TextureOfFile.clear();
     m_ShaderOrder.clear();
     m_Skeleton.reset();
 }

@@ -41,7 +41,9 @@ struct ExportScene {
     std::vector<UsedShader> m_UsedShaders;
     std::vector<std::string> m_ShaderOrder; // shaders of these names would come first, in this order
 
-    std::unordered_map<const Mtl*, uint32_t> m_ShaderOfMaterial; // into m_UsedShaders; only ever looked up
+    // These two are only ever looked up.
+    std::unordered_map<const Mtl*, uint32_t> m_ShaderOfMaterial; // into m_UsedShaders
+    std::unordered_map<std::string, TextureRef> m_TextureOfFile; // by the path that the host tells
 
     // Lets go of all of it, the inventory's resources too.
     void Clear();

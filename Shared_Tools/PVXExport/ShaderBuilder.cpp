@@ -8,8 +8,10 @@
 #include "Host/Sdk/Node.h"
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/Shader.h"
+#include "Shared/Cross/RenderAnim/Texture.h"
 #include "Shared_Tools/PVXExport/ExportContext.h"
 #include "Shared_Tools/PVXExport/ExportScene.h"
+#include "Shared_Tools/PVXExport/OmbrelSharedShader.h"
 #include "Shared_Tools/PVXExport/PVXErrors.h"
 #include "Shared_Tools/PVXExport/TextureLoad.h"
 #include "Shared_Tools/PVXExport/TextureMatrix.h"
@@ -191,10 +193,13 @@ void ShaderBuilder::SetMap(Conversion& conversion, uint32_t channel) {
 
 void ShaderBuilder::SetBitmap(Conversion& conversion, uint32_t channel, BitmapTex& bitmap) {
     auto& [shader, material, sharedMatrix] = conversion;
-    const TextureRef texture = TextureLoad::Load(bitmap.GetMapName(), m_Context.m_ExportMeshes);
+    const TextureRef texture = TextureLoad::Load(m_Scene, bitmap.GetMapName(), m_Context.m_ExportMeshes);
     if (texture) {
         shader.SetChannelMode(channel, ChannelMode_Texture);
         shader.SetChannelTexture(channel, texture);
+        // Models find the shader that they share by its texture.
+        if (channel == CN_Diffuse && OmbrelSharedShader::IsSharedTextureName(texture->GetName()))
+            shader.SetName(texture->GetName());
     }
     StdUVGen* pUVGen = bitmap.GetUVGen();
     if (!pUVGen) {

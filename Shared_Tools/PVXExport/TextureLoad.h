@@ -2,13 +2,14 @@
 
 #include "Shared/Cross/RenderAnim/ResourceRefs.h"
 
+struct ExportScene;
+
 namespace TextureLoad {
 
-// The texture of an image file, by the inventory's name for it, so that a picture is loaded once. Empty when it can't
-// be had; `warn` says whether the artist is told why.
+// The texture of a picture file, loaded once in an export and under the inventory's name for it, so that files that
+// differ only in their extension are one. Empty when it can't be had; `warn` says whether the artist is told so.
 //
-// Pictures aren't read yet: the answer is always empty, and nobody is told. The channel's other settings don't depend
-// on it.
-TextureRef Load(const char* pPath, bool warn);
+// A picture outside of every project has no name: its texture is there, but no file can hold it. The log says so.
+TextureRef Load(ExportScene& scene, const char* pPath, bool warn);
 
 } // namespace TextureLoad

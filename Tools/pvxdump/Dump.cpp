@@ -1,16 +1,19 @@
 #include "Tools/pvxdump/Dump.h"
 
+#include <memory>
 #include <stdexcept>
 
 #include <nlohmann/json.hpp>
 
 #include "Shared/Cross/FileSystem/Chunky.h"
+#include "Shared/Cross/RenderAnim/Files/SharedShaderLayout.h"
 #include "Shared/Cross/RenderAnim/Intermediate/IntermediateLayout.h"
 #include "Tools/pvxdump/ChunkTree.h"
 #include "Tools/pvxdump/ModelContent.h"
 #include "Tools/pvxdump/ModelJson.h"
 #include "Tools/pvxdump/ModelText.h"
 #include "Tools/pvxdump/TextFormat.h"
+#include "Tools/pvxdump/TextureFiles.h"
 
 namespace {
 
@@ -31,8 +34,25 @@ std::string DumpChunks(ByteStream& stream, const std::string& file, const DumpOp
     return out;
 }
 
+std::unique_ptr<TextureFiles> MakeTextureFiles(const DumpOptions& options) {
+    return options.texturesFolder.empty() ? nullptr : std::make_unique<TextureFiles>(options.texturesFolder);
+}
+
+std::string DumpShaderFile(Chunky& chunky, const std::string& file, uint32_t size, const DumpOptions& options) {
+    const ModelContent content = ReadShaderFileContent(chunky, MakeTextureFiles(options).get());
+    if (!options.json) {
+        std::string out = file + ": " + TextFormat::Count(size, "byte", "bytes") + ", ";
+        PrintShaderFile(out, content);
+        return out;
+    }
+    json out = ShaderFileToJson(content);
+    out["file"] = file;
+    out["size"] = size;
+    return ToText(out);
+}
+
 std::string DumpModel(Chunky& chunky, const std::string& file, uint32_t size, const DumpOptions& options) {
-    const ModelContent content = ReadModelContent(chunky, options.vertices);
+    const ModelContent content = ReadModelContent(chunky, options.vertices, MakeTextureFiles(options).get());
     if (!options.json) {
         std::string out = file + ": " + TextFormat::Count(size, "byte", "bytes") + ", ";
         PrintModel(out, content);
@@ -52,7 +72,10 @@ struct FileKind {
     const char* pWords;
     std::string (*pDump)(Chunky& chunky, const std::string& file, uint32_t size, const DumpOptions& options);
 };
-constexpr FileKind s_Kinds[] = {{ra::s_ModelChunk, ra::s_ModelVersion, "model", DumpModel}};
+constexpr FileKind s_Kinds[] = {
+    {ra::s_ModelChunk, ra::s_ModelVersion, "model", DumpModel},
+    {ra::s_SharedShaderFileChunk, ra::s_SharedShaderFileVersion, "shader file", DumpShaderFile},
+};
 
 std::string DumpContent(ByteStream& stream, const std::string& file, const DumpOptions& options) {
     Chunky chunky{ByteStreamAdapter(&stream)};

@@ -4,6 +4,8 @@
 #include <utility>
 
 #include "Shared/Cross/RenderAnim/Chunks/MarkerChunk.h"
+#include "Shared/Cross/RenderAnim/Chunks/TextureChunk.h"
+#include "Shared/Cross/RenderAnim/Files/SharedShaderLayout.h"
 #include "Shared/Cross/RenderAnim/Intermediate/IntermediateLayout.h"
 
 namespace {
@@ -63,18 +65,27 @@ private:
 
 class ModelReader {
 public:
-    ModelReader(Chunky& chunky, ModelContent& content, bool withVertices)
-        : m_Chunky(chunky), m_Content(content), m_WithVertices(withVertices) {}
+    ModelReader(Chunky& chunky, ModelContent& content, bool withVertices, TextureFiles* pFiles)
+        : m_Chunky(chunky), m_Content(content), m_WithVertices(withVertices), m_pFiles(pFiles) {}
 
+    void ReadChildren() {
+        for (ChunkInfo child; m_Chunky.NextChunk(child);)
+            ReadChild(child);
+        m_Chunky.EndChunk();
+    }
+
+private:
     void ReadChild(const ChunkInfo& child) {
         const bool known = child.kind == ChunkKind_Folder ? ReadFolder(child) : ReadData(child.id);
         if (!known)
             ++m_Content.undecoded[child.id];
     }
 
-private:
     bool ReadFolder(const ChunkInfo& child) {
         switch (child.id) {
+        case ra::s_TextureChunk:
+            m_Content.textures.push_back(ReadTextureContent(m_Chunky, m_pFiles));
+            return true;
         case ra::s_ShaderChunk:
             m_Content.shaders.push_back(ra::ReadShaderRecord(m_Chunky));
             return true;
@@ -120,18 +131,26 @@ private:
     Chunky& m_Chunky;
     ModelContent& m_Content;
     bool m_WithVertices;
+    TextureFiles* m_pFiles;
 };
+
+ModelContent Describe(const ChunkInfo& top) {
+    ModelContent content;
+    content.name = top.name.GetView();
+    content.version = top.version;
+    return content;
+}
 
 } // namespace
 
-ModelContent ReadModelContent(Chunky& chunky, bool withVertices) {
-    const ChunkInfo info = chunky.EnterFolder(ra::s_ModelChunk, ra::s_ModelVersion);
-    ModelContent content;
-    content.name = info.name.GetView();
-    content.version = info.version;
-    ModelReader reader(chunky, content, withVertices);
-    for (ChunkInfo child; chunky.NextChunk(child);)
-        reader.ReadChild(child);
-    chunky.EndChunk();
+ModelContent ReadModelContent(Chunky& chunky, bool withVertices, TextureFiles* pFiles) {
+    ModelContent content = Describe(chunky.EnterFolder(ra::s_ModelChunk, ra::s_ModelVersion));
+    ModelReader(chunky, content, withVertices, pFiles).ReadChildren();
+    return content;
+}
+
+ModelContent ReadShaderFileContent(Chunky& chunky, TextureFiles* pFiles) {
+    ModelContent content = Describe(chunky.EnterFolder(ra::s_SharedShaderFileChunk, ra::s_SharedShaderFileVersion));
+    ModelReader(chunky, content, false, pFiles).ReadChildren();
     return content;
 }

@@ -12,6 +12,7 @@
 #include "Shared/Cross/RenderAnim/Chunks/ShaderChunk.h"
 #include "Shared/Cross/RenderAnim/Intermediate/SkeletonChunk.h"
 #include "Shared/Cross/RenderAnim/Marker.h"
+#include "Tools/pvxdump/TextureContent.h"
 
 // A mesh of a model file, by the group's table.
 struct MeshContent {
@@ -33,6 +34,7 @@ struct ModelContent {
     std::string name;
     uint32_t version = 0;
     bool isGeneric = false; // as far as the file tells
+    std::vector<TextureContent> textures;
     std::vector<ra::ShaderRecord> shaders;
     std::vector<std::string> sharedShaders;
     bool hasSkeleton = false;
@@ -47,5 +49,7 @@ struct ModelContent {
     std::map<uint32_t, uint32_t> undecoded;
 };
 
-// The next chunk is a "QPVX". Throws what the readers of its parts throw.
-ModelContent ReadModelContent(Chunky& chunky, bool withVertices);
+// The next chunk is a "QPVX", or the "SHRF" of a shader in a file of its own, which has only textures and shaders.
+// With `pFiles` the textures' pictures are written. Throws what the readers of its parts throw.
+ModelContent ReadModelContent(Chunky& chunky, bool withVertices, TextureFiles* pFiles);
+ModelContent ReadShaderFileContent(Chunky& chunky, TextureFiles* pFiles);

@@ -41,6 +41,20 @@ json ToJson(const BoundVolume& volume) {
     return {{"centre", ToJson(box.centre)}, {"halfExtents", ToJson(box.halfExtents)}, {"rotation", rows}};
 }
 
+json ToJson(const TextureContent& texture) {
+    json out = {{"name", texture.name},
+                {"level", texture.isFinal ? "final" : "generic"},
+                {"type", GetTextureTypeName(GuessFormat(texture.imageType))},
+                {"imageType", static_cast<uint32_t>(texture.imageType)},
+                {"width", texture.width},
+                {"height", texture.height},
+                {"mips", texture.levelCount},
+                {"bytes", texture.size}};
+    if (!texture.file.empty())
+        out["file"] = texture.file;
+    return out;
+}
+
 json ToJson(const ra::ChannelRecord& channel, uint32_t n) {
     return {{"channel", n},
             {"name", s_ChannelNames[n]},
@@ -178,6 +192,13 @@ json ListToJson(const std::vector<T>& items) {
     return list;
 }
 
+json UndecodedToJson(const ModelContent& content) {
+    json undecoded = json::object();
+    for (const auto& [id, count] : content.undecoded)
+        undecoded[TextFormat::Code(id)] = count;
+    return undecoded;
+}
+
 } // namespace
 
 nlohmann::json ToJson(const ModelContent& content, bool withVertices) {
@@ -187,13 +208,11 @@ nlohmann::json ToJson(const ModelContent& content, bool withVertices) {
     json meshes = json::array();
     for (const MeshContent& mesh : content.meshes)
         meshes.push_back(ToJson(content, mesh, withVertices));
-    json undecoded = json::object();
-    for (const auto& [id, count] : content.undecoded)
-        undecoded[TextFormat::Code(id)] = count;
     return {{"kind", "model"},
             {"level", content.isGeneric ? "generic" : "intermediate"},
             {"name", content.name},
             {"version", content.version},
+            {"textures", ListToJson(content.textures)},
             {"shaders", ListToJson(content.shaders)},
             {"sharedShaders", content.sharedShaders},
             {"skeleton", content.hasSkeleton ? json{{"bones", bones}} : json()},
@@ -202,5 +221,15 @@ nlohmann::json ToJson(const ModelContent& content, bool withVertices) {
             {"markers", ListToJson(content.markers)},
             {"cameras", ListToJson(content.cameras)},
             {"animations", ListToJson(content.animations)},
-            {"undecoded", undecoded}};
+            {"undecoded", UndecodedToJson(content)}};
+}
+
+nlohmann::json ShaderFileToJson(const ModelContent& content) {
+    return {{"kind", "shared shader"},
+            {"name", content.name},
+            {"version", content.version},
+            {"textures", ListToJson(content.textures)},
+            {"shaders", ListToJson(content.shaders)},
+            {"sharedShaders", content.sharedShaders},
+            {"undecoded", UndecodedToJson(content)}};
 }

@@ -8,3 +8,5 @@
 // "positions", "normals" and "texcoords" as [x, y, ...] a vertex, "weights" as three floats and "boneIndices" as four
 // numbers a vertex, and "indices" flat.
 nlohmann::json ToJson(const ModelContent& content, bool withVertices);
+// A shader in a file of its own.
+nlohmann::json ShaderFileToJson(const ModelContent& content);

@@ -1,5 +1,6 @@
 #include "Tools/pvxdump/ModelText.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <utility>
 
@@ -108,6 +109,24 @@ std::vector<std::string> MakeChannelRow(const ra::ChannelRecord& channel, uint32
             std::to_string(channel.texGen),
             FormatMatrix(channel.matrix),
             FormatMatrix(channel.bakedMatrix)};
+}
+
+void PrintTextures(std::string& out, const ModelContent& content) {
+    const bool written =
+        std::ranges::any_of(content.textures, [](const TextureContent& texture) { return !texture.file.empty(); });
+    TextTable table({{"texture"}, {"size", Right}, {"type"}, {"levels", Right}, {"bytes", Right}});
+    if (written)
+        table.AddColumn({"picture"});
+    for (const TextureContent& texture : content.textures) {
+        std::vector<std::string> row = {Name(texture.name),
+                                        std::to_string(texture.width) + "x" + std::to_string(texture.height),
+                                        GetTextureTypeName(GuessFormat(texture.imageType)),
+                                        std::to_string(texture.levelCount), Count(texture.size)};
+        if (written)
+            row.push_back(Name(texture.file));
+        table.AddRow(std::move(row));
+    }
+    PrintSection(out, Count(content.textures.size(), "texture", "textures"), table);
 }
 
 void PrintShaders(std::string& out, const ModelContent& content) {
@@ -233,11 +252,20 @@ void PrintModel(std::string& out, const ModelContent& content) {
     out += "model \"" + Name(content.name) + "\", " + (content.isGeneric ? "generic" : "intermediate") + ": " +
            Count(content.meshes.size(), "mesh", "meshes") + ", " + Count(vertices, "vertex", "vertices") + ", " +
            Count(triangles, "triangle", "triangles") + '\n';
+    PrintTextures(out, content);
     PrintShaders(out, content);
     PrintSkeleton(out, content);
     PrintMeshes(out, content);
     PrintMarkers(out, content);
     PrintCameras(out, content);
     PrintAnimations(out, content);
+    PrintUndecoded(out, content);
+}
+
+void PrintShaderFile(std::string& out, const ModelContent& content) {
+    out +=
+        "shared shader \"" + Name(content.name) + "\": " + Count(content.textures.size(), "texture", "textures") + '\n';
+    PrintTextures(out, content);
+    PrintShaders(out, content);
     PrintUndecoded(out, content);
 }

@@ -6,3 +6,5 @@
 
 // For people: one table for each kind of thing.
 void PrintModel(std::string& out, const ModelContent& content);
+// A shader in a file of its own.
+void PrintShaderFile(std::string& out, const ModelContent& content);

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Tools/pvxdump/ModelContent.h"
+
+// For people: lengths and counts, what is driven by which values, and the cameras.
+void PrintAnimations(std::string& out, const std::vector<AnimationContent>& animations);
