@@ -168,7 +168,7 @@ std::string P4Program::Execute(const std::vector<std::string>& words, const std:
     const auto onOutput = [&](std::string_view piece) { return answers.AddOutput(piece), true; };
     const auto onError = [&](std::string_view piece) { return answers.AddError(piece), true; };
     const auto outcome = process.Exchange(input, onOutput, onError, {limit, limit * s_TotalFactor});
-    const std::string reason = Judge(outcome, process, answers, limit);
+    std::string reason = Judge(outcome, process, answers, limit);
     if (outcome != ChildProcess::Outcome::Ended)
         process.Kill();
     return reason;
