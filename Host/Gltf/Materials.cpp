@@ -35,7 +35,7 @@ Matrix3 MakeTransform(const glm::vec2& offset, float rotation, const glm::vec2& 
 // Makes one of the file's materials.
 class MaterialReader {
 public:
-    MaterialReader(const Messages& messages, const Textures& textures, scene::Scene& scene, size_t materialCount)
+    MaterialReader(const Messages& messages, Textures& textures, scene::Scene& scene, size_t materialCount)
         : m_Messages(messages), m_Textures(textures), m_Scene(scene), m_MaterialCount(materialCount) {}
 
     struct Made {
@@ -56,7 +56,7 @@ private:
     void ApplyMap(const MapExtras& extras, const MapTracks& tracks, scene::MapSlot& slot);
 
     const Messages& m_Messages;
-    const Textures& m_Textures;
+    Textures& m_Textures;
     scene::Scene& m_Scene;
     size_t m_MaterialCount;
     std::map<scene::MapSlot*, TextureUse> m_Uses; // of the material in work: what its maps were made from
@@ -155,7 +155,9 @@ void MaterialReader::ApplyMap(const MapExtras& extras, const MapTracks& tracks, 
     uv.environment = extras.environment.value_or(uv.environment);
 
     const TextureInfo info = use.texture >= 0 ? m_Textures.Get(static_cast<size_t>(use.texture)) : TextureInfo{};
-    if (extras.mapClass && *extras.mapClass != "bitmap")
+    const bool isBitmap = !extras.mapClass || *extras.mapClass == "bitmap";
+    m_Uses[&slot].texture = isBitmap ? use.texture : -1;
+    if (!isBitmap)
         slot.pMap = &m_Scene.Make<scene::OtherTexmap>(info.name, *extras.mapClass);
     else if (use.texture >= 0)
         slot.pMap =
@@ -213,18 +215,22 @@ MaterialReader::Made MaterialReader::Read(const Place& place, const Json& json) 
     scene::StandardSettings settings;
     made.texCoordSet = ReadStandard(place, json, settings);
     ApplyExtras(extras, settings);
+    for (const auto& [pSlot, use] : m_Uses)
+        if (use.texture >= 0)
+            m_Textures.Unpack(static_cast<size_t>(use.texture));
     made.pMtl = &m_Scene.Make<scene::StandardMaterial>(std::move(name), std::move(settings));
     return made;
 }
 
 } // namespace
 
-Materials::Materials(const SceneFile& file, const std::string& path, const Messages& messages, scene::Scene& scene)
+Materials::Materials(const SceneFile& file, const std::string& path, BufferStore& buffers, const Messages& messages,
+                     scene::Scene& scene)
     : m_Scene(scene) {
     const Json* pMaterials = FindArray({}, file.GetRoot(), "materials");
     if (!pMaterials)
         return;
-    const Textures textures(file, path, messages);
+    Textures textures(file, path, buffers, messages);
     MaterialReader reader(messages, textures, scene, pMaterials->Size());
     std::vector<MaterialReader::Made> all;
     for (const Json& json : pMaterials->GetArray()) {

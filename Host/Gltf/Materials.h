@@ -16,11 +16,15 @@ class Scene;
 
 namespace gltf {
 
+class BufferStore;
+
 // The materials of a file as materials of the host. Those of the scene are made once and shared.
 class Materials {
 public:
-    // Makes all of the file's materials. `path` is the scene's; textures are named beside it.
-    Materials(const SceneFile& file, const std::string& path, const Messages& messages, scene::Scene& scene);
+    // Makes all of the file's materials, and unpacks the images that they use. `path` is the scene's; textures are
+    // named beside it.
+    Materials(const SceneFile& file, const std::string& path, BufferStore& buffers, const Messages& messages,
+              scene::Scene& scene);
 
     // What a mesh with these glTF materials (-1: none), one for each material id, gets as a node's material: nothing,
     // the one there is, or a multi-sub material with `meshName`.

@@ -13,6 +13,11 @@ void Messages::Warn(const Place& place, std::string_view what, std::string_view 
     m_Sink(GetLine(text.append(what).append("; ").append(advice)));
 }
 
+void Messages::Warn(const Fault& fault) const {
+    if (m_Sink)
+        m_Sink(GetLine(fault.what()));
+}
+
 void ReadMembers(const Messages& messages, const Place& place, std::string_view path, const Json& object,
                  std::initializer_list<MemberReader> readers) {
     if (!object.IsObject()) {

@@ -15,6 +15,8 @@ public:
     Messages(std::string fileName, const WarningSink& sink) : m_FileName(std::move(fileName)), m_Sink(sink) {}
 
     void Warn(const Place& place, std::string_view what, std::string_view advice) const;
+    // A fault that doesn't end the load.
+    void Warn(const Fault& fault) const;
     // A line as it stands behind the file's name.
     std::string GetLine(std::string_view text) const { return m_FileName + ": " + std::string(text); }
 

@@ -38,8 +38,9 @@ SceneBuilder::SceneBuilder(const SceneFile& file, const std::string& path, const
                            const Messages& messages, scene::Scene& scene)
     : m_File(file), m_Options(options), m_Messages(messages), m_Scene(scene),
       m_pBuffers(std::make_shared<BufferStore>(file)), m_Tree(ReadNodeTree(file, m_NodeNames)),
-      m_Clip(ReadClip(file, *m_pBuffers, m_Tree, options, messages)), m_Materials(file, path, messages, scene),
-      m_Meshes(CountOf(file, "meshes")), m_Nodes(m_Tree.nodes.size()), m_KeepsFrame(m_Tree.nodes.size()) {}
+      m_Clip(ReadClip(file, *m_pBuffers, m_Tree, options, messages)),
+      m_Materials(file, path, *m_pBuffers, messages, scene), m_Meshes(CountOf(file, "meshes")),
+      m_Nodes(m_Tree.nodes.size()), m_KeepsFrame(m_Tree.nodes.size()) {}
 
 void SceneBuilder::Build() {
     m_Scene.SetAnimRange(GetRange(m_Clip, GetTicksPerFrame()));

@@ -1,5 +1,6 @@
 #include "Host/Gltf/Textures.h"
 
+#include "Host/Gltf/Accessor.h"
 #include "Host/Gltf/Uri.h"
 #include "Host/Sdk/Material.h"
 
@@ -34,8 +35,25 @@ std::string_view GetStem(std::string_view name) {
     return name.substr(0, name.find_last_of('.'));
 }
 
-// A name as part of a path: characters that separate or that no file system takes become '_'.
+// Names of files end at 255 bytes; this leaves room for numbers and extensions.
+constexpr size_t s_LongestFileName = 120;
+
+// The uncompressed pixels of the largest PNG, with 16 bits a channel, and something for what stands around them.
+constexpr uint64_t s_LargestImageFile = uint64_t{4096} * 4096 * 8 + (1 << 20);
+
+// As much of an image as shows its kind: bytes, and characters of base64.
+constexpr size_t s_StartBytes = 3;
+constexpr size_t s_StartDigits = 4;
+
+// A name as part of a path: characters that separate or that no file system takes become '_'. A long one is cut, not
+// within a character.
 std::string ToFileName(std::string_view name) {
+    if (name.size() > s_LongestFileName) {
+        size_t end = s_LongestFileName;
+        while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xc0) == 0x80)
+            --end;
+        name = name.substr(0, end);
+    }
     std::string safe(name);
     for (char& c : safe)
         if (static_cast<unsigned char>(c) < 0x20 || std::string_view("/\\:*?\"<>|").find(c) != std::string_view::npos)
@@ -58,8 +76,15 @@ int GetFilter(uint64_t minFilter, uint64_t magFilter) {
 
 } // namespace
 
-Textures::Textures(const SceneFile& file, const std::string& path, const Messages& messages)
-    : m_File(file), m_Messages(messages) {
+// The bytes of an image, and whoever keeps them.
+struct Textures::ImageBytes {
+    std::span<const std::byte> bytes;
+    std::shared_ptr<const Bytes> pFile;
+    std::vector<std::byte> decoded;
+};
+
+Textures::Textures(const SceneFile& file, const std::string& path, BufferStore& buffers, const Messages& messages)
+    : m_File(file), m_Path(path), m_Buffers(buffers), m_Messages(messages) {
     ReadImages(path);
     if (const Json* pTextures = FindArray({}, file.GetRoot(), "textures"))
         for (const Json& texture : pTextures->GetArray())
@@ -77,7 +102,7 @@ void Textures::ReadImages(const std::string& path) {
 }
 
 Textures::Image Textures::ReadImage(const Json& json, size_t index, const std::string& unpackFolder,
-                                    UniqueNames& names) const {
+                                    UniqueNames& names) {
     Place place{.kind = "image", .index = index};
     place.name = ReadString(place, json, "name");
     const std::string_view uri = ReadString(place, json, "uri");
@@ -85,19 +110,91 @@ Textures::Image Textures::ReadImage(const Json& json, size_t index, const std::s
     const std::string file = isFile ? DecodePercent(uri) : std::string();
     Image image{.name = std::string(place.name.empty() ? GetStem(file) : place.name), .path = {}};
     if (isFile && std::ranges::count(s_NamedInPlace, GetExtension(file))) {
-        const std::optional<std::string> path = ResolveFileUri(m_File.GetFolder(), uri);
-        if (!path)
+        image.path = GetFile(json);
+        image.isUnpacked = true;
+        if (image.path.empty())
             m_Messages.Warn(place, Quoted(uri) + " is not a file beside the scene", "it has no texture; put it there");
-        image.path = path.value_or("");
-        std::replace(image.path.begin(), image.path.end(), '/', '\\');
         return image;
     }
-    std::string_view mimeType = ReadString(place, json, "mimeType");
-    if (const std::optional<DataUri> data = SplitDataUri(uri))
-        mimeType = data->mimeType;
-    image.path =
-        unpackFolder + names.Make(ToFileName(image.name), "image") + (mimeType == "image/jpeg" ? ".jpg" : ".tga");
+    const bool isJpeg = FindKind(place, json) == ImageKind::Jpeg;
+    image.path = unpackFolder + names.Make(ToFileName(image.name), "image") + (isJpeg ? ".jpg" : ".tga");
     return image;
+}
+
+// The file that holds the image, unless that is the scene itself. Empty too when the scene names none that could be.
+std::string Textures::GetFile(const Json& json) const {
+    std::string_view uri = ReadString({}, json, "uri");
+    const Json* pViews = FindArray({}, m_File.GetRoot(), "bufferViews");
+    const Json* pBuffers = FindArray({}, m_File.GetRoot(), "buffers");
+    const int32_t view = uri.empty() ? ReadIndex({}, json, "bufferView", pViews ? pViews->Size() : 0) : -1;
+    if (view >= 0) {
+        const int32_t buffer =
+            ReadIndex({}, (*pViews)[static_cast<uint32_t>(view)], "buffer", pBuffers ? pBuffers->Size() : 0);
+        if (buffer >= 0)
+            uri = ReadString({}, (*pBuffers)[static_cast<uint32_t>(buffer)], "uri");
+    }
+    std::string path = IsDataUri(uri) ? "" : ResolveFileUri(m_File.GetFolder(), uri).value_or("");
+    std::ranges::replace(path, '/', '\\');
+    return path;
+}
+
+// By content; by what the scene says when the image can't be looked into. What is wrong with it, Unpack tells.
+ImageKind Textures::FindKind(const Place& place, const Json& json) {
+    try {
+        const ImageKind kind = GetImageKind(GetBytes(place, json, true).bytes);
+        if (kind != ImageKind::Other)
+            return kind;
+    } catch (const Fault&) {
+    }
+    std::string_view mimeType = ReadString(place, json, "mimeType");
+    if (const std::optional<DataUri> data = SplitDataUri(ReadString(place, json, "uri")))
+        mimeType = data->mimeType;
+    return mimeType == "image/jpeg" ? ImageKind::Jpeg : ImageKind::Other;
+}
+
+Textures::ImageBytes Textures::GetBytes(const Place& place, const Json& json, bool startAlone) {
+    ImageBytes image;
+    const std::string_view uri = ReadString(place, json, "uri");
+    if (uri.empty()) {
+        const uint64_t view = ReadRequiredSize(place, json, "bufferView");
+        image.bytes = m_Buffers.GetView(m_File, place, static_cast<size_t>(view)).bytes;
+        return image;
+    }
+    if (IsDataUri(uri)) {
+        const std::optional<DataUri> data = SplitDataUri(uri);
+        const size_t digits = startAlone ? s_StartDigits : std::string_view::npos;
+        std::optional<std::vector<std::byte>> decoded =
+            data ? DecodeBase64(data->base64.substr(0, digits)) : std::nullopt;
+        if (!decoded)
+            FailDamaged(place, "its data is not base64");
+        image.decoded = *std::move(decoded);
+        image.bytes = image.decoded;
+        return image;
+    }
+    const std::string file = GetFile(json);
+    if (file.empty())
+        Fail(place, Quoted(uri) + " is not a file beside the scene", "it has no texture; put it there");
+    image.pFile = ReadFileBytes(place, file, startAlone ? s_StartBytes : s_LargestImageFile + 1);
+    image.bytes = image.pFile->Get();
+    if (image.bytes.size() > s_LargestImageFile)
+        Fail(place, Quoted(uri) + " is larger than any picture of 4096 by 4096 pixels", "give a smaller one");
+    return image;
+}
+
+void Textures::Unpack(size_t texture) {
+    const int32_t source = m_Sources[texture];
+    if (source < 0 || m_Images[static_cast<size_t>(source)].isUnpacked)
+        return;
+    Image& image = m_Images[static_cast<size_t>(source)];
+    image.isUnpacked = true;
+    const Json& json = (*FindMember(m_File.GetRoot(), "images"))[static_cast<rapidjson::SizeType>(source)];
+    const Place place{.kind = "image", .index = static_cast<size_t>(source), .name = image.name};
+    try {
+        if (const std::array files = {m_Path, GetFile(json)}; !IsNewerThan(image.path, files))
+            UnpackImage(place, GetBytes(place, json, false).bytes, image.path);
+    } catch (const Fault& fault) {
+        m_Messages.Warn(fault);
+    }
 }
 
 void Textures::ReadTexture(const Json& json) {
@@ -119,6 +216,7 @@ void Textures::ReadTexture(const Json& json) {
                                 ReadSize(samplerPlace, settings, "magFilter", 0));
     }
     m_Textures.push_back(std::move(info));
+    m_Sources.push_back(source);
 }
 
 } // namespace gltf

@@ -103,7 +103,7 @@ TEST_F(GltfMaterials, HostExtrasSayWhatGltfCant) {
     LoadMaterials(R"({"name":"S","extras":{"host":{"class":"standard","faceMap":true,"twoSided":true,"supersample":true,
                       "diffuse":[0.1,0.2,0.3],"specular":[0.4,0.5,0.6],"shininess":0.7,"specularLevel":0.8,"opacity":0.9,
                       "selfIllum":0.5,"transparency":"additive",
-                      "maps":{"opacity":{"texture":1,"amount":0.25,"tile":"u","mirror":"v","filter":"pyramidal",
+                      "maps":{"opacity":{"texture":0,"amount":0.25,"tile":"u","mirror":"v","filter":"pyramidal",
                                          "offset":[0.5,0.25],"scale":[2,4],"channel":3,"environment":true},
                               "reflection":{"class":"Noise","enabled":false}},
                       "tracks":{"opacity":[[0,0],[1,1]],"opacity.amount":[[0,1],[2,0]],"opacity.vOffset":[[0,0],[1,3]]}}}},
