@@ -30,9 +30,8 @@ json BonesToJson(const AnimInterm& anim, bool withKeys) {
     for (uint32_t i = 0; i < anim.GetBoneCount(); ++i) {
         const Anim::BoneStream& bone = anim.GetBone(static_cast<int32_t>(i));
         const MatrixStream* pStream = anim.GetMatrixStream(static_cast<int32_t>(i));
-        json out = {{"name", bone.name.GetTextOrEmpty()},
-                    {"animated", bone.isAnimated},
-                    {"keyCount", GetKeyCount(pStream)}};
+        json out = {
+            {"name", bone.name.GetTextOrEmpty()}, {"animated", bone.isAnimated}, {"keyCount", GetKeyCount(pStream)}};
         if (withKeys)
             out["keys"] = KeysToJson(pStream);
         bones.push_back(std::move(out));

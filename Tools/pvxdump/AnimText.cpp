@@ -32,9 +32,6 @@ private:
 };
 
 std::vector<std::string> MakeRow(const AnimationContent& content) {
-    if (!content.pAnim)
-        return {Name(content.name), "", "", "", "", "", "", "", "version " + std::to_string(content.version),
-                Count(content.size)};
     const AnimInterm& anim = *content.pAnim;
     uint32_t animatedCount = 0;
     KeyCounts keyCounts;
@@ -50,8 +47,8 @@ std::vector<std::string> MakeRow(const AnimationContent& content) {
             Count(anim.GetBoneCount()),
             Count(animatedCount),
             keyCounts.GetText(),
-            Count(anim.GetControlCount()) + ", " + Count(anim.GetCameraCount()),
-            "",
+            Count(anim.GetControlCount()),
+            Count(anim.GetCameraCount()),
             Count(content.size)};
 }
 
@@ -104,12 +101,17 @@ void PrintAnimations(std::string& out, const std::vector<AnimationContent>& anim
                      {"bones", Right},
                      {"animated", Right},
                      {"keys a bone", Right},
-                     {"controls, cameras", Right},
-                     {""},
+                     {"controls", Right},
+                     {"cameras", Right},
                      {"bytes", Right}});
+    TextTable others({{"animation"}, {"version", Right}, {"bytes", Right}});
     for (const AnimationContent& content : animations)
-        table.AddRow(MakeRow(content));
-    table.PrintSection(out, Count(animations.size(), "animation", "animations"));
+        if (content.pAnim)
+            table.AddRow(MakeRow(content));
+        else
+            others.AddRow({Name(content.name), std::to_string(content.version), Count(content.size)});
+    table.PrintSection(out, Count(table.GetRowCount(), "animation", "animations"));
+    others.PrintSection(out, Count(others.GetRowCount(), "animation", "animations") + " of a form that isn't decoded");
     for (const AnimationContent& content : animations) {
         if (!content.pAnim)
             continue;

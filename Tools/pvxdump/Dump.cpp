@@ -58,7 +58,7 @@ std::string DumpModel(Chunky& chunky, const std::string& file, uint32_t size, co
         PrintModel(out, content);
         return out;
     }
-    json out = ToJson(content, options.vertices);
+    json out = ToJson(content, options.vertices, options.keys);
     out["file"] = file;
     out["size"] = size;
     return ToText(out);

@@ -9,6 +9,7 @@ struct DumpOptions {
     bool json = false;
     bool chunks = false;             // every chunk, whatever it means, in place of the content
     bool vertices = false;           // vertices and indices too; only in JSON
+    bool keys = false;               // the animations' keys too; only in JSON
     std::string texturesFolder = {}; // native; when given, the textures are written there as pictures
 };
 

@@ -6,11 +6,10 @@
 #include "Shared/Cross/RenderAnim/Chunks/MarkerChunk.h"
 #include "Shared/Cross/RenderAnim/Chunks/TextureChunk.h"
 #include "Shared/Cross/RenderAnim/Files/SharedShaderLayout.h"
+#include "Shared/Cross/RenderAnim/Intermediate/AnimChunk.h"
 #include "Shared/Cross/RenderAnim/Intermediate/IntermediateLayout.h"
 
 namespace {
-
-constexpr uint32_t s_IntermediateAnimVersion = 1;
 
 class GroupReader : public ra::MeshGroupSink {
 public:
@@ -96,9 +95,7 @@ private:
             return true;
         }
         case ra::s_AnimChunk:
-            m_Content.isGeneric |= child.version > s_IntermediateAnimVersion;
-            m_Content.animations.push_back(
-                {.name = std::string(child.name.GetView()), .version = child.version, .size = child.size});
+            ReadAnim(child);
             return true;
         case ra::intermediate::s_SkeletonChunk:
             m_Content.isGeneric = true; // only there it is a folder
@@ -106,6 +103,16 @@ private:
         default:
             return false;
         }
+    }
+
+    void ReadAnim(const ChunkInfo& child) {
+        AnimationContent animation{
+            .name = std::string(child.name.GetView()), .version = child.version, .size = child.size, .pAnim = nullptr};
+        if (child.version <= ra::intermediate::s_AnimVersion)
+            animation.pAnim = ra::intermediate::ReadAnim(m_Chunky);
+        else
+            m_Content.isGeneric = true;
+        m_Content.animations.push_back(std::move(animation));
     }
 
     bool ReadData(uint32_t id) {

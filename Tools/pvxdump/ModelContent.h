@@ -2,10 +2,12 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "Shared/Cross/FileSystem/Chunky.h"
+#include "Shared/Cross/RenderAnim/AnimInterm.h"
 #include "Shared/Cross/RenderAnim/BoundVolume.h"
 #include "Shared/Cross/RenderAnim/Chunks/MeshChunk.h"
 #include "Shared/Cross/RenderAnim/Chunks/MeshGroupChunk.h"
@@ -26,7 +28,8 @@ struct MeshContent {
 struct AnimationContent {
     std::string name;
     uint32_t version = 0;
-    uint32_t size = 0; // bytes
+    uint32_t size = 0;                 // bytes
+    std::unique_ptr<AnimInterm> pAnim; // null for a form that isn't decoded
 };
 
 // What a model file holds, as it stands there: no device, no inventory, and nothing made up for what is missing.

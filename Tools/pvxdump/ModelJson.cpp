@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Shared/Cross/RenderAnim/VertexWeight.h"
+#include "Tools/pvxdump/AnimJson.h"
 #include "Tools/pvxdump/ModelNames.h"
 #include "Tools/pvxdump/TextFormat.h"
 
@@ -180,10 +181,6 @@ json ToJson(const CameraDef& camera) {
             {"target", ToJson(camera.target)}};
 }
 
-json ToJson(const AnimationContent& animation) {
-    return {{"name", animation.name}, {"version", animation.version}, {"size", animation.size}};
-}
-
 template <class T>
 json ListToJson(const std::vector<T>& items) {
     json list = json::array();
@@ -201,13 +198,16 @@ json UndecodedToJson(const ModelContent& content) {
 
 } // namespace
 
-nlohmann::json ToJson(const ModelContent& content, bool withVertices) {
+nlohmann::json ToJson(const ModelContent& content, bool withVertices, bool withKeys) {
     json bones = json::array();
     for (const ra::intermediate::BoneRecord& bone : content.bones)
         bones.push_back(ToJson(content, bone));
     json meshes = json::array();
     for (const MeshContent& mesh : content.meshes)
         meshes.push_back(ToJson(content, mesh, withVertices));
+    json animations = json::array();
+    for (const AnimationContent& animation : content.animations)
+        animations.push_back(ToJson(animation, withKeys));
     return {{"kind", "model"},
             {"level", content.isGeneric ? "generic" : "intermediate"},
             {"name", content.name},
@@ -220,7 +220,7 @@ nlohmann::json ToJson(const ModelContent& content, bool withVertices) {
             {"bounds", ToJson(content.boundVolume)},
             {"markers", ListToJson(content.markers)},
             {"cameras", ListToJson(content.cameras)},
-            {"animations", ListToJson(content.animations)},
+            {"animations", animations},
             {"undecoded", UndecodedToJson(content)}};
 }
 

@@ -6,7 +6,7 @@
 
 // For programs: everything that the file holds. Vertices and indices are there when the content was read with them:
 // "positions", "normals" and "texcoords" as [x, y, ...] a vertex, "weights" as three floats and "boneIndices" as four
-// numbers a vertex, and "indices" flat.
-nlohmann::json ToJson(const ModelContent& content, bool withVertices);
+// numbers a vertex, and "indices" flat. The animations' keys are there if asked for; see AnimJson.h.
+nlohmann::json ToJson(const ModelContent& content, bool withVertices, bool withKeys);
 // A shader in a file of its own.
 nlohmann::json ShaderFileToJson(const ModelContent& content);

@@ -7,6 +7,7 @@
 #include <glm/common.hpp>
 #include <glm/gtc/type_ptr.hpp>
 
+#include "Tools/pvxdump/AnimText.h"
 #include "Tools/pvxdump/ModelNames.h"
 #include "Tools/pvxdump/TextFormat.h"
 #include "Tools/pvxdump/TextTable.h"
@@ -19,15 +20,10 @@ using TextFormat::Name;
 using TextFormat::Number;
 using TextFormat::Vector;
 
-constexpr uint32_t s_Indent = 2;
 constexpr double s_DegreesPerRadian = 57.29577951308232;
 
-// Nothing for a kind of thing that the file hasn't.
 void PrintSection(std::string& out, const std::string& heading, const TextTable& table) {
-    if (table.IsEmpty())
-        return;
-    out += '\n' + heading + '\n';
-    table.Print(out, s_Indent);
+    table.PrintSection(out, heading);
 }
 
 std::string FormatBox(const BoundVolume& volume) {
@@ -226,13 +222,6 @@ void PrintCameras(std::string& out, const ModelContent& content) {
     PrintSection(out, Count(content.cameras.size(), "camera", "cameras"), table);
 }
 
-void PrintAnimations(std::string& out, const ModelContent& content) {
-    TextTable table({{"animation"}, {"version", Right}, {"bytes", Right}});
-    for (const AnimationContent& animation : content.animations)
-        table.AddRow({Name(animation.name), std::to_string(animation.version), Count(animation.size)});
-    PrintSection(out, Count(content.animations.size(), "animation", "animations"), table);
-}
-
 void PrintUndecoded(std::string& out, const ModelContent& content) {
     TextTable table({{"chunk"}, {"count", Right}});
     for (const auto& [id, count] : content.undecoded)
@@ -258,7 +247,7 @@ void PrintModel(std::string& out, const ModelContent& content) {
     PrintMeshes(out, content);
     PrintMarkers(out, content);
     PrintCameras(out, content);
-    PrintAnimations(out, content);
+    PrintAnimations(out, content.animations);
     PrintUndecoded(out, content);
 }
 

@@ -5,6 +5,7 @@
 namespace {
 
 constexpr size_t s_Gap = 2; // blanks between columns
+constexpr uint32_t s_SectionIndent = 2;
 
 // Letters outside of ASCII take several bytes and one place.
 size_t CountPlaces(const std::string& text) {
@@ -49,4 +50,11 @@ void TextTable::Print(std::string& out, uint32_t indent) const {
     PrintLine(out, indent, titles, widths);
     for (const std::vector<std::string>& row : m_Rows)
         PrintLine(out, indent, row, widths);
+}
+
+void TextTable::PrintSection(std::string& out, const std::string& heading) const {
+    if (m_Rows.empty())
+        return;
+    out += '\n' + heading + '\n';
+    Print(out, s_SectionIndent);
 }

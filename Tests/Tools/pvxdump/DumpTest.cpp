@@ -85,6 +85,34 @@ TEST_F(Dump, VerticesAreThoseOfTheMesh) {
     EXPECT_EQ(body["boneIndices"][2], json({32 + 5 + 12, 32 + 5 + 13, 32 + 5 + 14, 32 + 5 + 15}));
 }
 
+TEST_F(Dump, AnimationsAreToldByTheirStreams) {
+    const std::string control = PayloadBytes().U32(0).U32(1).U32(4).U32(2).F32({0, 0.25f, 1, 0.75f}).Get();
+    const std::string parts =
+        ChunkBytes::Data("INFO", PayloadBytes().U32(45).F32({1.5f}).Get()) +
+        NamedData("BANM", "hip", PayloadBytes().U32(1).F32({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}).U8(1).Get(), 1) +
+        NamedData("BANM", "knee", PayloadBytes().U32(0).U8(0).Get(), 1) + NamedData("CONS", "Glass", control, 1) +
+        NamedData("CONS", "Body", PayloadBytes().U32(2).U32(0).U32(0).U32(1).F32({0, 1}).Get(), 1) +
+        NamedData("CMRA", "Front",
+                  PayloadBytes().U32(1).F32({0, 5, 6, 7}).U32(1).F32({0, 0.5f, 0.25f, 0.125f, 1}).Get(), 1);
+    const std::string bytes = MakeModel(NamedFolder("ANIM", "walk", NamedFolder("DATA", "walk", parts, 1), 1));
+    const std::string text = Print(bytes);
+    EXPECT_THAT(text,
+                HasSubstr("walk           45     1.5 s        30      2         1       0 to 1         2        1"));
+    EXPECT_THAT(text, HasSubstr("shader  Glass  opacity U offset     2  0.25 to 0.75"));
+    EXPECT_THAT(text, HasSubstr("mesh    Body   visibility           1  1"));
+    const json anim = PrintJson(bytes)["animations"][0];
+    EXPECT_EQ(anim["frameCount"], 45);
+    EXPECT_EQ(anim["framesPerSecond"], 30.0);
+    EXPECT_EQ(anim["bones"][1], json({{"name", "knee"}, {"animated", false}, {"keyCount", 0}}));
+    EXPECT_EQ(anim["controls"][0]["drives"], "opacity U offset");
+    EXPECT_EQ(anim["cameras"][0]["rotationKeyCount"], 1);
+    const json keys = json::parse(Print(bytes, {.json = true, .keys = true}))["animations"][0];
+    EXPECT_EQ(keys["bones"][0]["keys"], json::parse("[[0,1,2,3,4,5,6,7,8,9,10,11,12]]"));
+    EXPECT_EQ(keys["controls"][0]["keys"], json::parse("[[0,0.25],[1,0.75]]"));
+    EXPECT_EQ(keys["cameras"][0]["positionKeys"], json::parse("[[0,5,6,7]]"));
+    EXPECT_EQ(keys["cameras"][0]["rotationKeys"], json::parse("[[0,0.5,0.25,0.125,1]]"));
+}
+
 TEST_F(Dump, ChunksAreToldWithTheirPlaces) {
     const std::string bytes =
         ChunkBytes::FileHeader() +

@@ -50,6 +50,7 @@ TEST_F(PvxDumpProgram, FaultsAreOneLineWithTheFile) {
     ExpectFault({"a", "b"}, "pvxdump: ");
     ExpectFault({"a", "--what"}, "pvxdump: ");
     ExpectFault({"a", "--vertices"}, "pvxdump: ");
+    ExpectFault({"a", "--keys"}, "pvxdump: ");
     ExpectFault({"a", "--json", "--chunks", "--vertices"}, "pvxdump: ");
 }
 

@@ -51,6 +51,7 @@ int main(int argc, char** argv) {
     CLI::Option* pJson = app.add_flag("--json", options.json, "As JSON, with all there is.");
     CLI::Option* pChunks = app.add_flag("--chunks", options.chunks, "The tree of chunks, whatever they mean.");
     app.add_flag("--vertices", options.vertices, "In JSON: vertices and indices too.")->needs(pJson)->excludes(pChunks);
+    app.add_flag("--keys", options.keys, "In JSON: all keys of the animations too.")->needs(pJson)->excludes(pChunks);
     app.add_option("--textures", options.texturesFolder,
                    "Write every texture into this folder too: as TGA, or DDS where it is compressed.")
         ->type_name("DIR")
