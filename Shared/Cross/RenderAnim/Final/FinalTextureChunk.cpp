@@ -62,7 +62,8 @@ uint32_t ReadLevelCount(Chunky& chunky, const char* pName) {
 std::vector<std::unique_ptr<Image>> ReadLevels(Chunky& chunky, uint32_t count, uint32_t levelsToSkip) {
     std::vector<std::unique_ptr<Image>> levels;
     const uint32_t skip = count > 0 ? std::min(levelsToSkip, count - 1) : 0;
-    for (uint32_t level = 0; level < skip; ++level)
+    // The first wanted one is looked at and then entered.
+    for (uint32_t level = 0; level <= skip; ++level)
         if (!chunky.FindChunk(ChunkKind_Folder, s_ImageChunk))
             return levels;
     for (uint32_t level = skip; level < count; ++level)

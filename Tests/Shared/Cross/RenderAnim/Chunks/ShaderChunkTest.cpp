@@ -79,14 +79,36 @@ TEST_F(ShaderChunk, AMissingTextureIsPink) {
 }
 
 TEST_F(ShaderChunk, ATextureOfTheInventoryIsTaken) {
+    // As the exporter names it.
     auto pTexture = std::make_unique<Texture>();
-    pTexture->SetName("art/wood");
+    pTexture->SetName("art\\Wood.old");
     TextureRef texture;
     texture.Set(std::move(pTexture));
-    const ShaderRef shader = ra::BuildShader(Read(MakeBytes("art/wood", 3)));
+    const ShaderRef shader = ra::BuildShader(Read(MakeBytes("art\\Wood.old", 3)));
     EXPECT_EQ(shader->GetChannelTexture(3), texture);
     EXPECT_TRUE(ReportCapture::HasWarning("SHADER -- 'Clay': has texture on 'Self Illumination' channel!"));
-    EXPECT_EQ(Write(*shader.GetData()), MakeBytes("art/wood", 3));
+    EXPECT_EQ(Write(*shader.GetData()), MakeBytes("art\\Wood.old", 3));
+}
+
+TEST_F(ShaderChunk, TheFinalLevelHasWordsOfItsOwn) {
+    std::unique_ptr<Shader> pShader = ra::MakeShader(Read(MakeBytes("art/wood", 5)), ra::ShaderForm::Final);
+    EXPECT_STREQ(pShader->GetName(), "Clay");
+    EXPECT_TRUE(ReportCapture::HasWarning("TEXTURES -- 'Clay': has texture on 'Specular' channel!"));
+    EXPECT_FALSE(ReportCapture::HasWarning("SHADER --"));
+    EXPECT_TRUE(ReportCapture::HasWarning("TEXTURES -- 'Clay': opacity channel has mode 'Add'."));
+    const std::pair<int32_t, const char*> modes[] = {{0, nullptr},      {2, "'Blend'."},   {3, "'Blend'."},
+                                                     {4, "'Invalid'."}, {9, "'Invalid'."}, {-1, "'Invalid'."}};
+    for (const auto& [mode, pText] : modes) {
+        ra::ShaderRecord record = Read(MakeBytes());
+        record.channels[CN_Opacity].mode = mode;
+        ReportCapture::Clear();
+        ra::MakeShader(record, ra::ShaderForm::Final);
+        EXPECT_EQ(ReportCapture::HasWarning("opacity channel has mode"), pText != nullptr) << mode;
+        EXPECT_TRUE(!pText || ReportCapture::HasWarning(pText)) << mode;
+        ReportCapture::Clear();
+        ra::MakeShader(record);
+        EXPECT_FALSE(ReportCapture::HasWarning("opacity channel has mode")) << "not at the generic level";
+    }
 }
 
 TEST_F(ShaderChunk, DamageIsRefused) {
