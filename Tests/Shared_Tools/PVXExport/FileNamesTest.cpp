@@ -1,12 +1,10 @@
-#include <fstream>
-
 #include "Shared/Cross/RenderAnim/MeshGroup.h"
 #include "Shared/Cross/RenderAnim/RenderModel.h"
-#include "Shared/PC/Program/ProgramPath.h"
 #include "Shared_Tools/PVXExport/ModuleResources.h"
 #include "Shared_Tools/PVXExport/PVXFilename.h"
 #include "Shared_Tools/PVXExport/PVXUtil.h"
 #include "Tests/Shared_Tools/PVXExport/ExportFixture.h"
+#include "Tests/Shared_Tools/PVXExport/ProjectFolder.h"
 
 namespace {
 
@@ -49,17 +47,7 @@ TEST(PVXUtil, NormalisesPaths) {
 // A project in the test's folder, found from there.
 class ProjectNames : public ExportTest {
 protected:
-    void SetUp() override {
-        std::ofstream ini(m_Folder / "pipeline.ini", std::ios::binary);
-        ini << "[project:Game]\r\n";
-        for (const char* pKey : {"DataSource", "DataSourceShared", "DataBurn", "DataIntermediate", "DataGeneric",
-                                 "DataFinal", "DataPreview", "LocaleFolder", "AttrLoc"})
-            ini << pKey << '=' << pKey << "\r\n";
-        ini << "Parent=\r\n";
-        ini.close();
-        ProgramPath::SetHome(m_Folder.string());
-    }
-    void TearDown() override { ProgramPath::SetHome(""); }
+    ProjectFolder m_Project{m_Folder};
 };
 
 TEST_F(ProjectNames, FilesAreMappedByTheirProject) {

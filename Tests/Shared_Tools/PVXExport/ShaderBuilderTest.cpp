@@ -1,10 +1,13 @@
 #include "Tests/Shared_Tools/PVXExport/ExportFixture.h"
 
+#include <fstream>
+
 #include "Shared/Cross/RenderAnim/MeshGroup.h"
 #include "Shared/Cross/RenderAnim/RenderModel.h"
 #include "Shared/Cross/RenderAnim/Shader.h"
 #include "Shared_Tools/PVXExport/ModuleResources.h"
 #include "Shared_Tools/PVXExport/TextureMatrix.h"
+#include "Tests/Shared/Cross/RenderAnim/Image/PictureBytes.h"
 
 namespace {
 
@@ -14,7 +17,13 @@ using testing::IsEmpty;
 class ShaderExport : public ExportTest {
 protected:
     scene::Bitmap& AddBitmap(const std::string& name, scene::UVSettings uv = {}) {
-        return m_Scene.Make<scene::Bitmap>(name, "Z:\\" + name + ".tga", uv, FILTER_SAT);
+        return m_Scene.Make<scene::Bitmap>(name, WritePicture(name), uv, FILTER_SAT);
+    }
+    std::string WritePicture(const std::string& name) {
+        const Bytes bytes = MakeTga(1, 1, 24);
+        std::ofstream(m_Folder / (name + ".tga"), std::ios::binary)
+            .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+        return GetPath(name + ".tga");
     }
     void AddQuadWith(Mtl& material) {
         scene::AddMesh(m_Scene, "On" + std::string(material.GetName()), MakeQuad(), &material);
@@ -172,7 +181,7 @@ TEST_F(ShaderExport, AMirroredMapIsScaledByTwo) {
 
 TEST_F(ShaderExport, AMapWithoutPlacementIsAWarning) {
     scene::StandardSettings settings;
-    settings.maps[ID_DI].pMap = &m_Scene.Make<scene::Bitmap>("Plain", "plain.tga", std::nullopt);
+    settings.maps[ID_DI].pMap = &m_Scene.Make<scene::Bitmap>("Plain", WritePicture("plain"), std::nullopt);
     AddQuadWith(AddMaterial("Paint", settings));
     EXPECT_EQ(Export(), 1);
     EXPECT_THAT(m_Messages, ElementsAre("Warning : Texture [Plain] does not have a UVGen."));

@@ -1,0 +1,201 @@
+#include "Tests/Shared_Tools/PVXExport/ExportFixture.h"
+
+#include "Shared/Cross/RenderAnim/MeshGroup.h"
+#include "Shared/Cross/RenderAnim/RenderModel.h"
+#include "Shared/Cross/RenderAnim/Shader.h"
+#include "Shared/Cross/RenderAnim/Texture.h"
+#include "Shared_Tools/PVXExport/ModuleResources.h"
+#include "Shared_Tools/PVXExport/OmbrelSharedShader.h"
+#include "Tests/Shared/Cross/RenderAnim/Image/PictureBytes.h"
+#include "Tests/Shared_Tools/PVXExport/ProjectFolder.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class TextureExport : public ExportTest {
+protected:
+    // In the project's source tree unless the name leads out of it.
+    std::string WritePicture(const std::string& name, const Bytes& bytes) {
+        const std::filesystem::path path = m_Folder / "DataSource" / name;
+        std::filesystem::create_directories(path.parent_path());
+        std::ofstream(path, std::ios::binary)
+            .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+        return GetPath("DataSource/" + name);
+    }
+    scene::Bitmap& AddBitmap(const std::string& path, scene::UVSettings uv = {}) {
+        return m_Scene.Make<scene::Bitmap>("Map", path, uv);
+    }
+    // On a quad of its own.
+    scene::StandardMaterial& AddMaterialWith(const std::string& name,
+                                             const std::vector<std::pair<int, Texmap*>>& maps) {
+        scene::StandardSettings settings;
+        for (const auto& [slot, pMap] : maps)
+            settings.maps[static_cast<size_t>(slot)].pMap = pMap;
+        scene::StandardMaterial& material = AddMaterial(name, settings);
+        scene::AddMesh(m_Scene, "On" + name, MakeQuad(), &material);
+        return material;
+    }
+    size_t CountTextures() const {
+        const std::string bytes = ReadBytes("Foo.pvx");
+        size_t count = 0;
+        for (size_t place = 0; (place = bytes.find("FOLDTXTR", place)) != bytes.npos; ++place)
+            ++count;
+        return count;
+    }
+    void WithShader(const std::function<void(const Shader&)>& look, uint32_t index = 0) {
+        WithModel([&](const RenderModel& model) { look(*model.GetMeshGroup()->GetShader(index).GetData()); });
+    }
+    static std::string LevelOf(const Texture& texture, uint32_t level = 0) {
+        const auto [pImage, imageLevel] = texture.GetLevel(level);
+        const std::span<const uint8_t> data = pImage->GetData(imageLevel);
+        return {reinterpret_cast<const char*>(data.data()), data.size()};
+    }
+
+    ProjectFolder m_Project{m_Folder};
+};
+
+TEST_F(TextureExport, TheTextureEqualsThePicture) {
+    const Bytes opaque = MakeTga(3, 2, 24);
+    const Bytes clear = MakeTga(2, 2, 32, 5);
+    const Bytes blocks = MakeDds(8, 8, '5', 3);
+    AddMaterialWith("Paint", {{ID_DI, &AddBitmap(WritePicture("Art/Foo/Wood.tga", opaque))},
+                              {ID_SI, &AddBitmap(WritePicture("Art/Foo/Glow.old.tga", clear))},
+                              {ID_RL, &AddBitmap(WritePicture("Art/Sky.dds", blocks))}});
+    EXPECT_EQ(Export(), 1);
+    EXPECT_THAT(m_Messages, IsEmpty());
+    EXPECT_EQ(CountTextures(), 3u);
+    WithShader([&](const Shader& shader) {
+        const TextureRef& wood = shader.GetChannelTexture(CN_Diffuse);
+        ASSERT_TRUE(wood);
+        EXPECT_EQ(shader.GetChannelMode(CN_Diffuse), ChannelMode_Texture);
+        EXPECT_STREQ(wood->GetName(), "Art\\Foo\\Wood");
+        EXPECT_STREQ(wood->GetImages()[0]->GetName(), "Art\\Foo\\Wood");
+        EXPECT_EQ(wood->GetWidth(), 3u);
+        EXPECT_EQ(wood->GetLevelCount(), 1u);
+        std::string pixels;
+        for (size_t i = 18; i < opaque.size(); i += 3)
+            pixels += {static_cast<char>(opaque[i]), static_cast<char>(opaque[i + 1]), static_cast<char>(opaque[i + 2]),
+                       '\xFF'};
+        EXPECT_EQ(LevelOf(*wood.GetData()), pixels);
+
+        const TextureRef& glow = shader.GetChannelTexture(CN_SelfIllumination);
+        ASSERT_TRUE(glow) << "a point belongs to the name";
+        EXPECT_STREQ(glow->GetName(), "Art\\Foo\\Glow.old");
+        EXPECT_EQ(LevelOf(*glow.GetData()), std::string(clear.begin() + 18 + 5, clear.end()));
+
+        const TextureRef& sky = shader.GetChannelTexture(CN_Reflection);
+        ASSERT_TRUE(sky);
+        EXPECT_EQ(sky->GetType(), TextureType_DXT5);
+        ASSERT_EQ(sky->GetLevelCount(), 3u);
+        EXPECT_EQ(LevelOf(*sky.GetData()) + LevelOf(*sky.GetData(), 1) + LevelOf(*sky.GetData(), 2),
+                  std::string(blocks.begin() + 128, blocks.end()));
+    });
+}
+
+TEST_F(TextureExport, APictureIsOneTextureHoweverOftenItIsUsed) {
+    const std::string path = WritePicture("Art/Wood.tga", MakeTga(2, 2, 32));
+    WritePicture("Art/Wood.bmp", MakeBmp(2, 2, 24));
+    AddMaterialWith("A", {{ID_DI, &AddBitmap(path)}, {ID_OP, &AddBitmap(GetPath("DataSource/ART/WOOD.TGA"))}});
+    // The name is the same, so the first one stands for both.
+    AddMaterialWith("B", {{ID_DI, &AddBitmap(path)}, {ID_SI, &AddBitmap(GetPath("DataSource/Art/Wood.bmp"))}});
+    EXPECT_EQ(Export(), 1);
+    EXPECT_THAT(m_Messages, IsEmpty());
+    EXPECT_EQ(CountTextures(), 1u);
+    WithModel([](const RenderModel& model) {
+        const ra::MeshGroup& group = *model.GetMeshGroup();
+        const TextureRef& texture = group.GetShader(0)->GetChannelTexture(CN_Diffuse);
+        EXPECT_TRUE(texture);
+        EXPECT_EQ(group.GetShader(0)->GetChannelTexture(CN_Opacity), texture);
+        EXPECT_EQ(group.GetShader(1)->GetChannelTexture(CN_SelfIllumination), texture);
+    });
+}
+
+TEST_F(TextureExport, AMissingPictureIsAWarning) {
+    const std::string missing = GetPath("DataSource/Art/None.tga");
+    const std::string broken = WritePicture("Art/Broken.tga", Bytes(30));
+    const std::string unknown = WritePicture("Art/Movie.avi", Bytes(30));
+    AddMaterialWith("Paint", {{ID_DI, &AddBitmap(missing)},
+                              {ID_SP, &AddBitmap(broken)},
+                              {ID_SI, &AddBitmap(unknown)},
+                              {ID_OP, &AddBitmap(WritePicture("Art/Wood.tga", MakeTga(1, 1, 24)))}});
+    EXPECT_EQ(Export(), 1) << "a warning is no failure";
+    EXPECT_THAT(m_Messages, ElementsAre("Warning : Unable to load texture '" + missing + "'!",
+                                        "Warning : Unable to load texture '" + broken + "'!",
+                                        "Warning : Unable to load texture '" + unknown + "'!"));
+    EXPECT_EQ(CountTextures(), 1u);
+    WithShader([](const Shader& shader) {
+        EXPECT_EQ(shader.GetChannelMode(CN_Diffuse), ChannelMode_Colour);
+        EXPECT_FALSE(shader.GetChannelTexture(CN_Diffuse));
+        EXPECT_EQ(shader.GetChannelMode(CN_Opacity), ChannelMode_Texture);
+        EXPECT_EQ(shader.GetChannelTile(CN_Diffuse), 1) << "the settings stay";
+    });
+    m_Presses = {ID_EXPORT_MESHES};
+    EXPECT_EQ(Export(), 1);
+    EXPECT_THAT(m_Messages, IsEmpty()) << "nobody minds when no meshes are wanted";
+}
+
+TEST_F(TextureExport, APictureOutsideOfEveryProjectIsInNoFile) {
+    AddMaterialWith("Paint", {{ID_DI, &AddBitmap(WritePicture("../Elsewhere/Wood.tga", MakeTga(1, 1, 24)))},
+                              {ID_SI, &AddBitmap(WritePicture("../Elsewhere/Stone.tga", MakeTga(2, 1, 24)))}});
+    EXPECT_EQ(Export(), 1);
+    EXPECT_THAT(m_Messages, IsEmpty());
+    EXPECT_EQ(CountTextures(), 0u);
+    EXPECT_THAT(ReadBytes("Foo.log"), testing::HasSubstr("Wood.tga': lies in no project's source folder"));
+    WithShader([](const Shader& shader) { EXPECT_FALSE(shader.GetChannelTexture(CN_Diffuse)); });
+}
+
+TEST_F(TextureExport, IgnoredShadersTakeTheirTexturesWithThem) {
+    AddMaterialWith("Paint", {{ID_DI, &AddBitmap(WritePicture("Wood.tga", MakeTga(1, 1, 24)))}});
+    m_Scene.AddFileProperty("IgnoreShaders", {});
+    EXPECT_EQ(Export(), 1);
+    EXPECT_EQ(CountTextures(), 0u);
+}
+
+TEST_F(TextureExport, AShaderIsSharedByTheNameOfItsTexture) {
+    EXPECT_TRUE(OmbrelSharedShader::IsSharedTextureName("art\\x\\A_TEXTURE_Share_b"));
+    EXPECT_FALSE(OmbrelSharedShader::IsSharedTextureName("art\\texture\\share"));
+    EXPECT_THROW(OmbrelSharedShader::IsSharedTextureName(nullptr), std::runtime_error);
+    scene::Bitmap& map = AddBitmap(WritePicture("Art/Texture_Share_Rock.tga", MakeTga(1, 1, 24)));
+    AddMaterialWith("Rock", {{ID_DI, &map}});
+    AddMaterialWith("Cliff", {{ID_SI, &map}});
+    EXPECT_EQ(Export(), 1);
+    WithModel([](const RenderModel& model) {
+        EXPECT_STREQ(model.GetMeshGroup()->GetShader(0)->GetName(), "Art\\Texture_Share_Rock");
+        EXPECT_STREQ(model.GetMeshGroup()->GetShader(1)->GetName(), "Cliff");
+        EXPECT_EQ(model.GetMeshGroup()->GetMesh(0)->GetShader(0), model.GetMeshGroup()->GetShader(0));
+    });
+}
+
+TEST_F(TextureExport, PlacementFollowsTheMap) {
+    const std::string path = WritePicture("Wood.tga", MakeTga(1, 1, 24));
+    scene::UVSettings moved;
+    moved.transform = IdentityMatrix();
+    (*moved.transform)[3] = {0.25f, 0.5f, 0.0f};
+    moved.mapChannel = 3;
+    AddMaterialWith("Moved", {{ID_DI, &AddBitmap(path, moved)}, {ID_SP, &AddBitmap(path, moved)}});
+    scene::UVSettings sphere;
+    sphere.environment = true;
+    AddMaterialWith("Mirror", {{ID_RL, &AddBitmap(path, sphere)}});
+    EXPECT_EQ(Export(), 1);
+    EXPECT_THAT(m_Messages, IsEmpty());
+    const glm::mat4 identity(1.0f);
+    WithShader([&](const Shader& shader) {
+        for (const ShaderChannel n : {CN_Diffuse, CN_Specular}) {
+            EXPECT_EQ(shader.GetChannelTexGen(n), 2);
+            EXPECT_EQ(shader.GetChannelMatrix(n), identity);
+            EXPECT_EQ(shader.GetChannelBakedMatrix(n)[3], glm::vec4(0.25f, 0.5f, 0, 1)) << "is in the vertices";
+        }
+    });
+    WithShader(
+        [&](const Shader& shader) {
+            EXPECT_EQ(shader.GetChannelTexGen(CN_Reflection), 6);
+            EXPECT_EQ(shader.GetChannelMatrix(CN_Reflection)[0].x, 0.5f);
+            EXPECT_EQ(shader.GetChannelMatrix(CN_Reflection)[3], glm::vec4(0.5f, 0.5f, 0, 1));
+            EXPECT_EQ(shader.GetChannelBakedMatrix(CN_Reflection), identity);
+        },
+        1);
+}
+
+} // namespace
