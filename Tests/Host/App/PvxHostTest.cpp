@@ -155,6 +155,9 @@ TEST_F(PvxHost, ABrokenFileNeverStaysUnderTheAskedForName) {
         EXPECT_THAT(List(), ElementsAre("tile.glb")) << pBehaviour;
     }
     Write("out.pvx", "of before");
+    EXPECT_EQ(ExportBy("interrupt beside", At("out.pvx")).status, -SIGINT);
+    EXPECT_EQ(Read("out.pvx"), "of before");
+    EXPECT_THAT(List(), ElementsAre("out.pvx", "tile.glb"));
     const ProgramResult thrown = ExportBy("throw before writing", At("out.pvx"));
     EXPECT_EQ(thrown.status, 1);
     EXPECT_EQ(thrown.err, "the exporter is out of order\n");
@@ -170,6 +173,11 @@ TEST_F(PvxHost, ADiskWithoutRoomIsAFailure) {
     EXPECT_THAT(result.err, HasSubstr("out.pvx: could not be written"));
     EXPECT_THAT(result.err, HasSubstr(At("out.log")));
     EXPECT_THAT(List(), ElementsAre("out.log", "tile.glb"));
+
+    Write("out.pvx", "of before");
+    EXPECT_EQ(RunProgram("pvxhost", {"export", At("tile.glb"), At("out.pvx")}, {}, {}, 1024).status, 1);
+    EXPECT_EQ(Read("out.pvx"), "of before");
+    EXPECT_THAT(List(), ElementsAre("out.log", "out.pvx", "tile.glb"));
 }
 
 TEST_F(PvxHost, ModulesThatAreNone) {

@@ -3,10 +3,12 @@
 #include "Host/Sdk/Listener.h"
 #include "Host/Sdk/Plugin.h"
 #include "Host/Sdk/Primitive.h"
+#include "Shared/PC/FileSystem/DiskFileReplacement.h"
 
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -45,6 +47,12 @@ public:
         const std::string behaviour = Behaviour();
         if (behaviour == "throw before writing")
             throw std::runtime_error("the exporter is out of order");
+        if (behaviour == "interrupt beside") {
+            const std::unique_ptr<FileReplacement> pFile = ReplaceFile(pName, false);
+            pFile->GetStream().WriteText("a file that was begun", false);
+            pFile->GetStream().Flush();
+            std::raise(SIGINT);
+        }
         std::ofstream(Native(pName), std::ios::binary) << "a file that was begun" << std::flush;
         if (behaviour == "interrupt while writing")
             std::raise(SIGINT);
