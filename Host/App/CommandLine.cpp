@@ -44,6 +44,10 @@ struct Parser {
                          "Folder in which the search for pipeline.ini starts (default: PVXHOST_HOME, else the folder "
                          "of OUT for export, that of pvxhost for the others)")
             ->type_name("DIR");
+        // Those whom they concern look for them in the whole command line; here they only have to be known.
+        for (const char* pSwitch :
+             {"--nodbg", "--notrace", "--noreport", "--notrap", "--invleaks", "--noimages", "--nomodels"})
+            pCommand->add_flag(pSwitch)->group("");
         return pCommand;
     }
 

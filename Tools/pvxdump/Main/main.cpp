@@ -57,6 +57,9 @@ int main(int argc, char** argv) {
         ->type_name("DIR")
         ->excludes(pChunks);
     app.add_flag("--break-on-assert", breaksOnAssert, "Stop in the debugger where an assertion fails.");
+    // The crash filter looks for them in the whole command line; here they only have to be known.
+    for (const char* pSwitch : {"--nodbg", "--notrace", "--noreport", "--notrap"})
+        app.add_flag(pSwitch)->group("");
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp& help) {

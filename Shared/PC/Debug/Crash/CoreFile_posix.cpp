@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <fstream>
 #include <span>
 #include <sstream>
@@ -136,8 +137,9 @@ Elf64_Phdr MakeProgramHeader(const Segment& segment, uint64_t position) {
     return header;
 }
 
+// Of at least one byte.
 bool IsZero(std::span<const std::byte> bytes) {
-    return std::ranges::all_of(bytes, [](std::byte byte) { return byte == std::byte{0}; });
+    return bytes[0] == std::byte{0} && std::memcmp(bytes.data(), bytes.data() + 1, bytes.size() - 1) == 0;
 }
 
 // What is zero, or can't be read, becomes a hole in the file.

@@ -39,6 +39,11 @@ constexpr Row s_Rows[] = {
     {SIGFPE, FPE_INTOVF, "an Integer Overflow"},
 };
 
+// Not if another process sent the signal, or the processor didn't tell.
+bool HasAddress(const CrashRecord& record) {
+    return record.signal == SIGSEGV && record.code > 0 && record.code != SI_KERNEL;
+}
+
 // An address just below the stack's pointer, or anywhere near it, is no stray one: it is the memory that the stack was
 // to grow into.
 bool IsStackOverflow(const CrashedProcess& process) {
@@ -47,8 +52,7 @@ bool IsStackOverflow(const CrashedProcess& process) {
     const uint64_t pointer = record.registers.rsp;
     const uint64_t distance = record.address > pointer ? record.address - pointer : pointer - record.address;
     const Mapping* pMapping = process.FindMapping(record.address);
-    return record.signal == SIGSEGV && record.code != SI_KERNEL && distance < s_Near &&
-           (!pMapping || !pMapping->isReadable);
+    return HasAddress(record) && distance < s_Near && (!pMapping || !pMapping->isReadable);
 }
 
 } // namespace
@@ -67,5 +71,6 @@ const char* GetExceptionName(const CrashedProcess& process) {
 }
 
 bool IsAccessViolation(const CrashedProcess& process) {
-    return process.GetRecord().signal == SIGSEGV && !IsStackOverflow(process);
+    const CrashRecord& record = process.GetRecord();
+    return record.signal == SIGSEGV && record.code > 0 && !IsStackOverflow(process);
 }

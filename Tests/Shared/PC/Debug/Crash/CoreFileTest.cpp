@@ -50,7 +50,7 @@ protected:
         std::filesystem::remove_all(m_Folder);
     }
 
-    bool Write(uint64_t mostBytes = s_MostCoreBytes) {
+    bool Write(uint64_t mostBytes = 16 * 1024 * 1024) {
         const CrashedProcess crashed(m_Record, ReadAll("/proc/" + std::to_string(m_Child) + "/maps"));
         const StoppedProcess stopped(m_Child);
         const bool written = WriteCoreFile(m_Path, crashed, stopped, mostBytes);

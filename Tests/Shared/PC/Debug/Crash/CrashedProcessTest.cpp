@@ -145,6 +145,14 @@ TEST(ExceptionName, BelowTheStackIsAnOverflow) {
     EXPECT_STREQ(GetExceptionName(MakeProcess(SIGSEGV, SEGV_MAPERR, 0x700000)), "an Access Violation");
 }
 
+TEST(ExceptionName, AViolationHasAnAddress) {
+    EXPECT_TRUE(IsAccessViolation(MakeProcess(SIGSEGV, SEGV_MAPERR, 16)));
+    EXPECT_TRUE(IsAccessViolation(MakeProcess(SIGSEGV, SI_KERNEL)));
+    EXPECT_FALSE(IsAccessViolation(MakeProcess(SIGSEGV, SI_USER, 16))) << "sent by another process";
+    EXPECT_FALSE(IsAccessViolation(MakeProcess(SIGSEGV, SEGV_MAPERR, 0x7feff8))) << "the stack's end";
+    EXPECT_FALSE(IsAccessViolation(MakeProcess(SIGBUS, BUS_ADRERR, 16)));
+}
+
 TEST(ModuleList, NamesEachFileWithCodeOnce) {
     const std::vector<CrashedModule> modules = ListModules(ParseMappings(s_Maps));
     ASSERT_EQ(modules.size(), 1u);
