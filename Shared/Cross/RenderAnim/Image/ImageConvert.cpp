@@ -123,7 +123,7 @@ void SumRow(std::span<const uint8_t> row, std::span<const Share> shares, std::sp
     std::ranges::fill(sums, 0);
     for (const Share& share : shares)
         for (size_t channel = 0; channel < 4; ++channel)
-            sums[share.to * 4 + channel] += row[share.from * 4 + channel] * share.weight;
+            sums[size_t{share.to} * 4 + channel] += row[size_t{share.from} * 4 + channel] * share.weight;
 }
 
 } // namespace

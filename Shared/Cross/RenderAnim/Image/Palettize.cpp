@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
+#include <utility>
 #include <vector>
 
 #include "Shared/Cross/Debug/db.h"
@@ -71,10 +71,10 @@ public:
     // Keeps what lies up to the middle of the channel; the rest is the new box.
     ColourBox Cut(size_t channel) {
         const uint32_t cut = m_Min[channel] + GetExtent(channel) / 2;
-        const auto above = std::ranges::partition(
-            m_Colours, [=](const Entry& entry) { return GetChannel(entry.colour, channel) <= cut; });
-        const ColourBox rest{std::span<Entry>(above.begin(), above.end())};
-        m_Colours = m_Colours.first(m_Colours.size() - above.size());
+        const auto above = std::partition(m_Colours.begin(), m_Colours.end(),
+                                          [=](const Entry& entry) { return GetChannel(entry.colour, channel) <= cut; });
+        const ColourBox rest{std::span<Entry>(above, m_Colours.end())};
+        m_Colours = std::span<Entry>(m_Colours.begin(), above);
         Shrink();
         return rest;
     }

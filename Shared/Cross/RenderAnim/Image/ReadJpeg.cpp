@@ -59,7 +59,7 @@ std::unique_ptr<Image> ReadJpeg(const ImageReaderArgs& args, uint32_t& outFlags,
         return Refuse(args.pName, "the JPEG has more than " + std::to_string(s_MaxScans) + " scans");
     std::unique_ptr<Image> pImage = Image::Create(IMAGETYPE_RGBA32, width, height);
     if (!library.Read(file, width, height, ImageCast<Image_RGBA32>(pImage.get())->GetPixels(), error))
-        return Refuse(args.pName, "the JPEG is damaged: " + error);
+        return Refuse(args.pName, "the JPEG can't be decoded: " + error);
     outFlags = ImageLoad::Flags_NoAlpha;
     return pImage;
 }
