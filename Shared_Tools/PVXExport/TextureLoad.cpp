@@ -11,17 +11,24 @@
 
 namespace {
 
-TextureRef LoadPicture(const char* pPath, const std::string& shortName) {
+// All textures without a name are one to the inventory, which knows textures by nothing else.
+TextureRef Enter(std::unique_ptr<Texture> pTexture, const std::string& shortName) {
     TextureRef texture;
-    std::unique_ptr<Texture> pTexture = ra::TextureLoadGeneric((std::string("Tool:") + pPath).c_str());
-    if (!pTexture)
+    if (shortName.empty() && texture.Find(""))
         return texture;
     pTexture->SetName(shortName.c_str());
     pTexture->NameImages();
-    if (shortName.empty())
-        dbWarningf("TEXTURES -- '%s': lies in no project's source folder, so the model has no name for it", pPath);
     texture.Set(std::move(pTexture));
     return texture;
+}
+
+TextureRef LoadPicture(const char* pPath, const std::string& shortName) {
+    std::unique_ptr<Texture> pTexture = ra::TextureLoadGeneric((std::string("Tool:") + pPath).c_str());
+    if (!pTexture)
+        return {};
+    if (shortName.empty())
+        dbWarningf("TEXTURES -- '%s': lies in no project's source folder, so the model has no name for it", pPath);
+    return Enter(std::move(pTexture), shortName);
 }
 
 } // namespace
@@ -41,7 +48,7 @@ TextureRef Load(ExportScene& scene, const char* pPath, bool warn) {
         return {};
     }
     TextureRef texture;
-    // Pictures without a name have nothing in common.
+    // That one picture without a name is there says nothing of another.
     if (shortName.empty() || !texture.Find(shortName.c_str()))
         texture = LoadPicture(pPath, shortName);
     if (texture)

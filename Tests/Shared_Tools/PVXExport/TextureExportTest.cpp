@@ -138,11 +138,15 @@ TEST_F(TextureExport, AMissingPictureIsAWarning) {
 
 TEST_F(TextureExport, APictureOutsideOfEveryProjectIsInNoFile) {
     AddMaterialWith("Paint", {{ID_DI, &AddBitmap(WritePicture("../Elsewhere/Wood.tga", MakeTga(1, 1, 24)))},
-                              {ID_SI, &AddBitmap(WritePicture("../Elsewhere/Stone.tga", MakeTga(2, 1, 24)))}});
+                              {ID_SI, &AddBitmap(WritePicture("../Elsewhere/Stone.tga", MakeTga(2, 1, 24)))},
+                              {ID_OP, &AddBitmap(GetPath("Elsewhere/None.tga"))}});
     EXPECT_EQ(Export(), 1);
-    EXPECT_THAT(m_Messages, IsEmpty());
+    EXPECT_THAT(m_Messages, ElementsAre("Warning : Unable to load texture '" + GetPath("Elsewhere/None.tga") + "'!"));
     EXPECT_EQ(CountTextures(), 0u);
-    EXPECT_THAT(ReadBytes("Foo.log"), testing::HasSubstr("Wood.tga': lies in no project's source folder"));
+    const std::string log = ReadBytes("Foo.log");
+    EXPECT_THAT(log, testing::HasSubstr("Wood.tga': lies in no project's source folder"));
+    EXPECT_THAT(log, testing::HasSubstr("Stone.tga': lies in no project's source folder"));
+    EXPECT_THAT(log, testing::Not(testing::HasSubstr("Duplicate")));
     WithShader([](const Shader& shader) { EXPECT_FALSE(shader.GetChannelTexture(CN_Diffuse)); });
 }
 

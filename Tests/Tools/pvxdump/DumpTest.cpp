@@ -145,10 +145,10 @@ TEST_F(Dump, ChunksNestedWithoutEndAreRefused) {
 }
 
 TEST_F(Dump, WhatIsntDecodedIsSaid) {
-    const json model = PrintJson(MakeModel(ChunkBytes::Folder("TXTR", "") + ChunkBytes::Folder("SKEL", "", 3) +
+    const json model = PrintJson(MakeModel(ChunkBytes::Folder("WHAT", "") + ChunkBytes::Folder("SKEL", "", 3) +
                                            NamedFolder("ANIM", "Run", "", 2)));
     EXPECT_EQ(model["level"], "generic");
-    EXPECT_EQ(model["undecoded"], json({{"SKEL", 1}, {"TXTR", 1}}));
+    EXPECT_EQ(model["undecoded"], json({{"SKEL", 1}, {"WHAT", 1}}));
     EXPECT_EQ(model["animations"][0]["name"], "Run");
     EXPECT_TRUE(model["skeleton"].is_null());
 }
