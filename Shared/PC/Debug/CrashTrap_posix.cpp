@@ -28,11 +28,11 @@ namespace CrashTrap {
 namespace {
 
 constexpr int s_Signals[] = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGABRT};
-constexpr size_t s_HandlerStackSize = 256 * 1024; // callbacks run on it
+constexpr size_t s_HandlerStackSize = size_t{256} * 1024; // callbacks run on it
 constexpr uint64_t s_PageSize = 4096;
-constexpr uint64_t s_MostStackSent = 512 * 1024;
+constexpr uint64_t s_MostStackSent = uint64_t{512} * 1024;
 // How far above an exhausted stack's pointer its memory may begin: the largest single frame that is reckoned with.
-constexpr uint64_t s_LargestFrame = 8 * 1024 * 1024;
+constexpr uint64_t s_LargestFrame = uint64_t{8} * 1024 * 1024;
 constexpr unsigned s_ReportSeconds = 60;
 constexpr char s_Failure[] = "RecordExceptionInfo: error creating exception report\n";
 

@@ -7,7 +7,7 @@ class CrashedProcess;
 class StoppedProcess;
 
 // What a dump holds of memory at most; the rest of a bigger process is named in it, but not there.
-constexpr uint64_t s_MostCoreBytes = 256 * 1024 * 1024;
+constexpr uint64_t s_MostCoreBytes = uint64_t{256} * 1024 * 1024;
 
 // Writes the stopped process as a core file, for a debugger to open with the program: every thread, the one that
 // crashed first and as it was at the crash, the files that were mapped, and the memory that isn't in those files, the

@@ -94,7 +94,7 @@ void ChooseSegments(std::vector<Segment>& segments, uint64_t stackPointer, uint6
             order.push_back(&segment);
     const auto rank = [=](const Segment* pSegment) {
         // An exhausted stack's pointer may lie just below its memory.
-        constexpr uint64_t s_Near = 64 * 1024;
+        constexpr uint64_t s_Near = uint64_t{64} * 1024;
         const Mapping& mapping = pSegment->mapping;
         const bool isStack = stackPointer + s_Near >= mapping.start && stackPointer < mapping.end;
         return std::pair(!isStack, pSegment->GetSize());

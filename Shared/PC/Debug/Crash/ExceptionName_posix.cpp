@@ -47,7 +47,7 @@ bool HasAddress(const CrashRecord& record) {
 // An address just below the stack's pointer, or anywhere near it, is no stray one: it is the memory that the stack was
 // to grow into.
 bool IsStackOverflow(const CrashedProcess& process) {
-    constexpr uint64_t s_Near = 64 * 1024;
+    constexpr uint64_t s_Near = uint64_t{64} * 1024;
     const CrashRecord& record = process.GetRecord();
     const uint64_t pointer = record.registers.rsp;
     const uint64_t distance = record.address > pointer ? record.address - pointer : pointer - record.address;

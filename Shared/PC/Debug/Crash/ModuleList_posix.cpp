@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr uint64_t s_MostNoteBytes = 64 * 1024;
+constexpr uint64_t s_MostNoteBytes = uint64_t{64} * 1024;
 
 template <typename T>
 std::optional<T> ReadAt(std::ifstream& file, uint64_t position) {

@@ -71,10 +71,10 @@ std::vector<std::string> SplitCommandLine(const std::string& line) {
 
 std::string FindReporterConfig(const std::string& configFolder, const std::string& executable) {
     const auto exists = [](const std::string& path) { return access(path.c_str(), R_OK) == 0; };
-    if (const std::string path = configFolder + s_ConfigName; exists(path))
+    if (std::string path = configFolder + s_ConfigName; exists(path))
         return path;
     for (size_t slash = executable.rfind('/'); slash != std::string::npos;) {
-        const std::string path = executable.substr(0, slash + 1) + s_ConfigName;
+        std::string path = executable.substr(0, slash + 1) + s_ConfigName;
         if (exists(path))
             return path;
         slash = slash == 0 ? std::string::npos : executable.rfind('/', slash - 1);
@@ -86,6 +86,7 @@ bool StartDetached(const std::vector<std::string>& words) {
     if (words.empty())
         return false;
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (const std::string& word : words)
         arguments.push_back(const_cast<char*>(word.c_str()));
     arguments.push_back(nullptr);
