@@ -98,7 +98,7 @@ private:
 std::vector<ColourBox> MakeBoxes(std::span<Entry> colours, size_t most) {
     std::vector<ColourBox> boxes = {ColourBox(colours)};
     const ColourBox* pBox = &boxes.front();
-    dbAssert(pBox->GetCount() != 0);
+    dbAssertText(pBox->GetCount() != 0, "pBox->Count != 0");
     while (boxes.size() < most) {
         uint32_t extent = 0;
         size_t box = 0;
@@ -124,6 +124,7 @@ std::unique_ptr<Image_Palette> Palettize(const Image& source) {
     if (source.GetType() != IMAGETYPE_RGBA32)
         pConverted = Convert(IMAGETYPE_RGBA32, source);
     const auto* pRGBA32 = ImageCast<Image_RGBA32>(pConverted ? pConverted.get() : &source);
+    dbAssert(pRGBA32);
     if (!pRGBA32)
         return nullptr;
     auto pResult = std::make_unique<Image_Palette>();

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <set>
+#include <stdexcept>
 
 #include "Shared/Cross/RenderAnim/Image/ImageConvert.h"
 #include "Tests/Shared/Cross/RenderAnim/Image/ImageTesting.h"
@@ -115,6 +116,6 @@ TEST(Palettize, OthersAreConvertedFirst) {
     const std::unique_ptr<Image> pSource = MakeRandomImage(IMAGETYPE_RGB565, 16, 8);
     EXPECT_TRUE(HaveSameData(*Palettize(*pSource), *Palettize(*Convert(IMAGETYPE_RGBA32, *pSource))));
     ReportCapture capture;
-    EXPECT_EQ(Palettize(*MakeRandomImage(IMAGETYPE_DXT1, 4, 4)), nullptr);
+    EXPECT_THROW(Palettize(*MakeRandomImage(IMAGETYPE_DXT1, 4, 4)), std::runtime_error);
     EXPECT_TRUE(ReportCapture::HasWarning("Conversion not handled"));
 }
