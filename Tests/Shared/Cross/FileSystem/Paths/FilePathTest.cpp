@@ -286,6 +286,29 @@ TEST_F(FilePathTest, TheRawSourceTakesFullPaths) {
     EXPECT_FALSE(m_Folder.Has("b"));
 }
 
+TEST_F(FilePathTest, AReplacedFileComesFromTheFirstSourceThatWrites) {
+    m_Folder.Write("closed/Deep/x", "closed");
+    m_Folder.Write("open/Deep/x", "before");
+    ASSERT_TRUE(Mount("DATA", "closed", 2, Mode_Read));
+    ASSERT_TRUE(Mount("DATA", "open", 1));
+    const auto replace = [](const char* pName, bool finishes) {
+        const auto pFile = FilePath::ReplaceFile(pName);
+        return pFile && std::string(pFile->GetStream().GetName()) == pName &&
+               pFile->GetStream().WriteText("after", false) && (!finishes || pFile->Finish());
+    };
+    EXPECT_TRUE(replace("DATA:deep\\x", false));
+    EXPECT_EQ(m_Folder.Read("open/Deep/x"), "before");
+    EXPECT_TRUE(replace("DATA:deep\\x", true));
+    EXPECT_EQ(m_Folder.Read("open/Deep/x"), "after");
+    EXPECT_TRUE(replace("DATA:new\\y", true));
+    EXPECT_EQ(m_Folder.Read("open/new/y"), "after");
+    EXPECT_EQ(m_Folder.Read("closed/Deep/x"), "closed");
+    EXPECT_FALSE(FilePath::ReplaceFile(""));
+    EXPECT_FALSE(FilePath::ReplaceFile("NONE:x"));
+    const dbNoThrowScope stepOver;
+    EXPECT_FALSE(FilePath::ReplaceFile("DATA:..\\x"));
+}
+
 TEST_F(FilePathTest, ListenersHearOfEachOpen) {
     struct Listener : FilePath::OpenListener {
         void OnOpen(const char* pPath, const char* pAlias, const char* pSourceId) override {
