@@ -6,6 +6,7 @@
 #include "Host/App/Progress.h"
 #include "Host/App/ProjectNote.h"
 #include "Host/App/TerminalDialogs.h"
+#include "Host/App/TexturePaths.h"
 #include "Host/Gltf/Loader.h"
 #include "Host/Scene/Scene.h"
 #include "Host/Sdk/ClassIds.h"
@@ -64,8 +65,9 @@ private:
     DialogShower* m_pBefore;
 };
 
-void PrintProjectNote(const ExportArguments& arguments, const std::string& home, const Messages& messages) {
-    const std::string note = FindProjectNote(OSFile::FromNative(arguments.scene), home);
+void PrintProjectNote(const ExportArguments& arguments, const scene::Scene& scene, const std::string& home,
+                      const Messages& messages) {
+    const std::string note = FindProjectNote(OSFile::FromNative(arguments.scene), FindTexturePaths(scene), home);
     if (!note.empty())
         messages.Print(MessageKind::Note, note);
 }
@@ -148,7 +150,7 @@ int RunExport(const ExportArguments& arguments, const std::string& home, const M
         Finish(arguments, output, messages,
                {.success = success, .cancelled = dialogs.IsCancelled(), .hadMeshes = progress.GetMeshCount() > 0});
     if (status == 0 && output.IsWritten())
-        PrintProjectNote(arguments, start, messages);
+        PrintProjectNote(arguments, *pScene, start, messages);
     // An exporter that found nothing to convert has said so, and its log holds nothing besides.
     if (status != 0 && !output.IsWritten() && progress.GetMeshCount() == 0)
         output.RemoveNewLog();

@@ -126,4 +126,28 @@ TEST_F(Project, AnExportNamesItsReferencesByTheirDataPaths) {
     EXPECT_THAT(Read("Out/Tank.log"), HasSubstr("comes from a file outside of every project"));
 }
 
+TEST_F(Project, AnExportHoldsThePicturesOfItsProject) {
+    const std::string picture = std::string("\0\0\2\0\0\0\0\0\0\0\0\0\2\0\1\0\x18\0abcdef", 24);
+    const std::string scene = Write("Studio/Game/Source/Art/Tank/Tank.glb",
+                                    MakeTileScene("", R"("materials":[{"name":"Clay","emissiveTexture":{"index":1},
+        "pbrMetallicRoughness":{"baseColorTexture":{"index":0}}}],"textures":[{"source":0},{"source":1}],
+        "images":[{"uri":"Wood.tga"},{"uri":"../../../../Far.tga"}])"));
+    const auto exportScene = [&] {
+        const ProgramResult result =
+            RunProgram("pvxhost", {"export", scene, At("Out/Tank.pvx"), "--home", At("Studio")});
+        EXPECT_EQ(result.status, 0);
+        return result.err;
+    };
+    EXPECT_THAT(exportScene(), AllOf(HasSubstr("Unable to load texture"), HasSubstr("Wood.tga'!")));
+    Write("Studio/Game/Source/Art/Tank/Wood.tga", picture);
+    Write("Studio/Far.tga", picture);
+    const std::string notes = exportScene();
+    EXPECT_EQ(Lines(notes).size(), 1u) << notes;
+    EXPECT_THAT(notes, AllOf(HasSubstr("Far.tga: lies in the source folder of no project"),
+                             HasSubstr("so the model has no name for it")));
+    const std::string dump = RunProgram("pvxdump", {At("Out/Tank.pvx"), "--textures", At("Out/Pictures")}).out;
+    EXPECT_THAT(dump, AllOf(HasSubstr("1 texture\n"), HasSubstr("Wood")));
+    EXPECT_EQ(std::filesystem::file_size(m_Folder / "Out/Pictures/Art_Tank_Wood.tga"), 18u + 2 * 4);
+}
+
 } // namespace

@@ -21,14 +21,15 @@ inline std::string MakeGlb(std::string json, std::string buffer) {
 }
 
 // One mesh "Tile": a square of two triangles with a material "Clay", and a marker "Mark". What only this host knows of
-// the mesh's node is given as JSON members.
-inline std::string MakeTileScene(const std::string& hostMembers = "") {
+// the mesh's node is given as JSON members, and so are other materials than "Clay" with all that they need.
+inline std::string MakeTileScene(const std::string& hostMembers = "",
+                                 const std::string& materials = R"("materials":[{"name":"Clay"}])") {
     const float positions[] = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0};
     const uint16_t indices[] = {0, 1, 2, 0, 2, 3};
     return MakeGlb(R"({"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0,1]}],
         "nodes":[{"name":"Tile","mesh":0,"extras":{"host":{)" +
                        hostMembers + R"(}}},{"name":"Mark","translation":[0,2,0]}],
-        "materials":[{"name":"Clay"}],
+        )" + materials + R"(,
         "meshes":[{"primitives":[{"attributes":{"POSITION":0},"indices":1,"material":0}]}],
         "accessors":[{"bufferView":0,"componentType":5126,"count":4,"type":"VEC3","min":[0,0,0],"max":[1,1,0]},
                      {"bufferView":1,"componentType":5123,"count":6,"type":"SCALAR"}],
