@@ -7,6 +7,7 @@
 
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/FileSystem/Chunky.h"
+#include "Shared/Cross/FileSystem/FileReplacement.h"
 #include "Shared/Cross/FileSystem/Paths/FilePath.h"
 #include "Shared/Cross/FileSystem/Paths/FilePathUtil.h"
 #include "Shared/Cross/RenderAnim/Chunks/ShaderChunk.h"
@@ -36,10 +37,13 @@ void FinishFile(Chunky& chunky, ByteStream& stream) {
 template <class WriteContent>
 bool SaveFile(const char* pPath, WriteContent&& write) {
     try {
-        const std::unique_ptr<ByteStream> pStream = FilePath::OpenStream(pPath, ByteStream::Mode_Write);
-        if (!pStream)
+        const std::unique_ptr<FileReplacement> pFile = FilePath::ReplaceFile(pPath);
+        if (!pFile)
             throw Chunky::Exception(ChunkyError_OpenFailed, "Unable to open file!");
-        return write(*pStream);
+        const bool complete = write(pFile->GetStream());
+        if (!pFile->Finish())
+            throw std::runtime_error("Unable to write to file!");
+        return complete;
     } catch (const std::exception& exception) {
         dbWarningf("RENDER ANIM -- %s: %s", pPath, exception.what());
         return false;

@@ -2,6 +2,7 @@
 
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/FileSystem/Chunky.h"
+#include "Shared/Cross/FileSystem/FileReplacement.h"
 #include "Shared/Cross/FileSystem/Paths/FilePath.h"
 #include "Shared/Cross/FileSystem/Paths/FilePathUtil.h"
 #include "Shared/Cross/RenderAnim/Chunks/TextureChunk.h"
@@ -18,8 +19,8 @@ constexpr char s_TextureExtension[] = "rtx";
 
 bool IsTextureFile(const char* pPath) { return FilePathUtil::HasExtension(pPath, s_TextureExtension); }
 
-std::unique_ptr<ByteStream> OpenTextureFile(const char* pPath, ByteStream::Mode mode) {
-    std::unique_ptr<ByteStream> pStream = FilePath::OpenStream(pPath, mode);
+std::unique_ptr<ByteStream> OpenTextureFile(const char* pPath) {
+    std::unique_ptr<ByteStream> pStream = FilePath::OpenStream(pPath, ByteStream::Mode_Read);
     if (!pStream)
         dbWarningf("TEXTURES -- '%s': Unable to open file!", pPath);
     return pStream;
@@ -32,13 +33,17 @@ std::unique_ptr<Texture> LoadPicture(const char* pPath, const TextureOptions& op
 }
 
 bool SaveTextureFile(const char* pPath, const Texture& texture) {
-    const std::unique_ptr<ByteStream> pStream = OpenTextureFile(pPath, ByteStream::Mode_Write);
-    if (!pStream)
+    const std::unique_ptr<FileReplacement> pFile = FilePath::ReplaceFile(pPath);
+    if (!pFile) {
+        dbWarningf("TEXTURES -- '%s': Unable to open file!", pPath);
         return false;
-    Chunky chunky{ByteStreamAdapter(pStream.get())};
-    PayloadWriter writer;
-    WriteTexture(chunky, writer, texture);
-    if (pStream->Flush())
+    }
+    {
+        Chunky chunky{ByteStreamAdapter(&pFile->GetStream())};
+        PayloadWriter writer;
+        WriteTexture(chunky, writer, texture);
+    }
+    if (pFile->Finish())
         return true;
     dbWarningf("TEXTURES -- '%s': Unable to write to file!", pPath);
     return false;
@@ -59,7 +64,7 @@ std::unique_ptr<Image> MakePicture(const Texture& texture, uint32_t useDXTC) {
 std::unique_ptr<Texture> TextureLoadGeneric(const char* pPath, const TextureOptions& options) {
     if (!IsTextureFile(pPath))
         return LoadPicture(pPath, options);
-    const std::unique_ptr<ByteStream> pStream = OpenTextureFile(pPath, ByteStream::Mode_Read);
+    const std::unique_ptr<ByteStream> pStream = OpenTextureFile(pPath);
     if (!pStream)
         return nullptr;
     Chunky chunky{ByteStreamAdapter(pStream.get())};
@@ -69,7 +74,7 @@ std::unique_ptr<Texture> TextureLoadGeneric(const char* pPath, const TextureOpti
 std::unique_ptr<Texture> TextureLoadFinal(const char* pPath, uint32_t levelsToSkip) {
     if (!IsTextureFile(pPath))
         return LoadPicture(pPath, {});
-    const std::unique_ptr<ByteStream> pStream = OpenTextureFile(pPath, ByteStream::Mode_Read);
+    const std::unique_ptr<ByteStream> pStream = OpenTextureFile(pPath);
     if (!pStream)
         return nullptr;
     Chunky chunky{ByteStreamAdapter(pStream.get())};

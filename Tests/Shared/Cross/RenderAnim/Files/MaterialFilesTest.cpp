@@ -132,6 +132,18 @@ TEST_F(MaterialFiles, DamagedShaderFilesAreRefused) {
         EXPECT_THROW(ra::ReadSharedShaderGeneric(*MakeReadStream(std::string_view(whole).substr(0, size))),
                      std::runtime_error)
             << "cut to " << size;
+    // Any wrong byte: a shader or an exception, and nothing else.
+    for (size_t place = 0; place < whole.size(); ++place)
+        for (const char mask : {'\x01', '\x80', '\xFF'}) {
+            std::string bytes = whole;
+            bytes[place] = static_cast<char>(bytes[place] ^ mask);
+            Inv::PurgeUnreferenced();
+            try {
+                EXPECT_TRUE(ra::ReadSharedShaderGeneric(*MakeReadStream(bytes))) << place;
+            } catch (const std::runtime_error&) {
+                continue;
+            }
+        }
     EXPECT_THROW(ra::ReadSharedShaderFinal(*MakeReadStream(whole)), Chunky::Exception) << "generic textures";
     EXPECT_FALSE(ra::SaveSharedShader("NOWHERE:x.qsh", *pShader));
     EXPECT_TRUE(ReportCapture::HasWarning("RENDER ANIM -- NOWHERE:x.qsh: Unable to open file!"));
