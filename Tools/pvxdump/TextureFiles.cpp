@@ -72,8 +72,7 @@ std::string TextureFiles::MakeUnique(const std::string& title) {
 
 std::string TextureFiles::Write(const Texture& texture) {
     const std::string name = texture.GetName() ? texture.GetName() : "";
-    std::string file =
-        MakeUnique(MakeFileTitle(name)) + (texture.GetType() >= TextureType_DXT1 ? ".dds" : ".tga");
+    std::string file = MakeUnique(MakeFileTitle(name)) + (texture.GetType() >= TextureType_DXT1 ? ".dds" : ".tga");
     if (!ra::SaveTexture((std::string(s_Alias) + ":" + file).c_str(), texture))
         throw std::runtime_error("its texture '" + name + "' can't be written to '" + m_Folder + "/" + file + "'");
     return file;
