@@ -29,7 +29,8 @@ inline std::string MakeTileScene(const std::string& hostMembers = "",
     return MakeGlb(R"({"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0,1]}],
         "nodes":[{"name":"Tile","mesh":0,"extras":{"host":{)" +
                        hostMembers + R"(}}},{"name":"Mark","translation":[0,2,0]}],
-        )" + materials + R"(,
+        )" + materials +
+                       R"(,
         "meshes":[{"primitives":[{"attributes":{"POSITION":0},"indices":1,"material":0}]}],
         "accessors":[{"bufferView":0,"componentType":5126,"count":4,"type":"VEC3","min":[0,0,0],"max":[1,1,0]},
                      {"bufferView":1,"componentType":5123,"count":6,"type":"SCALAR"}],
