@@ -92,7 +92,7 @@ public:
 
     const char* GetName() const { return m_Name; }
     // Asked of handles too that may be no pool.
-    [[gnu::no_sanitize("vptr")]] MMMagic GetMagic() const { return m_Magic; }
+    __attribute__((no_sanitize("vptr"))) MMMagic GetMagic() const { return m_Magic; }
     uint32_t GetFlags() const { return m_Flags; }
     bool IsClosed() const { return m_Closed; }
     // From here on each operation on the pool but its end is fatal.

@@ -57,7 +57,7 @@ size_t Format(char* pBuffer, size_t room, const char* pFormat, va_list arguments
 OSLock& MMGetLock() { return s_Lock; }
 
 // What it looks at may be no pool at all, which is what it is for.
-[[gnu::no_sanitize("vptr")]] void MMCheckPool(const MMPoolBase& pool) {
+__attribute__((no_sanitize("vptr"))) void MMCheckPool(const MMPoolBase& pool) {
     switch (pool.GetMagic()) {
     case MMMagic::Region:
     case MMMagic::Small:

@@ -13,7 +13,7 @@ using StringsPool = MMNamedPool<"DictionaryStrings">;
 constexpr size_t s_MaxNoCaseLength = 1023;
 constexpr size_t s_FirstSlots = 64;
 // Big enough that the heap hardly notices thousands of names, small enough for a dictionary of ten.
-constexpr size_t s_BlockSize = 16 * 1024;
+constexpr size_t s_BlockSize = size_t{16} * 1024;
 
 } // namespace
 
