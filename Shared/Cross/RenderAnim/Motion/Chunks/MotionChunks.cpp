@@ -1,0 +1,1 @@
+#include "Shared/Cross/RenderAnim/Motion/Chunks/MotionChunks.h"

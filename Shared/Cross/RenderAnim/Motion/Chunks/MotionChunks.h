@@ -1,0 +1,31 @@
+#pragma once
+
+#include <functional>
+
+#include "Shared/Cross/FileSystem/Chunky.h"
+#include "Shared/Cross/RenderAnim/Chunks/PayloadWriter.h"
+#include "Shared/Cross/RenderAnim/Motion/MotionParts.h"
+
+// The run of folders that a model's motion side is made of, the same in ".ebp" and ".obe". Its readers throw
+// Chunky::Exception and ByteStream::Exception for damage. A reference to what isn't there is logged and left out.
+
+namespace ra {
+
+// The level of data. The two differ in how the action tree's folder is called.
+enum class MotionForm { Generic, Final };
+
+// What the motion side has to know of the model that it is read into.
+struct MotionContext {
+    const char* pModelName = ""; // for messages
+    MotionForm form = MotionForm::Generic;
+    std::function<bool(const Name&)> hasAnimation; // every one is missing without it
+};
+
+// All six folders, in the order in which a reader wants them.
+void WriteMotionParts(Chunky& chunky, PayloadWriter& writer, const ConstMotionParts& parts, MotionForm form);
+
+// For one that walks the children of a file: reads the next chunk, which `child` describes, when it is one of the six
+// folders. False, with nothing read, for any other.
+bool ReadMotionPart(Chunky& chunky, const ChunkInfo& child, const MotionParts& parts, const MotionContext& context);
+
+} // namespace ra
