@@ -55,6 +55,8 @@ uint64_t GetSize(Handle handle);
 
 // 0 if there is nothing of that name, otherwise a combination of Attribute.
 uint32_t FileAttr(const char* pPath);
+// When the file was last written, in nanoseconds since 1970; 0 if there is nothing of that name.
+int64_t GetWriteTime(const char* pPath);
 // Sets or clears what Windows calls the read-only attribute: the owner's right to write.
 bool SetWritable(const char* pPath, bool writable);
 // A file, not a folder and none that is read-only.

@@ -287,6 +287,14 @@ uint32_t FileAttr(const char* pPath) {
     return attributes;
 }
 
+int64_t GetWriteTime(const char* pPath) {
+    std::string path;
+    struct stat facts {};
+    if (!ToNativeText(pPath, path) || !GetFacts(path, facts))
+        return Fail();
+    return int64_t{facts.st_mtim.tv_sec} * 1'000'000'000 + facts.st_mtim.tv_nsec;
+}
+
 bool SetWritable(const char* pPath, bool writable) {
     std::string path;
     struct stat facts {};
