@@ -4,7 +4,6 @@
 
 #include <cstdarg>
 #include <cstdio>
-#include <iterator>
 #include <utility>
 
 namespace {
@@ -12,48 +11,44 @@ namespace {
 std::string Format(const char* pFormat, va_list arguments) {
     va_list again;
     va_copy(again, arguments);
-    const int length = std::vsnprintf(nullptr, 0, pFormat, arguments);
-    std::string text(length > 0 ? static_cast<size_t>(length) : 0, '\0');
-    std::vsnprintf(text.data(), text.size() + 1, pFormat, again);
+    const int size = std::vsnprintf(nullptr, 0, pFormat, again);
     va_end(again);
+    std::string text(size > 0 ? static_cast<size_t>(size) : 0, '\0');
+    std::vsnprintf(text.data(), text.size() + 1, pFormat, arguments);
     return text;
-}
-
-std::string MakeText(const char* pStart, const char* pSource, const char* pFormat, va_list arguments) {
-    return std::string(pStart) + pSource + " --" + Format(pFormat, arguments);
 }
 
 } // namespace
 
-void BurnerMessageList::AddInformation(const char* pSource, const char* pFormat, ...) {
+void AddBurnerInfo(BurnerMessageList& messages, const char* pSource, const char* pFormat, ...) {
     va_list arguments;
     va_start(arguments, pFormat);
-    Add(BurnerMessage::Kind_Information, MakeText("", pSource, pFormat, arguments));
+    AddBurnerMessage(messages, BurnerMessage::Kind_Info, std::string(pSource) + " --" + Format(pFormat, arguments));
     va_end(arguments);
 }
 
-void BurnerMessageList::AddWarning(const char* pSource, const char* pFormat, ...) {
+void AddBurnerWarning(BurnerMessageList& messages, const char* pSource, const char* pFormat, ...) {
     va_list arguments;
     va_start(arguments, pFormat);
-    Add(BurnerMessage::Kind_Warning, MakeText("Warning: ", pSource, pFormat, arguments));
+    AddBurnerMessage(messages, BurnerMessage::Kind_Warning,
+                     std::string("Warning: ") + pSource + " --" + Format(pFormat, arguments));
     va_end(arguments);
 }
 
-void BurnerMessageList::AddError(const char* pSource, const char* pFormat, ...) {
+void AddBurnerError(BurnerMessageList& messages, const char* pSource, const char* pFormat, ...) {
     va_list arguments;
     va_start(arguments, pFormat);
-    Add(BurnerMessage::Kind_Error, MakeText("Error: ", pSource, pFormat, arguments));
+    AddBurnerMessage(messages, BurnerMessage::Kind_Error,
+                     std::string("Error: ") + pSource + " --" + Format(pFormat, arguments));
     va_end(arguments);
 }
 
-void BurnerMessageList::Append(BurnerMessageList&& other) {
-    m_Messages.insert(m_Messages.end(), std::make_move_iterator(other.m_Messages.begin()),
-                      std::make_move_iterator(other.m_Messages.end()));
-    other.m_Messages.clear();
+void AddBurnerMessage(BurnerMessageList& messages, uint32_t kind, std::string text) {
+    messages.push_back({.text = std::move(text), .kind = kind});
 }
 
-bool BurnerMessageList::Dump(ByteStream& stream) const {
-    for (const BurnerMessage& message : m_Messages) {
+bool DumpBurnerMessages(const BurnerMessageList& messages, ByteStream& stream) {
+    for (const BurnerMessage& message : messages) {
         const std::string line = message.text + "\r\n";
         const auto size = static_cast<uint32_t>(line.size());
         if (stream.Write(line.data(), size) != size)
@@ -62,7 +57,7 @@ bool BurnerMessageList::Dump(ByteStream& stream) const {
     return stream.Flush();
 }
 
-bool BurnerMessageList::Dump(const char* pFileName) const {
+bool DumpBurnerMessages(const BurnerMessageList& messages, const char* pFileName) {
     const std::unique_ptr<ByteStream> pStream = FilePath::OpenStream(pFileName, ByteStream::Mode_Write);
-    return pStream && Dump(*pStream);
+    return pStream && DumpBurnerMessages(messages, *pStream);
 }
