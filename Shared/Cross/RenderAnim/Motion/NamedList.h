@@ -33,6 +33,11 @@ public:
         return *m_pObjects.emplace_back(std::move(pObject));
     }
     void Clear() { *this = NamedList(); }
+    // Leaves the list empty.
+    std::vector<std::unique_ptr<T>> Take() {
+        m_Places.clear();
+        return std::exchange(m_pObjects, {});
+    }
 
 private:
     std::vector<std::unique_ptr<T>> m_pObjects;

@@ -19,6 +19,7 @@ struct MotionContext {
     const char* pModelName = ""; // for messages
     MotionForm form = MotionForm::Generic;
     std::function<bool(const Name&)> hasAnimation; // every one is missing without it
+    bool checksReferences = true;                  // otherwise all stay, for those who only look at the file
 };
 
 // All six folders, in the order in which a reader wants them.

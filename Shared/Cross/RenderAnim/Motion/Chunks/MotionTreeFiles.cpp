@@ -1,0 +1,137 @@
+#include "Shared/Cross/RenderAnim/Motion/Chunks/MotionTreeFiles.h"
+
+#include <memory>
+#include <stdexcept>
+#include <utility>
+
+#include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/FileSystem/Paths/FilePath.h"
+#include "Shared/Cross/RenderAnim/Motion/Chunks/ActionTreeChunk.h"
+#include "Shared/Cross/RenderAnim/Motion/Chunks/CheckReferences.h"
+#include "Shared/Cross/RenderAnim/Motion/Chunks/ConditionChunks.h"
+#include "Shared/Cross/RenderAnim/Motion/Chunks/EventChunk.h"
+#include "Shared/Cross/RenderAnim/Motion/Chunks/MotionTreeChunks.h"
+
+// "ERML", folder, version 1, without a name: "EVCT", "MODL" and "MTRE".
+// "ERTR", folder, version 1, without a name: "CLST", "CONL" and "ACTR".
+
+namespace ra {
+
+namespace {
+
+constexpr uint32_t s_MotionListFileChunk = FourCC("ERML");
+constexpr uint32_t s_ActionTreeFileChunk = FourCC("ERTR");
+constexpr uint32_t s_FileVersion = 1; // of both
+
+// Lists that nobody owns yet.
+struct LooseParts {
+    EventList events;
+    ClauseList clauses;
+    ConditionList conditions;
+    ModifierList modifiers;
+    MotionList motions;
+    ActionTree actions;
+
+    MotionParts Get() { return {events, clauses, conditions, modifiers, motions, actions}; }
+};
+
+// False when the file can't be written; a reason that is known is logged.
+template <class WriteContent>
+bool SaveFile(const char* pPath, uint32_t id, WriteContent write) {
+    try {
+        const std::unique_ptr<FileReplacement> pFile = FilePath::ReplaceFile(pPath);
+        if (!pFile)
+            return false;
+        Chunky chunky{ByteStreamAdapter(&pFile->GetStream())};
+        PayloadWriter writer;
+        chunky.BeginFolder(id, s_FileVersion);
+        write(chunky, writer);
+        chunky.EndChunk();
+        return pFile->Finish();
+    } catch (const std::exception& exception) {
+        dbWarningf("RENDER ANIM -- %s: %s", pPath, exception.what());
+        return false;
+    }
+}
+
+// The same for reading. References are left to be looked at in their new model.
+bool LoadFile(const char* pPath, uint32_t id, const MotionContext& context, LooseParts& parts) {
+    try {
+        const std::unique_ptr<ByteStream> pStream = FilePath::OpenStream(pPath, ByteStream::Mode_Read);
+        if (!pStream)
+            return false;
+        Chunky chunky{ByteStreamAdapter(pStream.get())};
+        chunky.EnterFolder(id, s_FileVersion);
+        const MotionContext loose = {.pModelName = context.pModelName, .hasAnimation = {}, .checksReferences = false};
+        for (ChunkInfo child; chunky.NextChunk(child);)
+            ReadMotionPart(chunky, child, parts.Get(), loose);
+        chunky.EndChunk();
+        return true;
+    } catch (const std::exception& exception) {
+        dbWarningf("RENDER ANIM -- %s: %s", pPath, exception.what());
+        return false;
+    }
+}
+
+// What the list hasn't under that name.
+template <class List>
+void AddMissing(List& list, List& source) {
+    for (auto& pObject : source.Take())
+        if (!list.Has(pObject->GetName()))
+            list.Add(std::move(pObject));
+}
+
+} // namespace
+
+bool ExportMotionList(const char* pPath, const ConstMotionParts& parts) {
+    const bool saved = SaveFile(pPath, s_MotionListFileChunk, [&](Chunky& chunky, PayloadWriter& writer) {
+        WriteEvents(chunky, writer, parts.events);
+        WriteModifiers(chunky, writer, parts.modifiers);
+        WriteMotions(chunky, writer, parts.motions);
+    });
+    if (!saved)
+        dbWarningf("RENDER ANIM -- '%s': Unable to export motion list!", pPath);
+    return saved;
+}
+
+bool ExportActionTree(const char* pPath, const ConstMotionParts& parts) {
+    const bool saved = SaveFile(pPath, s_ActionTreeFileChunk, [&](Chunky& chunky, PayloadWriter& writer) {
+        WriteClauses(chunky, writer, parts.clauses);
+        WriteConditions(chunky, writer, parts.conditions);
+        WriteActions(chunky, writer, parts.actions, MotionForm::Generic);
+    });
+    if (!saved)
+        dbWarningf("RENDER ANIM -- '%s': Unable to export action tree!", pPath);
+    return saved;
+}
+
+bool ImportMotionList(const char* pPath, const MotionParts& parts, const MotionContext& context) {
+    LooseParts loose;
+    if (!LoadFile(pPath, s_MotionListFileChunk, context, loose)) {
+        dbWarningf("RENDER ANIM -- '%s': Unable to import motion list!", pPath);
+        return false;
+    }
+    AddMissing(parts.events, loose.events);
+    AddMissing(parts.modifiers, loose.modifiers);
+    parts.motions = std::move(loose.motions);
+    CheckMotions(parts, context, 0);
+    CheckActions(parts, context, 0);
+    return true;
+}
+
+bool ImportActionTree(const char* pPath, const MotionParts& parts, const MotionContext& context) {
+    LooseParts loose;
+    if (!LoadFile(pPath, s_ActionTreeFileChunk, context, loose)) {
+        dbWarningf("RENDER ANIM -- '%s': Unable to import action tree!", pPath);
+        return false;
+    }
+    AddMissing(parts.clauses, loose.clauses);
+    const uint32_t conditionCount = parts.conditions.GetCount();
+    AddMissing(parts.conditions, loose.conditions);
+    parts.actions = std::move(loose.actions);
+    CheckConditions(parts, context, conditionCount);
+    CheckActions(parts, context, 0);
+    return true;
+}
+
+} // namespace ra
