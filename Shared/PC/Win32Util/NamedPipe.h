@@ -39,7 +39,7 @@ public:
     bool Peek(bool& hasData);
     // Waits until there is something to read or the other side is gone. False when the time was over first.
     bool Wait(std::chrono::milliseconds limit);
-    // One message. Waits until the other side has room for it; false when that is gone.
+    // One message, which isn't empty. Waits until the other side has room for it; false when that is gone.
     bool Write(const void* pData, uint32_t length);
     // Waits for a message and takes up to `length` bytes of it; `more` tells that it goes on, and then the next Read
     // takes on. False when the other side is gone.
@@ -54,21 +54,20 @@ public:
 private:
     struct Message;
 
+    bool IsOpen() const { return m_hPipe >= 0; }
     bool OpenServer();
     bool OpenClient();
     bool Accept();
-    bool Receive();
-    void Flush();
-    void Disconnect();
+    bool ReceiveMessage();
+    void Flush() const;
     void Withdraw();
 
     std::string m_Path;
     std::string m_Name;
     std::string m_Machine;
     Role m_Role;
-    int m_hPipe = -1;    // to the other side; -1 as long as there is none
-    int m_Listener = -1; // of the server that still offers the pipe
-    std::string m_Offer; // the name in the folder under which it does; empty when it doesn't
+    int m_hPipe = -1;    // listens as long as the server waits for its client
+    std::string m_Offer; // the server's, under which it can be found; empty when it can't
     bool m_bConnected = false;
     bool m_bConnecting = false;
     std::unique_ptr<Message> m_pMessage; // the one that is being read

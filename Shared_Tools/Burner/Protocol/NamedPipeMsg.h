@@ -61,11 +61,10 @@ bool IsMsg(const NamedPipeRawMsg& raw) {
     return raw.GetType() == T::MSG_TYPE;
 }
 
-// Asking for another type than came is the caller's mistake, and leaves `msg` alone. False for it and for bytes that
+// Asking for another type than came is the caller's mistake, and leaves `out` alone. False for it and for bytes that
 // aren't such a message; throws ByteStream::Exception for a text that is too long.
 template <class T>
-bool ParseMsg(const NamedPipeRawMsg& msgRaw, T& out) {
-    const NamedPipeRawMsg& msg = msgRaw;
+bool ParseMsg(const NamedPipeRawMsg& msg, T& out) {
     dbAssert(T::MSG_TYPE == msg.GetType());
     if (T::MSG_TYPE != msg.GetType())
         return false;
