@@ -18,12 +18,17 @@ public:
     void AddMesh(ra::MeshRecord mesh) override {
         MeshContent content;
         for (ra::PrimSetRecord& primSet : mesh.primSets) {
-            content.indexCounts.push_back(static_cast<uint32_t>(primSet.indices.size()));
-            if (!m_WithVertices)
-                primSet.indices = {};
+            content.indexCounts.emplace_back();
+            for (size_t level = 0; level < ra::s_MeshLevelCount; ++level) {
+                std::vector<uint16_t>& indices = primSet.levels[level].indices;
+                content.indexCounts.back()[level] = static_cast<uint32_t>(indices.size());
+                if (!m_WithVertices)
+                    indices = {};
+            }
         }
         if (!m_WithVertices) {
-            mesh.arrays = {};
+            for (ra::VertexRecord& level : mesh.levels)
+                level.arrays = {};
             mesh.pPayload.reset();
         }
         m_Places[mesh.name].push_back(m_Local.size());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -22,7 +23,7 @@ struct MeshContent {
     bool isLocal = true;
     // Of a local mesh. Without its vertices and indices unless they were asked for.
     ra::MeshRecord mesh;
-    std::vector<uint32_t> indexCounts; // by primitive set
+    std::vector<std::array<uint32_t, ra::s_MeshLevelCount>> indexCounts; // by primitive set and level
 };
 
 struct AnimationContent {

@@ -110,29 +110,45 @@ json BoneIndicesToJson(std::span<const std::byte> array, uint32_t vertexCount) {
     return values;
 }
 
-void AddVertices(json& out, const ra::MeshRecord& mesh) {
-    const uint32_t count = mesh.vertexCount;
-    out["positions"] = ArrayToJson(mesh.arrays[gz::VC_Position], count, 3, 12);
-    out["normals"] = ArrayToJson(mesh.arrays[gz::VC_Normal], count, 3, 12);
-    out["texcoords"] = ArrayToJson(mesh.arrays[gz::VC_TexCoord0], count, 2, 8);
-    out["weights"] = ArrayToJson(mesh.arrays[gz::VC_Weights], count, 3, sizeof(VertexWeight));
-    out["boneIndices"] = BoneIndicesToJson(mesh.arrays[gz::VC_Weights], count);
+void AddVertices(json& out, const ra::VertexRecord& level) {
+    const uint32_t count = level.count;
+    out["positions"] = ArrayToJson(level.arrays[gz::VC_Position], count, 3, 12);
+    out["normals"] = ArrayToJson(level.arrays[gz::VC_Normal], count, 3, 12);
+    out["texcoords"] = ArrayToJson(level.arrays[gz::VC_TexCoord0], count, 2, 8);
+    out["weights"] = ArrayToJson(level.arrays[gz::VC_Weights], count, 3, sizeof(VertexWeight));
+    out["boneIndices"] = BoneIndicesToJson(level.arrays[gz::VC_Weights], count);
 }
 
-json PrimSetsToJson(const MeshContent& mesh, bool withVertices) {
+json PrimSetsToJson(const MeshContent& mesh, uint32_t level, bool withVertices) {
     json sets = json::array();
     for (size_t i = 0; i < mesh.mesh.primSets.size(); ++i) {
         const ra::PrimSetRecord& primSet = mesh.mesh.primSets[i];
+        const ra::TriangleRecord& triangles = primSet.levels[level];
         json set = {{"shader", primSet.shader},
-                    {"indexCount", mesh.indexCounts[i]},
-                    {"triangleCount", mesh.indexCounts[i] / 3},
-                    {"firstVertex", primSet.firstVertex},
-                    {"vertexCount", primSet.vertexCount}};
+                    {"indexCount", mesh.indexCounts[i][level]},
+                    {"triangleCount", mesh.indexCounts[i][level] / 3},
+                    {"firstVertex", triangles.firstVertex},
+                    {"vertexCount", triangles.vertexCount}};
         if (withVertices)
-            set["indices"] = primSet.indices;
+            set["indices"] = triangles.indices;
         sets.push_back(std::move(set));
     }
     return sets;
+}
+
+void AddLevel(json& out, const MeshContent& mesh, uint32_t level, bool withVertices) {
+    const ra::VertexRecord& vertices = mesh.mesh.levels[level];
+    json components = json::array();
+    for (uint32_t i = 0; i < gz::VC_Count; ++i)
+        if ((vertices.components >> i & 1) != 0)
+            components.push_back(s_ComponentNames[i]);
+    out["vertexCount"] = vertices.count;
+    out["triangleCount"] = CountTriangles(mesh, level);
+    out["componentMask"] = vertices.components;
+    out["components"] = components;
+    out["primitiveSets"] = PrimSetsToJson(mesh, level, withVertices);
+    if (withVertices)
+        AddVertices(out, vertices);
 }
 
 json ToJson(const ModelContent& content, const MeshContent& mesh, bool withVertices) {
@@ -142,10 +158,6 @@ json ToJson(const ModelContent& content, const MeshContent& mesh, bool withVerti
                 {"parentBoneName", GetBoneName(content, mesh.entry.parentBone)}};
     if (!mesh.isLocal)
         return out;
-    json components = json::array();
-    for (uint32_t i = 0; i < gz::VC_Count; ++i)
-        if ((mesh.mesh.components >> i & 1) != 0)
-            components.push_back(s_ComponentNames[i]);
     json transforms = json::array();
     for (const ra::SkinnedTransformRecord& transform : mesh.mesh.skinnedTransforms)
         transforms.push_back({{"bone", transform.bone}, {"index", transform.index}});
@@ -153,15 +165,11 @@ json ToJson(const ModelContent& content, const MeshContent& mesh, bool withVerti
     out["childSelection"] = mesh.mesh.childSelection;
     out["polygonsHigh"] = mesh.mesh.polyCountHigh;
     out["polygonsLow"] = mesh.mesh.polyCountLow;
-    out["vertexCount"] = mesh.mesh.vertexCount;
-    out["triangleCount"] = CountTriangles(mesh);
-    out["componentMask"] = mesh.mesh.components;
-    out["components"] = components;
     out["bounds"] = ToJson(mesh.mesh.boundVolume);
     out["skinnedTransforms"] = transforms;
-    out["primitiveSets"] = PrimSetsToJson(mesh, withVertices);
-    if (withVertices)
-        AddVertices(out, mesh.mesh);
+    AddLevel(out, mesh, ra::Mesh::Poly_High, withVertices);
+    if (GetLowLevel(mesh).count > 0)
+        AddLevel(out["lowLevel"], mesh, ra::Mesh::Poly_Low, withVertices);
     return out;
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "Shared/Cross/Glaze/VertexFormat.h"
+#include "Shared/Cross/RenderAnim/Mesh.h"
 #include "Tools/pvxdump/ModelContent.h"
 
 // What people call the numbers of a model file.
@@ -20,9 +21,12 @@ inline std::string GetBoneName(const ModelContent& content, int32_t index) {
     return index >= 0 && place < content.bones.size() ? content.bones[place].name : std::string();
 }
 
-inline uint64_t CountTriangles(const MeshContent& mesh) {
+inline uint64_t CountTriangles(const MeshContent& mesh, uint32_t level) {
     uint64_t count = 0;
-    for (const uint32_t indexCount : mesh.indexCounts)
-        count += indexCount / 3;
+    for (const auto& indexCounts : mesh.indexCounts)
+        count += indexCounts[level] / 3;
     return count;
 }
+
+inline const ra::VertexRecord& GetHighLevel(const MeshContent& mesh) { return mesh.mesh.levels[ra::Mesh::Poly_High]; }
+inline const ra::VertexRecord& GetLowLevel(const MeshContent& mesh) { return mesh.mesh.levels[ra::Mesh::Poly_Low]; }

@@ -170,11 +170,37 @@ std::vector<std::string> MakeMeshRow(const ModelContent& content, const MeshCont
     if (!mesh.isLocal)
         return {Name(mesh.entry.name), "", "", "in model " + Name(mesh.entry.xrefModel), "", bone};
     return {Name(mesh.entry.name),
-            Count(mesh.mesh.vertexCount),
-            Count(CountTriangles(mesh)),
-            FormatComponents(mesh.mesh.components),
+            Count(GetHighLevel(mesh).count),
+            Count(CountTriangles(mesh, ra::Mesh::Poly_High)),
+            FormatComponents(GetHighLevel(mesh).components),
             FormatBox(mesh.mesh.boundVolume),
             bone};
+}
+
+std::vector<std::string> MakeLowRow(const MeshContent& mesh) {
+    return {"  low level",
+            Count(GetLowLevel(mesh).count),
+            Count(CountTriangles(mesh, ra::Mesh::Poly_Low)),
+            FormatComponents(GetLowLevel(mesh).components),
+            "",
+            ""};
+}
+
+// For each shader, and for each level that has triangles with it.
+void AddPrimSetRows(TextTable& table, const MeshContent& mesh, bool withLow) {
+    std::string name = Name(mesh.entry.name);
+    for (size_t i = 0; i < mesh.mesh.primSets.size(); ++i) {
+        const ra::PrimSetRecord& primSet = mesh.mesh.primSets[i];
+        for (const uint32_t level : {ra::Mesh::Poly_High, ra::Mesh::Poly_Low}) {
+            const bool isLow = level == ra::Mesh::Poly_Low;
+            if (isLow && !withLow)
+                continue;
+            const ra::TriangleRecord& triangles = primSet.levels[level];
+            table.AddRow({std::exchange(name, {}), isLow ? "  low level" : Name(primSet.shader),
+                          Count(mesh.indexCounts[i][level] / 3), std::to_string(triangles.firstVertex),
+                          std::to_string(triangles.vertexCount)});
+        }
+    }
 }
 
 void PrintMeshes(std::string& out, const ModelContent& content) {
@@ -186,11 +212,10 @@ void PrintMeshes(std::string& out, const ModelContent& content) {
     for (const MeshContent& mesh : content.meshes) {
         meshes.AddRow(MakeMeshRow(content, mesh));
         const std::string name = Name(mesh.entry.name);
-        for (size_t i = 0; i < mesh.mesh.primSets.size(); ++i) {
-            const ra::PrimSetRecord& primSet = mesh.mesh.primSets[i];
-            sets.AddRow({i == 0 ? name : "", Name(primSet.shader), Count(mesh.indexCounts[i] / 3),
-                         std::to_string(primSet.firstVertex), std::to_string(primSet.vertexCount)});
-        }
+        const bool hasLow = GetLowLevel(mesh).count > 0;
+        if (hasLow)
+            meshes.AddRow(MakeLowRow(mesh));
+        AddPrimSetRows(sets, mesh, hasLow);
         for (const ra::SkinnedTransformRecord& transform : mesh.mesh.skinnedTransforms)
             skins.AddRow({&transform == &mesh.mesh.skinnedTransforms.front() ? name : "", Name(transform.bone),
                           std::to_string(transform.index)});
@@ -235,8 +260,8 @@ void PrintModel(std::string& out, const ModelContent& content) {
     uint64_t vertices = 0;
     uint64_t triangles = 0;
     for (const MeshContent& mesh : content.meshes) {
-        vertices += mesh.mesh.vertexCount;
-        triangles += CountTriangles(mesh);
+        vertices += GetHighLevel(mesh).count;
+        triangles += CountTriangles(mesh, ra::Mesh::Poly_High);
     }
     out += "model \"" + Name(content.name) + "\", " + (content.isGeneric ? "generic" : "intermediate") + ": " +
            Count(content.meshes.size(), "mesh", "meshes") + ", " + Count(vertices, "vertex", "vertices") + ", " +

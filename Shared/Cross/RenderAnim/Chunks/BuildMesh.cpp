@@ -32,18 +32,18 @@ ShaderRef FindShader(const MeshRecord& record, const std::string& shaderName) {
     return GetDefaultShader();
 }
 
-std::unique_ptr<gz::VertexSet> BuildVertices(gz::Device& device, const MeshRecord& record) {
+std::unique_ptr<gz::VertexSet> BuildVertices(gz::Device& device, const MeshRecord& record, const VertexRecord& level) {
     std::unique_ptr<gz::VertexSet> pVertexSet = device.MakeVertexSet();
-    if (!pVertexSet->Create(record.components, record.vertexCount, s_StaticUsage))
+    if (!pVertexSet->Create(level.components, level.count, s_StaticUsage))
         throw std::runtime_error("the device has no room for the vertices of mesh '" + record.name + "'");
     for (const gz::VertexComponent component : s_StoredComponentOrder)
         if (pVertexSet->HasComponent(component))
-            ScatterComponent(*pVertexSet, component, record.arrays[component]);
+            ScatterComponent(*pVertexSet, component, level.arrays[component]);
     return pVertexSet;
 }
 
 std::unique_ptr<gz::PrimSet> BuildPrimSet(gz::Device& device, gz::VertexSet& vertexSet, const ShaderRef& shader,
-                                          const PrimSetRecord& record) {
+                                          const TriangleRecord& record) {
     const Shader* pShader = shader.GetData();
     std::unique_ptr<gz::PrimSet> pPrimSet =
         device.MakePrimSet(vertexSet, pShader ? pShader->GetDeviceShader() : nullptr, s_StaticUsage);
@@ -51,6 +51,17 @@ std::unique_ptr<gz::PrimSet> BuildPrimSet(gz::Device& device, gz::VertexSet& ver
     pPrimSet->SetUp(range, static_cast<uint32_t>(record.indices.size()), gz::PrimKind_TriangleList);
     pPrimSet->SetIndices(record.indices);
     return pPrimSet;
+}
+
+void SetPrimSets(gz::Device& device, Mesh& mesh, const MeshRecord& record) {
+    mesh.SetShaderCount(static_cast<uint32_t>(record.primSets.size()));
+    for (uint32_t i = 0; i < record.primSets.size(); ++i) {
+        const ShaderRef shader = FindShader(record, record.primSets[i].shader);
+        mesh.SetShader(i, shader);
+        for (uint32_t level = 0; level < Mesh::Poly_Count; ++level)
+            if (const TriangleRecord& triangles = record.primSets[i].levels[level]; !triangles.indices.empty())
+                mesh.SetPrimSet(i, level, BuildPrimSet(device, *mesh.GetVertexSet(level), shader, triangles));
+    }
 }
 
 } // namespace
@@ -68,15 +79,10 @@ MeshRef BuildMesh(const MeshRecord& record) {
     for (uint32_t i = 0; i < record.skinnedTransforms.size(); ++i)
         pMesh->SetSkinnedTransform(i, Name(record.skinnedTransforms[i].bone.c_str()),
                                    record.skinnedTransforms[i].index);
-    pMesh->SetVertexSet(Mesh::Poly_High, BuildVertices(device, record));
-    pMesh->SetShaderCount(static_cast<uint32_t>(record.primSets.size()));
-    for (uint32_t i = 0; i < record.primSets.size(); ++i) {
-        const ShaderRef shader = FindShader(record, record.primSets[i].shader);
-        pMesh->SetShader(i, shader);
-        if (!record.primSets[i].indices.empty())
-            pMesh->SetPrimSet(i, Mesh::Poly_High,
-                              BuildPrimSet(device, *pMesh->GetVertexSet(Mesh::Poly_High), shader, record.primSets[i]));
-    }
+    for (uint32_t level = 0; level < Mesh::Poly_Count; ++level)
+        if (level == Mesh::Poly_High || record.levels[level].count > 0)
+            pMesh->SetVertexSet(level, BuildVertices(device, record, record.levels[level]));
+    SetPrimSets(device, *pMesh, record);
     MeshRef mesh;
     mesh.Set(std::move(pMesh));
     return mesh;

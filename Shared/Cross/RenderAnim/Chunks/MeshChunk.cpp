@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/Chunks/BoundVolumeChunk.h"
 #include "Shared/Cross/RenderAnim/Chunks/PayloadReader.h"
 #include "Shared/Cross/RenderAnim/Chunks/VertexArrays.h"
@@ -27,6 +28,22 @@
 //     uint16     each index
 //     uint16     first vertex of the range
 //     uint16     vertices of the range
+//
+// "DATA" in final files, data, version 2: the same up to the skinned transforms, then
+//   uint32     vertices of the high level, above 0
+//   uint32     component mask
+//   arrays     as above
+//   uint32     vertices of the low level, 0 for a mesh without one; otherwise:
+//     uint32     component mask
+//     arrays     as above
+//   uint32     primitive sets; for each:
+//     string     shader
+//     for the high and then the low level:
+//       uint32     indices; when not 0:
+//         uint16     each index
+//         uint16     first vertex of the range
+//         uint16     vertices of the range
+//   3 lists    shadow data, each a uint32 count and records of 12, 24 and 40 bytes
 
 namespace ra {
 
@@ -36,8 +53,11 @@ constexpr uint32_t s_DataChunk = FourCC("DATA");
 constexpr uint32_t s_MeshVersion = 1;
 constexpr uint32_t s_DataVersion = 2;
 constexpr size_t s_TransformMinBytes = 8; // an empty name and an index
-constexpr size_t s_PrimSetMinBytes = 12;  // an empty name, no index and a range
+constexpr size_t s_PrimSetMinBytes = 12;  // an empty name, no index and a range, or no index twice
+constexpr int s_ShadowListCount = 3;
 constexpr const char* s_Kind = "mesh";
+
+static_assert(s_MeshLevelCount == Mesh::Poly_Count);
 
 void WriteTransforms(PayloadWriter& writer, const Mesh& mesh) {
     writer.Write(mesh.GetSkinnedTransformCount());
@@ -48,29 +68,61 @@ void WriteTransforms(PayloadWriter& writer, const Mesh& mesh) {
     }
 }
 
-void WriteVertices(PayloadWriter& writer, const gz::VertexSet* pVertexSet) {
+// Returns whether the level is there.
+bool WriteVertexCount(PayloadWriter& writer, const gz::VertexSet* pVertexSet) {
     const uint32_t count = pVertexSet ? pVertexSet->GetSize() : 0;
-    const uint32_t components = pVertexSet ? pVertexSet->GetFormat() & s_StoredComponents : 0;
     writer.Write(count);
+    return count > 0;
+}
+
+void WriteVertexArrays(PayloadWriter& writer, const gz::VertexSet* pVertexSet) {
+    const uint32_t components = pVertexSet ? pVertexSet->GetFormat() & s_StoredComponents : 0;
     writer.Write(components);
     for (const gz::VertexComponent component : s_StoredComponentOrder)
         if ((components & gz::ComponentBit(component)) != 0)
-            GatherComponent(*pVertexSet, component, writer.Append(size_t{count} * gz::s_ComponentSizes[component]));
+            GatherComponent(*pVertexSet, component,
+                            writer.Append(size_t{pVertexSet->GetSize()} * gz::s_ComponentSizes[component]));
 }
 
-void WritePrimSets(PayloadWriter& writer, const Mesh& mesh) {
+// The generic form writes the range even of no indices.
+void WriteTriangles(PayloadWriter& writer, const gz::PrimSet* pPrimSet, MeshForm form) {
+    const std::span<const uint16_t> indices = pPrimSet ? pPrimSet->GetIndices() : std::span<const uint16_t>();
+    const gz::VertexRange range = pPrimSet ? pPrimSet->GetRange() : gz::VertexRange();
+    writer.Write(static_cast<uint32_t>(indices.size()));
+    if (indices.empty() && form == MeshForm::Final)
+        return;
+    writer.WriteBytes(std::as_bytes(indices));
+    writer.Write(range.start);
+    writer.Write(range.count);
+}
+
+void WritePrimSets(PayloadWriter& writer, const Mesh& mesh, MeshForm form) {
     writer.Write(mesh.GetShaderCount());
     for (uint32_t i = 0; i < mesh.GetShaderCount(); ++i) {
         const ShaderRef& shader = mesh.GetShader(i);
         writer.WriteString(shader.IsValid() ? shader.GetResource()->GetName() : nullptr);
-        const gz::PrimSet* pPrimSet = mesh.GetPrimSet(i, Mesh::Poly_High);
-        const std::span<const uint16_t> indices = pPrimSet ? pPrimSet->GetIndices() : std::span<const uint16_t>();
-        const gz::VertexRange range = pPrimSet ? pPrimSet->GetRange() : gz::VertexRange();
-        writer.Write(static_cast<uint32_t>(indices.size()));
-        writer.WriteBytes(std::as_bytes(indices));
-        writer.Write(range.start);
-        writer.Write(range.count);
+        WriteTriangles(writer, mesh.GetPrimSet(i, Mesh::Poly_High), form);
+        if (form == MeshForm::Final)
+            WriteTriangles(writer, mesh.GetPrimSet(i, Mesh::Poly_Low), form);
     }
+}
+
+void WriteLevels(PayloadWriter& writer, const Mesh& mesh, MeshForm form) {
+    const gz::VertexSet* pHigh = mesh.GetVertexSet(Mesh::Poly_High);
+    const bool hasHigh = WriteVertexCount(writer, pHigh);
+    WriteVertexArrays(writer, pHigh);
+    if (form == MeshForm::Generic)
+        return;
+    dbAssertText(hasHigh, "mesh.GetVertexSet( ra::Mesh::Poly_High )->GetSize() > 0");
+    const gz::VertexSet* pLow = mesh.GetVertexSet(Mesh::Poly_Low);
+    if (WriteVertexCount(writer, pLow))
+        WriteVertexArrays(writer, pLow);
+}
+
+// What casts shadows in the game is worked out by the game.
+void WriteNoShadows(PayloadWriter& writer) {
+    for (int list = 0; list < s_ShadowListCount; ++list)
+        writer.Write<uint32_t>(0);
 }
 
 void ReadTransforms(PayloadReader& reader, MeshRecord& record) {
@@ -81,18 +133,35 @@ void ReadTransforms(PayloadReader& reader, MeshRecord& record) {
     }
 }
 
-void ReadVertices(PayloadReader& reader, MeshRecord& record) {
-    record.vertexCount = reader.Read<uint32_t>("vertex count");
-    if (record.vertexCount > gz::VertexSet::MaxSize)
-        reader.Fail("vertex count", std::to_string(record.vertexCount) + " is above 65535");
+void ReadVertexCount(PayloadReader& reader, VertexRecord& level) {
+    level.count = reader.Read<uint32_t>("vertex count");
+    if (level.count > gz::VertexSet::MaxSize)
+        reader.Fail("vertex count", std::to_string(level.count) + " is above 65535");
+}
+
+void ReadVertexArrays(PayloadReader& reader, VertexRecord& level) {
     const auto mask = reader.Read<uint32_t>("component mask");
     if ((mask & ~gz::s_AllComponents) != 0)
         reader.Fail("component mask", "has bits of no component");
-    record.components = mask & s_StoredComponents;
+    level.components = mask & s_StoredComponents;
     for (const gz::VertexComponent component : s_StoredComponentOrder)
-        if ((record.components & gz::ComponentBit(component)) != 0)
-            record.arrays[component] =
-                reader.ReadBytes(size_t{record.vertexCount} * gz::s_ComponentSizes[component], "vertex array");
+        if ((level.components & gz::ComponentBit(component)) != 0)
+            level.arrays[component] =
+                reader.ReadBytes(size_t{level.count} * gz::s_ComponentSizes[component], "vertex array");
+}
+
+void ReadLevels(PayloadReader& reader, MeshRecord& record, MeshForm form) {
+    VertexRecord& high = record.levels[Mesh::Poly_High];
+    ReadVertexCount(reader, high);
+    ReadVertexArrays(reader, high);
+    if (form == MeshForm::Generic)
+        return;
+    if (high.count == 0)
+        reader.Fail("vertex count", "is 0");
+    VertexRecord& low = record.levels[Mesh::Poly_Low];
+    ReadVertexCount(reader, low);
+    if (low.count > 0)
+        ReadVertexArrays(reader, low);
 }
 
 void ReadIndices(PayloadReader& reader, uint32_t vertexCount, std::vector<uint16_t>& indices) {
@@ -106,21 +175,32 @@ void ReadIndices(PayloadReader& reader, uint32_t vertexCount, std::vector<uint16
         reader.Fail("index", std::to_string(highest) + " names none of " + std::to_string(vertexCount) + " vertices");
 }
 
-PrimSetRecord ReadPrimSet(PayloadReader& reader, uint32_t vertexCount) {
-    PrimSetRecord primSet;
-    primSet.shader = reader.ReadString("shader name");
-    ReadIndices(reader, vertexCount, primSet.indices);
-    primSet.firstVertex = reader.Read<uint16_t>("first vertex");
-    primSet.vertexCount = reader.Read<uint16_t>("range's vertex count");
+TriangleRecord ReadTriangles(PayloadReader& reader, uint32_t vertexCount, MeshForm form) {
+    TriangleRecord triangles;
+    ReadIndices(reader, vertexCount, triangles.indices);
+    if (triangles.indices.empty() && form == MeshForm::Final)
+        return triangles;
+    triangles.firstVertex = reader.Read<uint16_t>("first vertex");
+    triangles.vertexCount = reader.Read<uint16_t>("range's vertex count");
     // The range may be shorter than the indices reach, but it lies among the vertices. A set without indices has none.
-    if (primSet.indices.empty())
-        return primSet;
-    if (primSet.vertexCount == 0 || uint32_t{primSet.firstVertex} + primSet.vertexCount > vertexCount)
+    if (triangles.indices.empty())
+        return triangles;
+    if (triangles.vertexCount == 0 || uint32_t{triangles.firstVertex} + triangles.vertexCount > vertexCount)
         reader.Fail("vertex range", "is empty or goes beyond the vertices");
-    return primSet;
+    return triangles;
 }
 
-void ReadData(Chunky& chunky, MeshRecord& record) {
+void ReadPrimSets(PayloadReader& reader, MeshRecord& record, MeshForm form) {
+    record.primSets.resize(reader.ReadCount(s_PrimSetMinBytes, "primitive set count"));
+    for (PrimSetRecord& primSet : record.primSets) {
+        primSet.shader = reader.ReadString("shader name");
+        primSet.levels[Mesh::Poly_High] = ReadTriangles(reader, record.levels[Mesh::Poly_High].count, form);
+        if (form == MeshForm::Final)
+            primSet.levels[Mesh::Poly_Low] = ReadTriangles(reader, record.levels[Mesh::Poly_Low].count, form);
+    }
+}
+
+void ReadData(Chunky& chunky, MeshRecord& record, MeshForm form) {
     EnterData(chunky, s_DataChunk, s_DataVersion, s_DataVersion);
     PayloadReader reader(chunky, s_Kind, record.name.c_str());
     record.minDetail = reader.Read<int32_t>("least detail");
@@ -128,38 +208,37 @@ void ReadData(Chunky& chunky, MeshRecord& record) {
     record.polyCountHigh = reader.Read<uint32_t>("high polygon count");
     record.polyCountLow = reader.Read<uint32_t>("low polygon count");
     ReadTransforms(reader, record);
-    ReadVertices(reader, record);
-    const uint32_t primSetCount = reader.ReadCount(s_PrimSetMinBytes, "primitive set count");
-    record.primSets.reserve(primSetCount);
-    for (uint32_t i = 0; i < primSetCount; ++i)
-        record.primSets.push_back(ReadPrimSet(reader, record.vertexCount));
+    ReadLevels(reader, record, form);
+    ReadPrimSets(reader, record, form);
     record.pPayload = reader.TakePayload();
     chunky.EndChunk();
 }
 
 } // namespace
 
-void WriteMesh(Chunky& chunky, PayloadWriter& writer, const Mesh& mesh) {
+void WriteMesh(Chunky& chunky, PayloadWriter& writer, const Mesh& mesh, MeshForm form) {
     chunky.BeginFolder(s_MeshChunk, s_MeshVersion, mesh.GetName());
     writer.Write(mesh.GetMinDetail());
     writer.Write<uint8_t>(mesh.GetChildSelection() ? 1 : 0);
     writer.Write(mesh.GetPolyCount(Mesh::Poly_High));
     writer.Write(mesh.GetPolyCount(Mesh::Poly_Low));
     WriteTransforms(writer, mesh);
-    WriteVertices(writer, mesh.GetVertexSet(Mesh::Poly_High));
-    WritePrimSets(writer, mesh);
+    WriteLevels(writer, mesh, form);
+    WritePrimSets(writer, mesh, form);
+    if (form == MeshForm::Final)
+        WriteNoShadows(writer);
     writer.WriteChunk(chunky, s_DataChunk, s_DataVersion);
     WriteBoundVolume(chunky, writer, mesh.GetBoundVolume());
     chunky.EndChunk();
 }
 
-MeshRecord ReadMeshRecord(Chunky& chunky) {
+MeshRecord ReadMeshRecord(Chunky& chunky, MeshForm form) {
     MeshRecord record;
     record.name = chunky.EnterFolder(s_MeshChunk, s_MeshVersion).name.GetView();
     bool hasData = false;
     for (ChunkInfo child; chunky.NextChunk(child);)
         if (child.kind == ChunkKind_Data && child.id == s_DataChunk && !hasData) {
-            ReadData(chunky, record);
+            ReadData(chunky, record, form);
             hasData = true;
         } else if (child.kind == ChunkKind_Data && child.id == s_BoundVolumeChunk)
             record.boundVolume = ReadBoundVolume(chunky, s_Kind, record.name.c_str());

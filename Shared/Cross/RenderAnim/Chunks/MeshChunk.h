@@ -28,14 +28,31 @@ struct SkinnedTransformRecord {
     int32_t index = -1;
 };
 
-struct PrimSetRecord {
-    std::string shader;
-    std::vector<uint16_t> indices; // each below the mesh's vertex count
+// The levels of detail of a mesh, by Mesh::Poly.
+constexpr size_t s_MeshLevelCount = 2;
+
+// The vertices of one level.
+struct VertexRecord {
+    uint32_t count = 0;      // at most 65,535
+    uint32_t components = 0; // of the stored ones only
+    // By component, count times its size; empty for one that the level hasn't. They lie in the mesh's payload,
+    // unaligned.
+    std::array<std::span<const std::byte>, gz::VC_Count> arrays;
+};
+
+// The triangles of one level with one shader.
+struct TriangleRecord {
+    std::vector<uint16_t> indices; // each below the level's vertex count
     uint16_t firstVertex = 0;
     uint16_t vertexCount = 0;
 };
 
-// A mesh as it lies in a file, with one level of detail.
+struct PrimSetRecord {
+    std::string shader;
+    std::array<TriangleRecord, s_MeshLevelCount> levels;
+};
+
+// A mesh as it lies in a file.
 struct MeshRecord {
     std::string name;
     int32_t minDetail = 0;
@@ -43,18 +60,22 @@ struct MeshRecord {
     uint32_t polyCountHigh = 0;
     uint32_t polyCountLow = 0;
     std::vector<SkinnedTransformRecord> skinnedTransforms;
-    uint32_t vertexCount = 0; // at most 65,535
-    uint32_t components = 0;  // of the stored ones only
-    // By component, vertexCount times its size; empty for one that the mesh hasn't. They lie in pPayload, unaligned.
-    std::array<std::span<const std::byte>, gz::VC_Count> arrays;
+    std::array<VertexRecord, s_MeshLevelCount> levels;
     std::vector<PrimSetRecord> primSets;
     BoundVolume boundVolume;
     std::unique_ptr<std::byte[]> pPayload;
 };
 
-void WriteMesh(Chunky& chunky, PayloadWriter& writer, const Mesh& mesh);
-// The next chunk is a "MSLC".
-MeshRecord ReadMeshRecord(Chunky& chunky);
+// The levels of data that meshes lie in files at; the intermediate level is as the generic one.
+enum class MeshForm {
+    Generic, // the high level of detail alone
+    Final    // both, and the shadow data, which are written empty and stepped over
+};
+
+// A mesh of the final form has vertices in its high level.
+void WriteMesh(Chunky& chunky, PayloadWriter& writer, const Mesh& mesh, MeshForm form = MeshForm::Generic);
+// The next chunk is a "MSLC" of that form.
+MeshRecord ReadMeshRecord(Chunky& chunky, MeshForm form = MeshForm::Generic);
 
 // Enters a new mesh in the inventory, with its vertices in sets of the running device. A shader that the inventory
 // doesn't hold is logged, and the default one stands in for it.

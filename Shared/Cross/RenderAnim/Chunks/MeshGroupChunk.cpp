@@ -37,11 +37,11 @@ std::vector<MeshEntryRecord> ReadEntries(Chunky& chunky) {
 
 } // namespace
 
-void WriteMeshGroup(Chunky& chunky, PayloadWriter& writer, const MeshGroup& group) {
+void WriteMeshGroup(Chunky& chunky, PayloadWriter& writer, const MeshGroup& group, MeshForm form) {
     chunky.BeginFolder(s_MeshGroupChunk, s_MeshGroupVersion);
     for (uint32_t i = 0; i < group.GetMeshCount(); ++i)
         if (group.IsLocal(i) && group.GetMesh(i).IsValid())
-            WriteMesh(chunky, writer, *group.GetMesh(i).GetData());
+            WriteMesh(chunky, writer, *group.GetMesh(i).GetData(), form);
     writer.Write(group.GetMeshCount());
     for (uint32_t i = 0; i < group.GetMeshCount(); ++i) {
         writer.WriteString(group.GetMeshName(i).GetText());
@@ -53,12 +53,12 @@ void WriteMeshGroup(Chunky& chunky, PayloadWriter& writer, const MeshGroup& grou
     chunky.EndChunk();
 }
 
-void ReadMeshGroup(Chunky& chunky, MeshGroupSink& sink) {
+void ReadMeshGroup(Chunky& chunky, MeshGroupSink& sink, MeshForm form) {
     chunky.EnterFolder(s_MeshGroupChunk, s_MeshGroupVersion);
     bool hasData = false;
     for (ChunkInfo child; chunky.NextChunk(child);)
         if (child.kind == ChunkKind_Folder && child.id == s_MeshChunk)
-            sink.AddMesh(ReadMeshRecord(chunky));
+            sink.AddMesh(ReadMeshRecord(chunky, form));
         else if (child.kind == ChunkKind_Data && child.id == s_DataChunk && !hasData) {
             sink.SetEntries(ReadEntries(chunky));
             hasData = true;

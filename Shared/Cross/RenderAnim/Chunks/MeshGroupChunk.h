@@ -32,9 +32,9 @@ public:
     virtual void SetBoundVolume(const BoundVolume& volume) = 0;
 };
 
-void WriteMeshGroup(Chunky& chunky, PayloadWriter& writer, const MeshGroup& group);
-// The next chunk is a "MSGR".
-void ReadMeshGroup(Chunky& chunky, MeshGroupSink& sink);
+void WriteMeshGroup(Chunky& chunky, PayloadWriter& writer, const MeshGroup& group, MeshForm form = MeshForm::Generic);
+// The next chunk is a "MSGR" of that form.
+void ReadMeshGroup(Chunky& chunky, MeshGroupSink& sink, MeshForm form = MeshForm::Generic);
 
 // Reads the next chunk and builds the group with all its meshes. `pModelName` is for messages. A mesh of another model
 // that can't be found is logged; the first mesh of the missing model stands in for it, or none.

@@ -83,13 +83,13 @@ TEST_F(MeshChunk, ReadsBytesTypedByHand) {
     ASSERT_EQ(record.skinnedTransforms.size(), 1u);
     EXPECT_EQ(record.skinnedTransforms[0].bone, "hip");
     EXPECT_EQ(record.skinnedTransforms[0].index, 4);
-    EXPECT_EQ(record.components, 0x25u);
+    EXPECT_EQ(record.levels[ra::Mesh::Poly_High].components, 0x25u);
     float last[2];
-    std::memcpy(last, record.arrays[gz::VC_TexCoord0].data() + 16, sizeof(last));
+    std::memcpy(last, record.levels[ra::Mesh::Poly_High].arrays[gz::VC_TexCoord0].data() + 16, sizeof(last));
     EXPECT_THAT(last, ElementsAre(0, 1));
     ASSERT_EQ(record.primSets.size(), 1u);
     EXPECT_EQ(record.primSets[0].shader, "Clay");
-    EXPECT_THAT(record.primSets[0].indices, ElementsAre(2, 1, 0));
+    EXPECT_THAT(record.primSets[0].levels[ra::Mesh::Poly_High].indices, ElementsAre(2, 1, 0));
     EXPECT_EQ(record.boundVolume.GetBox().halfExtents, glm::vec3(4, 5, 6));
 }
 
@@ -103,7 +103,7 @@ TEST_F(MeshChunk, EveryStoredComponentSurvivesAndNoOther) {
     const MeshRef mesh = MakeMesh("all", {MakeShader("Clay")}, 5, gz::s_AllComponents);
     const std::string bytes = Write(*mesh.GetData());
     const ra::MeshRecord record = Read(bytes.substr(24));
-    EXPECT_EQ(record.components, 0x27u);
+    EXPECT_EQ(record.levels[ra::Mesh::Poly_High].components, 0x27u);
     const MeshRef again = ra::BuildMesh(record);
     EXPECT_EQ(Write(*again.GetData()), bytes);
     const gz::VertexSet& before = *mesh->GetVertexSet(ra::Mesh::Poly_High);
@@ -120,7 +120,7 @@ TEST_F(MeshChunk, EveryStoredComponentSurvivesAndNoOther) {
 TEST_F(MeshChunk, BitsOfComponentsThatFilesNeverHoldAreIgnored) {
     MeshBytes bytes;
     bytes.mask = 0x25 | 0x1D8;
-    EXPECT_EQ(Read(bytes.Get()).components, 0x25u);
+    EXPECT_EQ(Read(bytes.Get()).levels[ra::Mesh::Poly_High].components, 0x25u);
 }
 
 TEST_F(MeshChunk, FaultsNameMeshAndField) {
