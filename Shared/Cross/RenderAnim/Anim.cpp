@@ -164,6 +164,18 @@ void Anim::SetControlStream(int32_t controlIndex, std::unique_ptr<FloatStream> p
         pControl->pValues = std::move(pValues);
 }
 
+int32_t Anim::TakeCamera(CameraStream camera) {
+    const int32_t index = AddCamera(camera.name);
+    SetCameraStreams(index, std::move(camera.pPosition), std::move(camera.pRotation));
+    return index;
+}
+
+int32_t Anim::TakeControl(ControlStream control) {
+    const int32_t index = AddControl(control.name, control.ref);
+    SetControlStream(index, std::move(control.pValues));
+    return index;
+}
+
 void Anim::SetControlName(int32_t controlIndex, const ra::Name& name) {
     ControlStream* pControl = GetOwnControl(controlIndex);
     if (!pControl)

@@ -92,6 +92,9 @@ public:
     // INVALID and the reference's index says what is meant.
     int32_t AddControl(const ra::Name& name, const ControlRef& ref);
     void SetControlStream(int32_t controlIndex, std::unique_ptr<FloatStream> pValues);
+    // One that is there already by its name, or name and reference, gets the new streams.
+    int32_t TakeCamera(CameraStream camera);
+    int32_t TakeControl(ControlStream control);
     // Both change what FindControl goes by.
     void SetControlName(int32_t controlIndex, const ra::Name& name);
     void SetControlIndex(int32_t controlIndex, int32_t targetIndex); // ControlRef::m_index

@@ -8,7 +8,7 @@
 #include "Shared/Cross/RenderAnim/Anim.h"
 #include "Shared/Cross/RenderAnim/AnimStream.h"
 
-// Binds an animation, which several models may share, to one model.
+// Binds an animation, which several models may share, to one model. The list that it is added to fills the maps.
 class AnimListNode : public MMPooled<AnimStaticPool> {
 public:
     static constexpr int32_t InvalidIndex = -1;
@@ -17,15 +17,18 @@ public:
     AnimListNode(uint32_t boneCount, uint32_t cameraCount);
 
     const AnimRef& GetAnim() const { return m_AnimRef; }
-    void SetAnim(const AnimRef& anim) { m_AnimRef = anim; }
+    // An animation with all its controls.
+    void SetAnim(const AnimRef& anim);
 
     // The model that the animation is taken from; INVALID for one of the model's own.
     const ra::Name& GetXRefModel() const { return m_XRefModel; }
     void SetXRefModel(const ra::Name& name) { m_XRefModel = name; }
+    bool IsLocal() const { return !m_XRefModel.IsValid(); }
 
-    // For each index of the model the index in the animation, or InvalidIndex.
+    // For each bone and each camera of the model its index in the animation, or InvalidIndex.
     std::vector<int32_t> m_BoneMappings;
     std::vector<int32_t> m_CameraMappings;
+    // For each control stream of the animation the index of its shader or mesh in the model, or InvalidIndex.
     std::vector<int32_t> m_ControlMappings;
 
     bool HasBounds() const { return m_HasBounds; }

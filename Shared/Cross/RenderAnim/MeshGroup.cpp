@@ -113,20 +113,15 @@ void MeshGroup::SetSkinnedBone(uint32_t index, uint32_t transform, int32_t bone)
     pEntry->skinnedBones[transform] = bone;
 }
 
-void MeshGroup::BindSkinning(const Skeleton& skeleton) {
-    // The first bone of a name is the one that is found by it.
-    std::unordered_map<Name, int32_t> bones;
-    for (uint32_t i = 0; i < skeleton.GetBoneCount(); ++i)
-        bones.try_emplace(skeleton.GetBone(static_cast<int32_t>(i)).GetName(), static_cast<int32_t>(i));
+void MeshGroup::BindSkinning(const Skeleton& skeleton, const char* pModelName) {
     for (MeshEntry& entry : m_cMeshes) {
         const uint32_t count = entry.mesh.IsValid() ? entry.mesh.GetData()->GetSkinnedTransformCount() : 0;
         entry.skinnedBones.assign(count, InvalidIndex);
         for (uint32_t i = 0; i < count; ++i) {
             const Name& bone = entry.mesh.GetData()->GetSkinnedTransform(i).bone;
-            if (const auto it = bones.find(bone); it != bones.end())
-                entry.skinnedBones[i] = it->second;
-            else
-                dbWarningf("RENDER ANIM -- Mesh '%s' requires bone '%s' for skinning, but it is missing!",
+            entry.skinnedBones[i] = skeleton.FindBone(bone);
+            if (entry.skinnedBones[i] == Bone::InvalidIndex)
+                dbWarningf("'%s': Mesh '%s' requires bone '%s' for skinning, but it is missing!", pModelName,
                            entry.name.GetTextOrEmpty(), bone.GetTextOrEmpty());
         }
     }

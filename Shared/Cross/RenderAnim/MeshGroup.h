@@ -45,8 +45,9 @@ public:
     // For each skinned transform of a mesh the bone of this model; -1 until bound.
     int32_t GetSkinnedBone(uint32_t index, uint32_t transform) const;
     void SetSkinnedBone(uint32_t index, uint32_t transform, int32_t bone);
-    // Finds the bones of all skinned transforms by name. One that is missing is logged and left at -1.
-    void BindSkinning(const Skeleton& skeleton);
+    // Finds the bones of all skinned transforms by name. One that is missing is logged, with the model's name, and left
+    // at -1.
+    void BindSkinning(const Skeleton& skeleton, const char* pModelName);
     bool IsSkinned() const { return m_Skinned; } // any of its meshes
 
     uint32_t GetShaderCount() const { return static_cast<uint32_t>(m_cShaders.size()); }

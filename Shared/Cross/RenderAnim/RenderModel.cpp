@@ -1,6 +1,7 @@
 #include "Shared/Cross/RenderAnim/RenderModel.h"
 
 #include <algorithm>
+#include <memory>
 #include <random>
 
 #include "Shared/Cross/Debug/db.h"
@@ -24,7 +25,7 @@ Inv::ResourceTypeInfo& RenderModel::GetTypeInfo() {
     return s_typeInfo;
 }
 
-RenderModel::RenderModel() = default;
+RenderModel::RenderModel() : m_pMotionList(std::make_unique<ra::MotionList>()) {}
 
 RenderModel::~RenderModel() = default;
 
@@ -111,6 +112,14 @@ void RenderModel::SetCamera(uint32_t index, const CameraDef& camera) {
 int32_t RenderModel::FindCamera(const ra::Name& name) const {
     const auto it = std::ranges::find(m_cCameras, name, &CameraDef::name);
     return it != m_cCameras.end() ? static_cast<int32_t>(it - m_cCameras.begin()) : InvalidIndex;
+}
+
+ra::MotionParts RenderModel::GetMotionParts() {
+    return {m_EventList, m_ClauseList, m_ConditionList, m_ModifierList, *m_pMotionList, m_ActionTree};
+}
+
+ra::ConstMotionParts RenderModel::GetMotionParts() const {
+    return {m_EventList, m_ClauseList, m_ConditionList, m_ModifierList, *m_pMotionList, m_ActionTree};
 }
 
 void RenderModel::BuildReferencePose() {

@@ -9,6 +9,7 @@
 #include "Shared/Cross/Assist/Inventory.h"
 #include "Shared/Cross/RenderAnim/BoundVolume.h"
 #include "Shared/Cross/RenderAnim/Marker.h"
+#include "Shared/Cross/RenderAnim/Motion/MotionParts.h"
 #include "Shared/Cross/RenderAnim/ReferencePose.h"
 #include "Shared/Cross/RenderAnim/RenderAnimName.h"
 #include "Shared/Cross/RenderAnim/ResourceRefs.h"
@@ -31,7 +32,8 @@ struct SelectionInfo {
 };
 
 // A model, everywhere in the pipeline: the exporter fills one, the merge adds animations to it, the burner writes it in
-// its run-time form. It owns its parts and answers look-ups across them. Shaders and meshes are shared with the
+// its run-time form. It owns its parts and answers look-ups across them. What it is saved as and loaded from lies in
+// Intermediate, Generic and Final. Shaders and meshes are shared with the
 // inventory, which has to outlive the model.
 class RenderModel : public Inv::NamedResource {
 public:
@@ -75,6 +77,10 @@ public:
     void AddCamera(const CameraDef& camera) { m_cCameras.push_back(camera); }
     int32_t FindCamera(const ra::Name& name) const; // -1 without one
 
+    // The motion side: what the game plays, when, and what happens meanwhile.
+    ra::MotionParts GetMotionParts();
+    ra::ConstMotionParts GetMotionParts() const;
+
     const SelectionInfo& GetSelectionInfo() const { return m_SelectionInfo; }
     void SetSelectionInfo(const SelectionInfo& info) { m_SelectionInfo = info; }
 
@@ -89,8 +95,14 @@ private:
     std::vector<CameraDef> m_cCameras;
     std::vector<Marker> m_cMarkers;
     SelectionInfo m_SelectionInfo;
+    ra::ModifierList m_ModifierList;
+    ra::EventList m_EventList;
+    ra::ConditionList m_ConditionList;
+    ra::ClauseList m_ClauseList;
     std::unique_ptr<ReferencePose> m_pReferencePose;
     std::unique_ptr<AnimList> m_pAnimList;
+    std::unique_ptr<ra::MotionList> m_pMotionList; // never null
+    ra::ActionTree m_ActionTree;
     std::unique_ptr<Skeleton> m_pSkeleton;
     std::unique_ptr<ra::MeshGroup> m_pMeshGroup;
 };

@@ -1,20 +1,43 @@
 #include "Shared/Cross/RenderAnim/RenderModelTypeInfo.h"
 
+#include <utility>
+
 #include "Shared/Cross/Assist/DebugToolDumpInfo.h"
+#include "Shared/Cross/Debug/RunOptions.h"
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/RenderModel.h"
 
 namespace {
 
-constexpr char s_MissingModel[] = "art/ebps/missingmodel";
-
 constinit ra::ResourceLoaders<RenderModel> s_loaders;
+constinit bool s_loadingDefault = false;
+
+// The model that stands in for missing ones may lack something itself; nothing stands in for that.
+class DefaultLoad {
+public:
+    DefaultLoad() : m_Nested(std::exchange(s_loadingDefault, true)) {}
+    ~DefaultLoad() { s_loadingDefault = m_Nested; }
+    DefaultLoad(const DefaultLoad&) = delete;
+    DefaultLoad& operator=(const DefaultLoad&) = delete;
+
+    std::unique_ptr<RenderModel> Load() const {
+        return m_Nested ? nullptr : s_loaders.Load(RenderModelTypeInfo::MissingModel);
+    }
+
+private:
+    bool m_Nested;
+};
 
 } // namespace
 
-std::unique_ptr<Inv::NamedResource> RenderModelTypeInfo::CreateDefault(const char*) { return Load(s_MissingModel); }
+std::unique_ptr<Inv::NamedResource> RenderModelTypeInfo::CreateDefault(const char*) { return DefaultLoad().Load(); }
 
-std::unique_ptr<Inv::NamedResource> RenderModelTypeInfo::Load(const char* pName) { return s_loaders.Load(pName); }
+std::unique_ptr<Inv::NamedResource> RenderModelTypeInfo::Load(const char* pName) {
+    if (RunOptions::IsSet("nomodels"))
+        if (std::unique_ptr<RenderModel> pMissing = DefaultLoad().Load())
+            return pMissing;
+    return s_loaders.Load(pName);
+}
 
 void RenderModelTypeInfo::Report(Inv::DebugToolDumpInfo& sink, const Inv::Resource&, const char* pName,
                                  const char* pFrameName, uint32_t refCount) const {

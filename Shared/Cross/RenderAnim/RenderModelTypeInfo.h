@@ -11,12 +11,15 @@ class RenderModel;
 // Models are loaded by name in the form that the tools load switch says.
 class RenderModelTypeInfo : public Inv::ResourceTypeInfo {
 public:
-    // Null when the file can't be read.
+    // Null, with a line in the log, when the file can't be read.
     using Loader = std::unique_ptr<RenderModel> (*)(const char* pName);
 
-    const char* GetTypeName() const override { return "Render Model"; }
     // The model that stands in for missing ones.
+    static constexpr const char* MissingModel = "art/ebps/missingmodel";
+
+    const char* GetTypeName() const override { return "Render Model"; }
     std::unique_ptr<Inv::NamedResource> CreateDefault(const char* pName) override;
+    // With the word "nomodels" every model is the one that stands in for missing ones, where there is such a one.
     std::unique_ptr<Inv::NamedResource> Load(const char* pName) override;
     void Report(Inv::DebugToolDumpInfo& sink, const Inv::Resource& resource, const char* pName, const char* pFrameName,
                 uint32_t refCount) const override;

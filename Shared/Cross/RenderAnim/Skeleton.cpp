@@ -28,10 +28,15 @@ Bone* Skeleton::GetOwnBone(int32_t index) {
 }
 
 int32_t Skeleton::FindBone(const ra::Name& name) const {
-    for (const Bone& bone : m_Bones)
-        if (bone.m_Name == name)
-            return bone.m_SkeletonIndex;
-    return Bone::InvalidIndex;
+    if (m_BoneIndicesStale) {
+        m_BoneIndices.clear();
+        m_BoneIndices.reserve(m_Bones.size());
+        for (const Bone& bone : m_Bones)
+            m_BoneIndices.try_emplace(bone.m_Name, bone.m_SkeletonIndex);
+        m_BoneIndicesStale = false;
+    }
+    const auto it = m_BoneIndices.find(name);
+    return it != m_BoneIndices.end() ? it->second : Bone::InvalidIndex;
 }
 
 int32_t Skeleton::GetParentIndex(int32_t index) const {
@@ -44,8 +49,10 @@ int32_t Skeleton::GetParentIndex(int32_t index) const {
 
 void Skeleton::SetBoneName(int32_t index, const ra::Name& nameKey) {
     dbAssertText(nameKey != ra::Name::INVALID, "nameKey != ra::Name::INVALID");
-    if (Bone* pBone = GetOwnBone(index))
+    if (Bone* pBone = GetOwnBone(index)) {
         pBone->m_Name = nameKey;
+        m_BoneIndicesStale = true;
+    }
 }
 
 void Skeleton::SetLocalPosition(int32_t index, const glm::vec3& position) {

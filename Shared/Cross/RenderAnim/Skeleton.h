@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <unordered_map>
 #include <vector>
 
 #include <glm/gtc/quaternion.hpp>
@@ -48,7 +49,7 @@ public:
     uint32_t GetBoneCount() const { return static_cast<uint32_t>(m_Bones.size()); }
     // A bone at rest at the origin, without a name, for an index out of range.
     const Bone& GetBone(int32_t index) const;
-    // The first bone of that name; -1 without one, which is no mistake.
+    // The first bone of that name; -1 without one, which is no mistake. In constant time after the first call.
     int32_t FindBone(const ra::Name& name) const;
     int32_t GetParentIndex(int32_t index) const; // -1 for a root
 
@@ -68,4 +69,7 @@ private:
     Bone* GetOwnBone(int32_t index);
 
     std::vector<Bone> m_Bones; // never grows, since bones point at their parents
+    // The first index of each name. Only ever looked up, never walked.
+    mutable std::unordered_map<ra::Name, int32_t> m_BoneIndices;
+    mutable bool m_BoneIndicesStale = true;
 };

@@ -4,29 +4,19 @@
 
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/Chunks/MeshGroupChunk.h"
+#include "Shared/Cross/RenderAnim/Chunks/XRefMesh.h"
 #include "Shared/Cross/RenderAnim/MeshGroup.h"
-#include "Shared/Cross/RenderAnim/RenderModel.h"
-#include "Shared/Cross/RenderAnim/RenderModelTypeInfo.h"
 
 namespace ra {
 
 namespace {
 
-constexpr char s_MissingModel[] = "art/ebps/missingmodel";
-
-MeshRef FindFirstMesh(const RenderModelRef& model) {
-    const MeshGroup* pGroup = model.IsValid() ? model.GetData()->GetMeshGroup() : nullptr;
-    return pGroup && pGroup->GetMeshCount() > 0 ? pGroup->GetMesh(0) : MeshRef();
-}
-
-MeshRef FindXRefMesh(const MeshEntryRecord& entry, const char* pModelName) {
-    const RenderModelRef model = XRefLoad(entry.xrefModel.c_str());
-    if (const MeshGroup* pGroup = model.IsValid() ? model.GetData()->GetMeshGroup() : nullptr)
-        if (const int32_t index = pGroup->FindMesh(Name(entry.name.c_str())); index != MeshGroup::InvalidIndex)
-            return pGroup->GetMesh(static_cast<uint32_t>(index));
+MeshRef FindXRefMeshOrMissing(const MeshEntryRecord& entry, const char* pModelName) {
+    if (MeshRef mesh = FindXRefMesh(entry.name, entry.xrefModel))
+        return mesh;
     dbWarningf("MODELS -- '%s': Unable to load XREF Mesh '%s' from '%s'!", pModelName, entry.name.c_str(),
                entry.xrefModel.c_str());
-    return FindFirstMesh(XRefLoad(s_MissingModel));
+    return GetMissingMesh();
 }
 
 class Builder : public MeshGroupSink {
@@ -52,7 +42,8 @@ private:
         if (!entry.xrefModel.empty())
             m_Group.SetXRefName(index, Name(entry.xrefModel.c_str()));
         m_Group.SetParentBone(index, entry.parentBone);
-        const MeshRef mesh = entry.xrefModel.empty() ? TakeMesh(entry.name) : FindXRefMesh(entry, m_pModelName);
+        const MeshRef mesh =
+            entry.xrefModel.empty() ? TakeMesh(entry.name) : FindXRefMeshOrMissing(entry, m_pModelName);
         if (mesh.IsValid())
             m_Group.SetMesh(index, mesh);
     }

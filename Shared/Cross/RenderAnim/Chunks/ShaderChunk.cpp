@@ -4,6 +4,7 @@
 
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/Chunks/PayloadReader.h"
+#include "Shared/Cross/RenderAnim/MeshGroup.h"
 #include "Shared/Cross/RenderAnim/Shader.h"
 #include "Shared/Cross/RenderAnim/Texture.h"
 
@@ -128,6 +129,11 @@ void WriteShader(Chunky& chunky, PayloadWriter& writer, const Shader& shader) {
         writer.WriteChunk(chunky, s_ChannelChunk, s_ChannelVersion);
     }
     chunky.EndChunk();
+}
+
+void WriteShaders(Chunky& chunky, PayloadWriter& writer, const MeshGroup& group) {
+    for (uint32_t i = 0; i < group.GetShaderCount(); ++i)
+        WriteShader(chunky, writer, *group.GetShader(i).GetData());
 }
 
 ShaderRecord ReadShaderRecord(Chunky& chunky) {

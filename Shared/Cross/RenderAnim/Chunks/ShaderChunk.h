@@ -14,6 +14,8 @@
 
 namespace ra {
 
+class MeshGroup;
+
 constexpr uint32_t s_ShaderChunk = FourCC("SHDR");
 constexpr uint32_t s_SharedShaderChunk = FourCC("SSHR");
 
@@ -44,6 +46,8 @@ enum class ShaderForm { Generic, Final };
 
 // A shared shader is only named.
 void WriteShader(Chunky& chunky, PayloadWriter& writer, const Shader& shader);
+// All shaders of the group, each once.
+void WriteShaders(Chunky& chunky, PayloadWriter& writer, const MeshGroup& group);
 // The next chunk is a "SHDR".
 ShaderRecord ReadShaderRecord(Chunky& chunky);
 // The next chunk is a "SSHR". Gives the shader's name.

@@ -1,29 +1,19 @@
 #include "Shared/Cross/RenderAnim/Intermediate/AppendAnims.h"
 
-#include <utility>
-
 #include "Shared/Cross/FileSystem/Chunky.h"
 #include "Shared/Cross/FileSystem/Paths/FilePath.h"
-#include "Shared/Cross/RenderAnim/AnimInterm.h"
-#include "Shared/Cross/RenderAnim/AnimListGeneric.h"
+#include "Shared/Cross/RenderAnim/Chunks/AnimNodes.h"
 #include "Shared/Cross/RenderAnim/Intermediate/AnimChunk.h"
 #include "Shared/Cross/RenderAnim/Intermediate/IntermediateFile.h"
+#include "Shared/Cross/RenderAnim/Intermediate/LocalAnim.h"
 #include "Shared/Cross/RenderAnim/RenderModel.h"
-#include "Shared/Cross/RenderAnim/Skeleton.h"
 
 namespace ra {
 
 namespace intermediate {
 
 void AppendAnim(Chunky& chunky, RenderModel& model) {
-    AnimRef anim;
-    anim.Set(ReadAnimOf(chunky, model));
-    const Skeleton* pSkeleton = model.GetSkeleton();
-    auto pNode = std::make_unique<AnimListNode>(pSkeleton ? pSkeleton->GetBoneCount() : 0, model.GetCameraCount());
-    pNode->SetAnim(anim);
-    if (!model.GetAnimList())
-        model.SetAnimList(std::make_unique<AnimListGeneric>(model));
-    model.GetAnimList()->AddNode(std::move(pNode));
+    AddAnimNode(model, MakeLocalNode(model, ReadLocalAnim(chunky, model)), s_AnimVersion);
 }
 
 } // namespace intermediate

@@ -2,19 +2,17 @@
 
 #include <memory>
 
+#include "Shared/Cross/RenderAnim/Chunks/ModelTreeWriter.h"
+
 class ByteStream;
 class RenderModel;
 
 namespace ra {
 
-// What of a model goes into a file.
-struct IntermediateParts {
-    bool meshes = true;   // skeleton, mesh group, markers and cameras
-    bool animKeys = true; // animations
-    bool shaders = true;  // shaders and their textures; only together with the meshes
-};
+using IntermediateParts = ModelParts;
 
-// The intermediate form of a model, as the exporter writes it. Parent bones stand ahead of their children.
+// The intermediate form of a model, as the exporter writes it: bones and keys in the world. Parent bones stand ahead of
+// their children.
 //
 // Writes the model under the alias path. False, with a line in the log, when that fails; what stood under the path is
 // still there then, and nothing besides.
@@ -26,7 +24,8 @@ void WriteIntermediate(ByteStream& stream, const RenderModel& model, const Inter
 
 // A name without an alias lies under "DATA"; when it can't be opened as it stands, ".pvx" is tried. Null, with a line
 // in the log, for a model that makes no sense; a file that is missing, damaged or newer throws Chunky::Exception or
-// ByteStream::Exception. Meshes and shaders are entered in the inventory and made by the running device.
+// ByteStream::Exception. Meshes and shaders are entered in the inventory and made by the running device. Animations
+// become relative to the bones' parents, as the generic form has them; the model can't be saved as intermediate then.
 std::unique_ptr<RenderModel> LoadIntermediate(const char* pName);
 // Appends the first animation of a file to the model's list; a file without one appends nothing. The bones are found by
 // their names in the model's skeleton; one that isn't there is logged and left out. Throws as LoadIntermediate, and

@@ -7,13 +7,14 @@
 #include <glm/mat4x3.hpp>
 
 #include "Shared/Cross/FileSystem/Chunky.h"
+#include "Shared/Cross/RenderAnim/Chunks/ModelLayout.h"
 #include "Shared/Cross/RenderAnim/Chunks/PayloadWriter.h"
 
 class Skeleton;
 
 namespace ra::intermediate {
 
-constexpr uint32_t s_SkeletonChunk = FourCC("SKEL");
+using ra::s_SkeletonChunk;
 
 struct BoneRecord {
     std::string name;

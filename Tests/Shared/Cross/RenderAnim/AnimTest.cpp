@@ -106,10 +106,80 @@ TEST_F(AnimListTest, FindsItsAnimationsByName) {
     EXPECT_EQ(list.FindNode("run"), 1);
     EXPECT_EQ(list.FindNode("jump"), -1);
     EXPECT_THAT(list.GetNode(0)->m_BoneMappings, testing::ElementsAre(-1, -1));
-    EXPECT_FALSE(list.GetNode(0)->GetXRefModel().IsValid());
+    EXPECT_TRUE(list.GetNode(0)->IsLocal());
     EXPECT_EQ(Inv::GetCount(Anim::GetTypeInfo()), 2u);
     EXPECT_THROW(list.AddNode(std::make_unique<AnimListNode>(0, 0)), std::runtime_error);
     EXPECT_THROW(list.GetNode(2), std::runtime_error);
+}
+
+class AnimMaps : public ModelFixture {
+protected:
+    AnimMaps() {
+        const ShaderRef clay = MakeShader("Clay");
+        const ShaderRef mud = MakeShader("Mud");
+        m_Model.SetName("walker");
+        m_Model.SetMeshGroup(MakeGroup({MakeMesh("Body", {clay, mud}), MakeMesh("Wheel", {clay})}));
+        m_Model.SetSkeleton(MakeChain({"hip", "knee"}));
+        m_Model.AddCamera({.name = ra::Name("Front")});
+        m_Model.SetAnimList(std::make_unique<AnimListGeneric>(m_Model));
+        auto pAnim = std::make_unique<Anim>();
+        pAnim->SetName("run");
+        for (const char* pBone : {"tail", "knee"})
+            pAnim->AddBone(ra::Name(pBone));
+        pAnim->AddCamera(ra::Name("Back"));
+        pAnim->AddCamera(ra::Name("Front"));
+        pAnim->AddControl(ra::Name("Wheel"), {.type = ControlTarget_Mesh});
+        pAnim->AddControl(ra::Name("Mud"), {.type = ControlTarget_Shader});
+        pAnim->AddControl(ra::Name("Glass"), {.type = ControlTarget_Shader});
+        m_Anim.Set(std::move(pAnim));
+    }
+    AnimListNode& Add(const char* pXRefModel, uint32_t boneCount = 2) {
+        auto pNode = std::make_unique<AnimListNode>(boneCount, 1);
+        pNode->SetAnim(m_Anim);
+        pNode->SetXRefModel(ra::Name(pXRefModel));
+        return Add(std::move(pNode));
+    }
+    AnimListNode& Add(std::unique_ptr<AnimListNode> pNode) {
+        AnimListNode& node = *pNode;
+        m_Model.GetAnimList()->AddNode(std::move(pNode));
+        return node;
+    }
+
+    RenderModel m_Model;
+    AnimRef m_Anim;
+};
+
+TEST_F(AnimMaps, AnOwnAnimationHasTheModelsBones) {
+    const AnimListNode& node = Add(nullptr);
+    EXPECT_THAT(node.m_BoneMappings, testing::ElementsAre(0, 1));
+    EXPECT_THAT(node.m_CameraMappings, testing::ElementsAre(1));
+    EXPECT_THAT(node.m_ControlMappings, testing::ElementsAre(1, 1, -1));
+}
+
+TEST_F(AnimMaps, TheBonesOfAnotherModelsAnimationAreFoundByName) {
+    EXPECT_THAT(Add("art/other").m_BoneMappings, testing::ElementsAre(-1, 1));
+    EXPECT_THROW(Add("art/other", 3), std::runtime_error);
+}
+
+TEST_F(AnimMaps, MarkTheAnimatedShaders) {
+    Add(nullptr);
+    AnimList& list = *m_Model.GetAnimList();
+    EXPECT_FALSE(list.IsShaderAnimated(0));
+    EXPECT_TRUE(list.IsShaderAnimated(1));
+    m_Model.GetMeshGroup()->AddShader(MakeShader("Late"), true);
+    list.Finalise();
+    EXPECT_EQ(list.GetShaderMarkCount(), 3u);
+    EXPECT_TRUE(list.IsShaderAnimated(1));
+    EXPECT_FALSE(list.IsShaderAnimated(2));
+}
+
+TEST_F(AnimMaps, ControlsThatCameLaterAreTold) {
+    auto pNode = std::make_unique<AnimListNode>(2, 1);
+    pNode->SetAnim(m_Anim);
+    m_Anim->AddControl(ra::Name("Body"), {.type = ControlTarget_Mesh});
+    EXPECT_THAT(Add(std::move(pNode)).m_ControlMappings, testing::ElementsAre(1, 1, -1, 0));
+    EXPECT_TRUE(
+        ReportCapture::HasWarning("walker: Animation run has mismatching control counts (node = 3, anim = 4)!"));
 }
 
 } // namespace

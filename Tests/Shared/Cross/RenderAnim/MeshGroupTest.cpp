@@ -53,10 +53,11 @@ TEST_F(MeshGroupTest, SkinningIsBoundByBoneNames) {
     m_Group.SetMeshName(0, ra::Name("skin"));
     EXPECT_TRUE(m_Group.IsSkinned());
     EXPECT_EQ(m_Group.GetSkinnedBone(0, 0), -1);
-    m_Group.BindSkinning(*MakeChain({"hip", "knee"}));
+    m_Group.BindSkinning(*MakeChain({"hip", "knee"}), "Walker");
     EXPECT_EQ(m_Group.GetSkinnedBone(0, 0), 1);
     EXPECT_EQ(m_Group.GetSkinnedBone(0, 1), -1);
-    EXPECT_TRUE(ReportCapture::HasWarning("Mesh 'skin' requires bone 'tail' for skinning, but it is missing!"));
+    EXPECT_TRUE(
+        ReportCapture::HasWarning("'Walker': Mesh 'skin' requires bone 'tail' for skinning, but it is missing!"));
 }
 
 TEST_F(MeshGroupTest, MeshesAreFoundByWhateverNameTheyHave) {

@@ -6,7 +6,7 @@
 
 #include "Shared/Cross/RenderAnim/AnimInterm.h"
 #include "Shared/Cross/RenderAnim/AnimListGeneric.h"
-#include "Shared/Cross/RenderAnim/Intermediate/AppendAnims.h"
+#include "Shared/Cross/RenderAnim/Chunks/AnimNodes.h"
 #include "Shared/Cross/RenderAnim/Intermediate/IntermediateFile.h"
 #include "Tests/Shared/Cross/RenderAnim/Chunks/PayloadBytes.h"
 #include "Tests/Shared/Cross/RenderAnim/ModelFixture.h"
@@ -107,12 +107,9 @@ protected:
             pModel->SetSkeleton(MakeChain(bones));
         return pModel;
     }
-    static const AnimInterm& AppendTo(RenderModel& model, const std::string& anim) {
-        const auto pStream = MakeReadStream(ChunkBytes::FileHeader() + anim);
-        Chunky chunky{ByteStreamAdapter(pStream.get())};
-        ra::intermediate::AppendAnim(chunky, model);
-        const AnimList& list = *model.GetAnimList();
-        return dynamic_cast<const AnimInterm&>(*list.GetNode(list.GetCount() - 1)->GetAnim().GetData());
+    // As the exporter adds it.
+    static void AddTo(RenderModel& model, std::unique_ptr<AnimInterm> pAnim) {
+        ra::AddAnimNode(model, ra::MakeLocalNode(model, std::move(pAnim)), 1);
     }
 };
 
@@ -206,32 +203,6 @@ TEST_F(AnimChunk, AnyDamageEndsInAnAnimationOrAnException) {
     }
 }
 
-TEST_F(AnimChunk, AModelTakesTheBonesThatItHas) {
-    const auto pModel = MakeModel({"root", "knee", "tail", "hip"});
-    const AnimInterm& anim = AppendTo(*pModel, Anim(Info() + Knee() + Hip() + NamedData("BANM", "wing", "damaged", 1)));
-    EXPECT_TRUE(ReportCapture::HasWarning("Unable to find bone wing in skeleton, ignoring it!"));
-    ASSERT_EQ(anim.GetBoneCount(), 4u);
-    EXPECT_EQ(anim.GetBone(2).name, ra::Name("tail"));
-    EXPECT_EQ(anim.GetMatrixStream(2), nullptr);
-    EXPECT_FALSE(anim.GetBone(2).isAnimated);
-    EXPECT_EQ(anim.GetMatrixStream(3)->GetKeyCount(), 2);
-    EXPECT_TRUE(anim.GetBone(3).isAnimated);
-}
-
-TEST_F(AnimChunk, AModelWithoutSkeletonTakesNoBone) {
-    const auto pModel = MakeModel({});
-    EXPECT_EQ(AppendTo(*pModel, Anim(Info() + Body())).GetControlCount(), 1u);
-    try {
-        AppendTo(*pModel, Whole());
-        FAIL();
-    } catch (const std::runtime_error& error) {
-        EXPECT_STREQ(error.what(), "Trying to load bone stream, but render model doesn't have a skeleton.  Make sure "
-                                   "you aren't trying to merge an animation with a ref file that doesn't have a "
-                                   "skeleton");
-    }
-    EXPECT_EQ(pModel->GetAnimList()->GetCount(), 1u);
-}
-
 TEST_F(AnimChunk, ABoneWithoutNameIsAMistakeOfTheWriter) {
     AnimInterm anim;
     anim.SetName("walk");
@@ -242,8 +213,8 @@ TEST_F(AnimChunk, ABoneWithoutNameIsAMistakeOfTheWriter) {
 // A file of a model: the animations stand behind all else, and alone when nothing else is asked for.
 TEST_F(AnimChunk, StandsInAModelsFile) {
     auto pModel = MakeModel({"hip", "knee"});
-    AppendTo(*pModel, Whole());
-    AppendTo(*pModel, Whole());
+    AddTo(*pModel, Read(Whole()));
+    AddTo(*pModel, Read(Whole()));
     const auto write = [&](const ra::IntermediateParts& parts) {
         const auto pStream = MakeWriteStream();
         ra::WriteIntermediate(*pStream, *pModel, parts);
@@ -254,14 +225,17 @@ TEST_F(AnimChunk, StandsInAModelsFile) {
     EXPECT_EQ(write({.meshes = false, .animKeys = false}), File(""));
     const std::string all = write({});
     EXPECT_TRUE(all.ends_with(Whole() + Whole()));
-    EXPECT_EQ(write({.animKeys = false}).size(), all.size() - 2 * Whole().size());
+    const std::string bare = write({.animKeys = false});
+    EXPECT_EQ(bare.size(), all.size() - 2 * Whole().size());
     pModel.reset();
     Inv::PurgeUnreferenced();
     pModel = ra::ReadIntermediate(*MakeReadStream(all));
     ASSERT_NE(pModel, nullptr);
     ASSERT_EQ(pModel->GetAnimList()->GetCount(), 2u);
-    EXPECT_EQ(pModel->GetAnimList()->GetNode(1)->m_BoneMappings.size(), 2u);
-    EXPECT_EQ(write({}), all);
+    EXPECT_THAT(pModel->GetAnimList()->GetNode(1)->m_BoneMappings, testing::ElementsAre(0, 1));
+    EXPECT_EQ(write({.animKeys = false}), bare);
+    // Its keys are no longer in the world.
+    EXPECT_THROW(write({}), std::runtime_error);
 }
 
 } // namespace

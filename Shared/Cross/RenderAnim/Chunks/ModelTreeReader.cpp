@@ -1,0 +1,76 @@
+#include "Shared/Cross/RenderAnim/Chunks/ModelTreeReader.h"
+
+#include <utility>
+
+#include "Shared/Cross/RenderAnim/AnimListGeneric.h"
+#include "Shared/Cross/RenderAnim/Chunks/AnimNodes.h"
+#include "Shared/Cross/RenderAnim/Chunks/MarkerChunk.h"
+#include "Shared/Cross/RenderAnim/Chunks/MeshGroupChunk.h"
+#include "Shared/Cross/RenderAnim/Chunks/ShaderChunk.h"
+#include "Shared/Cross/RenderAnim/Chunks/TextureChunk.h"
+#include "Shared/Cross/RenderAnim/MeshGroup.h"
+#include "Shared/Cross/RenderAnim/Shader.h"
+#include "Shared/Cross/RenderAnim/Skeleton.h"
+#include "Shared/Cross/RenderAnim/Texture.h"
+
+namespace ra {
+
+bool ModelTreeReader::Read() {
+    m_Model.SetAnimList(std::make_unique<AnimListGeneric>(m_Model));
+    for (ChunkInfo child; m_Chunky.NextChunk(child);)
+        if (child.id == s_SkeletonChunk)
+            ReadSkeleton(child);
+        else if (child.kind == ChunkKind_Data)
+            ReadData(child.id);
+        else if (!ReadFolder(child))
+            return false;
+    if (!m_Model.GetMeshGroup())
+        throw Chunky::Exception(ChunkyError_MissingChunk, "Missing Chunk Type! (mesh group)");
+    if (const Skeleton* pSkeleton = m_Model.GetSkeleton())
+        m_Model.GetMeshGroup()->BindSkinning(*pSkeleton, m_Model.GetName());
+    m_Model.BuildReferencePose();
+    return true;
+}
+
+void ModelTreeReader::SetSkeleton(std::unique_ptr<Skeleton> pSkeleton) {
+    if (m_Model.GetSkeleton())
+        throw Chunky::Exception(ChunkyError_BadChunk, "there is a second skeleton in the file");
+    m_Model.SetSkeleton(std::move(pSkeleton));
+}
+
+bool ModelTreeReader::ReadFolder(const ChunkInfo& child) {
+    if (child.id == s_TextureChunk)
+        m_Textures.push_back(AddTexture(TextureLoadGeneric(m_Chunky)));
+    else if (child.id == s_ShaderChunk)
+        m_Shaders.push_back(BuildShader(ReadShaderRecord(m_Chunky)));
+    else if (child.id == s_MeshGroupChunk)
+        ReadMeshes();
+    else if (child.id == s_LegacyMeshChunk)
+        throw Chunky::Exception(ChunkyError_BadChunk, "chunk \"MESH\" is a mesh section of before there were mesh "
+                                                      "groups, which can't be read: export the model again");
+    else if (child.id == s_AnimChunk) {
+        if (!CanHoldAnim(m_Model, child))
+            return false;
+        ReadAnim();
+    }
+    return true;
+}
+
+void ModelTreeReader::ReadData(uint32_t id) {
+    if (id == s_SharedShaderChunk)
+        m_Shaders.push_back(GetSharedShader(ReadSharedShaderName(m_Chunky)));
+    else if (id == s_MarkerChunk)
+        m_Model.AddMarker(ReadMarker(m_Chunky));
+    else if (id == s_CameraChunk)
+        m_Model.AddCamera(ReadCamera(m_Chunky));
+}
+
+void ModelTreeReader::ReadMeshes() {
+    if (m_Model.GetMeshGroup())
+        throw Chunky::Exception(ChunkyError_BadChunk, "there is a second mesh group in the file");
+    std::unique_ptr<MeshGroup> pGroup = BuildMeshGroup(m_Chunky, m_Model.GetName());
+    OnMeshGroup(*pGroup);
+    m_Model.SetMeshGroup(std::move(pGroup));
+}
+
+} // namespace ra
