@@ -5,7 +5,7 @@
 #include "Shared/Cross/RenderAnim/Shader.h"
 #include "Shared/Cross/RenderAnim/Texture.h"
 #include "Shared_Tools/PVXExport/ModuleResources.h"
-#include "Shared_Tools/PVXExport/OmbrelSharedShader.h"
+#include "Shared_Tools/PVXExport/SharedTextureName.h"
 #include "Tests/Shared/Cross/RenderAnim/Image/PictureBytes.h"
 #include "Tests/Shared_Tools/PVXExport/ProjectFolder.h"
 

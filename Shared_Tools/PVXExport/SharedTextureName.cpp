@@ -1,4 +1,4 @@
-#include "Shared_Tools/PVXExport/OmbrelSharedShader.h"
+#include "Shared_Tools/PVXExport/SharedTextureName.h"
 
 #include <algorithm>
 #include <string>

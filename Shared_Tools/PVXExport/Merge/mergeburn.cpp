@@ -1,0 +1,56 @@
+#include "Shared_Tools/PVXExport/Merge/mergeburn.h"
+
+#include <memory>
+
+#include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/FileSystem/Paths/FilePath.h"
+#include "Shared/Cross/Pipeline/Pipeline.h"
+#include "Shared/Cross/RevControlAPI/RevControlAPI.h"
+#include "Shared/PC/FileSystem/OSFile.h"
+#include "Shared_Tools/Burner/Burner.h"
+
+namespace {
+
+constexpr const char* s_Changelist = "PVX Export Changes";
+
+} // namespace
+
+bool MergeBurnOpenFile(int32_t& changelist, const char* pFilename) {
+    dbAssertText(pFilename, "filename");
+    changelist = 0;
+    char port[FilePath::MAXPATH] = {};
+    if (!pFilename || !Pipeline::Get()->GetString("p4", "RevControlPort", port, sizeof port))
+        return false;
+    const std::unique_ptr<RevControlAPI> pRevControl = RevControlAPI::Create(port, RevControlAPI::Type_P4OrLocal);
+    if (!pRevControl || !pRevControl->FindOrCreateChangelist(s_Changelist, changelist))
+        return false;
+    pRevControl->Sync(pFilename, false);
+    const RevControlAPI::OpenResult result = pRevControl->OpenOrAdd(pFilename, changelist);
+    // The file is not in our list, which may have been made for it.
+    if (result == RevControlAPI::Open_OtherList || result == RevControlAPI::Open_Failed)
+        pRevControl->DeleteEmptyChangelist(changelist);
+    return result != RevControlAPI::Open_Failed;
+}
+
+bool MergeBurnFile(const char* pFilename, int32_t changelist) {
+    char burnerPath[FilePath::MAXPATH] = {};
+    if (!Pipeline::Get()->GetPath("burner", "burnerPath", burnerPath, sizeof burnerPath))
+        return false;
+    Burner burner(burnerPath);
+    int32_t burnResult = 0;
+    BurnerMessageList messages;
+    const bool burnt = burner.Burn(changelist, pFilename, false, false, burnResult, messages);
+    for (const BurnerMessage& message : messages)
+        if (message.kind != BurnerMessage::Kind_Info)
+            dbWarningf("BURNER -- '%s': %s", pFilename, message.text.c_str());
+    return burnt;
+}
+
+void MakeDirectoryPath(const char* pFilename) { OSFile::MakeFolders(pFilename); }
+
+void ThrowText(const std::string& text) {
+    // Whoever catches it has nothing but the pointer.
+    static std::string s_Text;
+    s_Text = text;
+    throw s_Text.c_str();
+}
