@@ -96,28 +96,52 @@ public:
     bool ClearVariable(const char* pName);
 
     // For the other sources of this layer. The current table lies on top of the state's stack.
-    lua_State* GetState() { return m_pState; }
+    struct Guard;
+    lua_State* GetState() const { return m_pState; }
+    Guard& GetGuard() { return *m_pGuard; }
     // The object to which a state belongs. Null for another's.
     static LuaConfig* FromState(lua_State* pState);
-    // Loads what the stream has left and runs it, within the limits. A state without a name takes the stream's.
-    bool RunStream(ByteStream& stream);
-    // Calls what lies on the stack below its arguments, within the limits. An error is a report and false.
+    // Loads a text and runs it, within the limits. A state without a name takes this one. False, and a report, when it
+    // has an error.
+    bool RunText(const std::string& text, const char* pName);
+    // Calls what lies on the stack below its arguments, within the limits. Without its results an error is a report,
+    // "error <what>", and false.
     bool Call(int arguments, int results, const char* pWhat);
     [[gnu::format(printf, 2, 3)]] void Report(const char* pFormat, ...) const;
 
-private:
-    struct Guard;
-    friend class LuaStackGuard;
+    // As long as one lives, a function that a script has called works with the globals as the current table, on top of
+    // its own stack.
+    class CallScope {
+    public:
+        CallScope(LuaConfig& config, lua_State* pState);
+        ~CallScope();
+        CallScope(const CallScope&) = delete;
+        CallScope& operator=(const CallScope&) = delete;
 
-    bool PushEntry(const char* pKey);
-    bool StoreEntry(const char* pKey);
+        // Takes the globals off the stack. False when they aren't where they were.
+        bool Leave();
+
+    private:
+        LuaConfig& m_Config;
+        lua_State* m_pBefore;
+        int m_BottomBefore;
+    };
+
+private:
     bool CheckTable() const;
+    void PushEntry(const char* pKey);
+    bool StoreEntry(const char* pKey);
+    bool StoreValue(const char* pKey);
+    bool Load(const std::string& text, const std::string& chunkName, const char* pWhat);
+    std::string TakeError(int status);
+    bool ClearGlobal(const char* pName);
 
     std::string m_Name;
     // Released in reverse order, after the state.
     Callbacks m_Callbacks;
     std::unique_ptr<Guard> m_pGuard;
     lua_State* m_pState = nullptr; // owned; closed by the destructor
+    int m_Bottom = 1;              // where the outermost current table lies on the stack
 };
 
 // An entry of a table, as it was when the walk began.
