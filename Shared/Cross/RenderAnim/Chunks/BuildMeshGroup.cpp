@@ -11,17 +11,25 @@ namespace ra {
 
 namespace {
 
-MeshRef FindXRefMeshOrMissing(const MeshEntryRecord& entry, const char* pModelName) {
+void LogMissingXRef(const MeshEntryRecord& entry, const char* pModelName, MeshForm form) {
+    if (form == MeshForm::Final)
+        dbWarningf("MODELS -- Unable to load XREF Mesh '%s' from '%s'!", entry.name.c_str(), entry.xrefModel.c_str());
+    else
+        dbWarningf("MODELS -- '%s': Unable to load XREF Mesh '%s' from '%s'!", pModelName, entry.name.c_str(),
+                   entry.xrefModel.c_str());
+}
+
+MeshRef FindXRefMeshOrMissing(const MeshEntryRecord& entry, const char* pModelName, MeshForm form) {
     if (MeshRef mesh = FindXRefMesh(entry.name, entry.xrefModel))
         return mesh;
-    dbWarningf("MODELS -- '%s': Unable to load XREF Mesh '%s' from '%s'!", pModelName, entry.name.c_str(),
-               entry.xrefModel.c_str());
+    LogMissingXRef(entry, pModelName, form);
     return GetMissingMesh();
 }
 
 class Builder : public MeshGroupSink {
 public:
-    Builder(MeshGroup& group, const char* pModelName) : m_Group(group), m_pModelName(pModelName) {}
+    Builder(MeshGroup& group, const char* pModelName, MeshForm form)
+        : m_Group(group), m_pModelName(pModelName), m_Form(form) {}
 
     void AddMesh(MeshRecord mesh) override { m_Meshes[mesh.name].meshes.push_back(BuildMesh(mesh)); }
     void SetEntries(std::vector<MeshEntryRecord> entries) override {
@@ -43,7 +51,7 @@ private:
             m_Group.SetXRefName(index, Name(entry.xrefModel.c_str()));
         m_Group.SetParentBone(index, entry.parentBone);
         const MeshRef mesh =
-            entry.xrefModel.empty() ? TakeMesh(entry.name) : FindXRefMeshOrMissing(entry, m_pModelName);
+            entry.xrefModel.empty() ? TakeMesh(entry.name) : FindXRefMeshOrMissing(entry, m_pModelName, m_Form);
         if (mesh.IsValid())
             m_Group.SetMesh(index, mesh);
     }
@@ -61,15 +69,16 @@ private:
 
     MeshGroup& m_Group;
     const char* m_pModelName;
+    MeshForm m_Form;
     std::unordered_map<std::string, Namesakes> m_Meshes; // only ever looked up
 };
 
 } // namespace
 
-std::unique_ptr<MeshGroup> BuildMeshGroup(Chunky& chunky, const char* pModelName) {
+std::unique_ptr<MeshGroup> BuildMeshGroup(Chunky& chunky, const char* pModelName, MeshForm form) {
     auto pGroup = std::make_unique<MeshGroup>();
-    Builder builder(*pGroup, pModelName);
-    ReadMeshGroup(chunky, builder);
+    Builder builder(*pGroup, pModelName, form);
+    ReadMeshGroup(chunky, builder, form);
     return pGroup;
 }
 

@@ -38,6 +38,6 @@ void ReadMeshGroup(Chunky& chunky, MeshGroupSink& sink, MeshForm form = MeshForm
 
 // Reads the next chunk and builds the group with all its meshes. `pModelName` is for messages. A mesh of another model
 // that can't be found is logged; the first mesh of the missing model stands in for it, or none.
-std::unique_ptr<MeshGroup> BuildMeshGroup(Chunky& chunky, const char* pModelName);
+std::unique_ptr<MeshGroup> BuildMeshGroup(Chunky& chunky, const char* pModelName, MeshForm form = MeshForm::Generic);
 
 } // namespace ra

@@ -22,15 +22,15 @@ bool SaveFinal(const RenderModel& model, const char* pPath, uint32_t useDXTC = 0
 bool SaveFinalMotion(const RenderModel& model, const char* pPath);
 
 // A name without an alias lies under "DATA"; the extension becomes ".obm", and ".obe" for the motion file, which need
-// not be there. Null, with a line in the log and the same text to the error sink, for files that are missing, damaged,
-// newer or don't fit together. Meshes, textures and shaders are entered in the inventory and made by the running
-// device.
+// not be there. Null, with a line in the log, for a model that makes no sense and for files that are missing, damaged
+// or newer; of these the error sink is told, too. Meshes, textures and shaders are entered in the inventory and made by
+// the running device.
 std::unique_ptr<RenderModel> LoadFinal(const char* pName);
 // The same from streams that the caller has opened: the model alone, and a motion file into its model, which is of no
-// use when that throws. Damage throws Chunky::Exception or ByteStream::Exception, a model without sense
-// std::runtime_error.
+// use when that fails. Null and false, with a line in the log, for what makes no sense; damage throws Chunky::Exception
+// or ByteStream::Exception.
 std::unique_ptr<RenderModel> ReadFinal(ByteStream& stream);
-void ReadFinalMotion(ByteStream& stream, RenderModel& model);
+bool ReadFinalMotion(ByteStream& stream, RenderModel& model);
 
 // Is told why a model couldn't be loaded. Null, as at first, for nobody.
 using ErrorSink = void (*)(const char* pText);

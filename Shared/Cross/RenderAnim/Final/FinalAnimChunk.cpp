@@ -1,0 +1,253 @@
+#include "Shared/Cross/RenderAnim/Final/FinalAnimChunk.h"
+
+#include <utility>
+
+#include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/RenderAnim/AnimListNode.h"
+#include "Shared/Cross/RenderAnim/Chunks/AnimNodes.h"
+#include "Shared/Cross/RenderAnim/Chunks/AnimParts.h"
+#include "Shared/Cross/RenderAnim/Chunks/ModelLayout.h"
+#include "Shared/Cross/RenderAnim/Chunks/PayloadReader.h"
+#include "Shared/Cross/RenderAnim/RenderModel.h"
+#include "Shared/Cross/RenderAnim/Skeleton.h"
+
+// "ANIM", folder, version 3, name of the animation: "DATA", or "XREF" for one of another model; then "ANBV", if it has
+// bounds.
+//
+// "DATA", data, version 2, name of the animation:
+//   int32    frames, above 0
+//   float    duration in seconds, above 0
+//   uint32   bones, none or all of the skeleton's in its order; for each:
+//     string   name
+//     keys     of vec3: position
+//     keys     of quat: rotation
+//     uint8    whether the bone is animated
+//   uint32   controls; for each:
+//     string   shader or mesh
+//     int32    target kind
+//     int32    parameter
+//     int32    channel
+//     keys     of float
+//   uint32   cameras; not in version 1; for each:
+//     string   name
+//     keys     of vec3: position
+//     keys     of quat: rotation
+// where keys are a uint32 count, and a float of time and a value for each. Times go from 0 to 1 and never back.
+//
+// "XREF", data, version 1:
+//   string   model
+//   string   animation in that model
+//
+// "ANBV", data, version 1, name of the animation:
+//   vec3     minimum
+//   vec3     maximum
+
+namespace ra {
+
+namespace {
+
+constexpr uint32_t s_FinalAnimVersion = 3;
+constexpr uint32_t s_FinalAnimDataVersion = 2;
+constexpr uint32_t s_OldestAnimDataVersion = 1;
+constexpr uint32_t s_XRefChunk = FourCC("XREF");
+constexpr uint32_t s_FinalXRefVersion = 1;
+constexpr uint32_t s_BoundsChunk = FourCC("ANBV");
+constexpr uint32_t s_BoundsVersion = 1;
+constexpr size_t s_BoneMinBytes = 13;    // an empty name, two empty lists and a mark
+constexpr size_t s_ControlMinBytes = 20; // an empty name, three numbers and an empty list
+constexpr size_t s_CameraMinBytes = 12;  // an empty name and two empty lists
+
+// Null is written as no keys.
+template <class V>
+void WriteKeyList(PayloadWriter& writer, const AnimStream<V>* pStream) {
+    const std::span<const AnimKey<V>> keys = pStream ? pStream->GetKeys() : std::span<const AnimKey<V>>();
+    writer.Write(static_cast<uint32_t>(keys.size()));
+    writer.WriteBytes(std::as_bytes(keys));
+}
+
+void WriteBones(PayloadWriter& writer, const Anim& anim) {
+    writer.Write(anim.GetBoneCount());
+    for (uint32_t i = 0; i < anim.GetBoneCount(); ++i) {
+        const Anim::BoneStream& bone = anim.GetBone(static_cast<int32_t>(i));
+        writer.WriteString(bone.name.GetText());
+        WriteKeyList(writer, bone.pPosition.get());
+        WriteKeyList(writer, bone.pRotation.get());
+        writer.Write<uint8_t>(bone.isAnimated ? 1 : 0);
+    }
+}
+
+void WriteControls(PayloadWriter& writer, const Anim& anim) {
+    writer.Write(anim.GetControlCount());
+    for (uint32_t i = 0; i < anim.GetControlCount(); ++i) {
+        const Anim::ControlStream& control = anim.GetControl(static_cast<int32_t>(i));
+        writer.WriteString(control.name.GetText());
+        writer.Write(control.ref.type);
+        writer.Write(control.ref.property);
+        writer.Write(control.ref.channel);
+        WriteKeyList(writer, control.pValues.get());
+    }
+}
+
+void WriteCameras(PayloadWriter& writer, const Anim& anim) {
+    writer.Write(anim.GetCameraCount());
+    for (uint32_t i = 0; i < anim.GetCameraCount(); ++i) {
+        const Anim::CameraStream& camera = anim.GetCamera(static_cast<int32_t>(i));
+        writer.WriteString(camera.name.GetText());
+        WriteKeyList(writer, camera.pPosition.get());
+        WriteKeyList(writer, camera.pRotation.get());
+    }
+}
+
+void WriteData(Chunky& chunky, PayloadWriter& writer, const Anim& anim) {
+    writer.Write(anim.GetFrameCount());
+    writer.Write(anim.GetDuration());
+    WriteBones(writer, anim);
+    WriteControls(writer, anim);
+    WriteCameras(writer, anim);
+    writer.WriteChunk(chunky, s_AnimDataChunk, s_FinalAnimDataVersion, anim.GetName());
+}
+
+void WriteXRef(Chunky& chunky, PayloadWriter& writer, const AnimListNode& node) {
+    writer.WriteString(node.GetXRefModel().GetText());
+    writer.WriteString(node.GetAnim()->GetName());
+    writer.WriteChunk(chunky, s_XRefChunk, s_FinalXRefVersion);
+}
+
+void WriteBounds(Chunky& chunky, PayloadWriter& writer, const AnimListNode& node) {
+    writer.WriteVec3(node.GetMinimum());
+    writer.WriteVec3(node.GetMaximum());
+    writer.WriteChunk(chunky, s_BoundsChunk, s_BoundsVersion, node.GetAnim()->GetName());
+}
+
+void ReadBones(AnimPartReader& reader, Anim& anim) {
+    const uint32_t count = reader.ReadCount(s_BoneMinBytes, "bone count");
+    anim.SetBoneCount(count);
+    for (uint32_t i = 0; i < count; ++i) {
+        const auto index = static_cast<int32_t>(i);
+        anim.SetBoneName(index, Name(reader.ReadString("bone name").c_str()));
+        std::unique_ptr<Vec3Stream> pPosition = reader.ReadKeys<glm::vec3>("position key");
+        anim.SetBoneStreams(index, std::move(pPosition), reader.ReadKeys<glm::quat>("rotation key"));
+        anim.SetBoneAnimated(index, reader.Read<uint8_t>("animated mark") != 0);
+    }
+}
+
+void ReadControls(AnimPartReader& reader, Anim& anim) {
+    const uint32_t count = reader.ReadCount(s_ControlMinBytes, "control count");
+    for (uint32_t i = 0; i < count; ++i) {
+        const Name name(reader.ReadString("control's target").c_str());
+        ControlRef ref;
+        ref.type = reader.Read<int32_t>("target kind");
+        ref.property = reader.Read<int32_t>("parameter");
+        ref.channel = reader.Read<int32_t>("channel");
+        const int32_t index = anim.AddControl(name, ref);
+        anim.SetControlStream(index, reader.ReadKeys<float>("control key"));
+    }
+}
+
+void ReadCameras(AnimPartReader& reader, Anim& anim) {
+    const uint32_t count = reader.ReadCount(s_CameraMinBytes, "camera count");
+    for (uint32_t i = 0; i < count; ++i) {
+        const int32_t index = anim.AddCamera(Name(reader.ReadString("camera name").c_str()));
+        std::unique_ptr<Vec3Stream> pPosition = reader.ReadKeys<glm::vec3>("camera position key");
+        anim.SetCameraStreams(index, std::move(pPosition), reader.ReadKeys<glm::quat>("camera rotation key"));
+    }
+}
+
+std::unique_ptr<Anim> ReadData(Chunky& chunky, const std::string& name) {
+    const ChunkInfo info = EnterData(chunky, s_AnimDataChunk, s_OldestAnimDataVersion, s_FinalAnimDataVersion);
+    AnimPartReader reader(chunky, "animation '" + name + '\'');
+    auto pAnim = std::make_unique<Anim>();
+    pAnim->SetName(name.c_str());
+    const auto frameCount = reader.Read<int32_t>("frame count");
+    SetAnimLength(*pAnim, reader, frameCount, reader.Read<float>("duration"));
+    ReadBones(reader, *pAnim);
+    ReadControls(reader, *pAnim);
+    if (info.version >= 2)
+        ReadCameras(reader, *pAnim);
+    chunky.EndChunk();
+    return pAnim;
+}
+
+void ReadXRef(Chunky& chunky, FinalAnimRecord& record) {
+    EnterData(chunky, s_XRefChunk, s_FinalXRefVersion, s_FinalXRefVersion);
+    PayloadReader reader(chunky, "animation", record.name.c_str());
+    record.xrefModel = reader.ReadString("model of a cross-reference");
+    record.xrefAnim = reader.ReadString("animation of a cross-reference");
+    chunky.EndChunk();
+}
+
+AnimBounds ReadBounds(Chunky& chunky, const std::string& name) {
+    EnterData(chunky, s_BoundsChunk, s_BoundsVersion, s_BoundsVersion);
+    PayloadReader reader(chunky, "animation", name.c_str());
+    AnimBounds bounds;
+    bounds.minimum = reader.ReadVec3("least corner");
+    bounds.maximum = reader.ReadVec3("greatest corner");
+    chunky.EndChunk();
+    return bounds;
+}
+
+// An animation's bones are the skeleton's, by index; it may have none.
+void CheckBones(const Anim& anim, const Skeleton& skeleton) {
+    if (anim.GetBoneCount() != 0 && anim.GetBoneCount() != skeleton.GetBoneCount())
+        throw Chunky::Exception(ChunkyError_BadChunk, std::string("animation '") + anim.GetName() + "' has " +
+                                                          std::to_string(anim.GetBoneCount()) +
+                                                          " bones, the skeleton " +
+                                                          std::to_string(skeleton.GetBoneCount()));
+}
+
+} // namespace
+
+void WriteFinalAnim(Chunky& chunky, PayloadWriter& writer, const AnimListNode& node) {
+    const Anim& anim = *node.GetAnim().GetData();
+    chunky.BeginFolder(s_AnimChunk, s_FinalAnimVersion, anim.GetName());
+    if (node.IsLocal())
+        WriteData(chunky, writer, anim);
+    else
+        WriteXRef(chunky, writer, node);
+    if (node.HasBounds())
+        WriteBounds(chunky, writer, node);
+    chunky.EndChunk();
+}
+
+FinalAnimRecord ReadFinalAnimRecord(Chunky& chunky) {
+    FinalAnimRecord record;
+    record.name = chunky.EnterFolder(s_AnimChunk, s_FinalAnimVersion).name.GetView();
+    bool hasContent = false;
+    for (ChunkInfo child; chunky.NextChunk(child);) {
+        if (child.kind != ChunkKind_Data)
+            continue;
+        if (child.id == s_AnimDataChunk && !hasContent) {
+            record.pAnim = ReadData(chunky, record.name);
+            hasContent = true;
+        } else if (child.id == s_XRefChunk && !hasContent) {
+            ReadXRef(chunky, record);
+            hasContent = true;
+        } else if (child.id == s_BoundsChunk) {
+            record.bounds = ReadBounds(chunky, record.name);
+        }
+    }
+    if (!hasContent)
+        throw Chunky::Exception(ChunkyError_MissingChunk,
+                                "Missing Chunk Type! (data of animation '" + record.name + "')");
+    chunky.EndChunk();
+    return record;
+}
+
+bool AppendFinalAnim(Chunky& chunky, const ChunkInfo& child, RenderModel& model) {
+    if (!CanHoldAnim(model, child))
+        return false;
+    FinalAnimRecord record = ReadFinalAnimRecord(chunky);
+    if (record.pAnim)
+        CheckBones(*record.pAnim, *model.GetSkeleton());
+    std::unique_ptr<AnimListNode> pNode = record.pAnim
+                                              ? MakeLocalNode(model, std::move(record.pAnim))
+                                              : MakeXRefNode(model, record.xrefModel.c_str(), record.xrefAnim.c_str());
+    if (!pNode)
+        return true; // the list has one of that name, which is logged
+    if (record.bounds)
+        pNode->SetBounds(record.bounds->minimum, record.bounds->maximum);
+    AddAnimNode(model, std::move(pNode), child.version);
+    return true;
+}
+
+} // namespace ra

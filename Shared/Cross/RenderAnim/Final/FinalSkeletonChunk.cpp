@@ -1,0 +1,71 @@
+#include "Shared/Cross/RenderAnim/Final/FinalSkeletonChunk.h"
+
+#include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/RenderAnim/Chunks/ModelLayout.h"
+#include "Shared/Cross/RenderAnim/Chunks/PayloadReader.h"
+#include "Shared/Cross/RenderAnim/Skeleton.h"
+
+// "SKEL", data, version 5:
+//   int32   bones; for each:
+//     string  name
+//     int32   parent, -1 for none
+//     vec3    position, relative to the parent
+//     quat    rotation
+
+namespace ra {
+
+namespace {
+
+constexpr uint32_t s_FinalSkeletonVersion = 5;
+constexpr size_t s_BoneMinBytes = 36; // an empty name, a parent, a position and a rotation
+
+} // namespace
+
+void WriteFinalSkeleton(Chunky& chunky, PayloadWriter& writer, const Skeleton& skeleton) {
+    writer.Write(skeleton.GetBoneCount());
+    for (uint32_t i = 0; i < skeleton.GetBoneCount(); ++i) {
+        const Bone& bone = skeleton.GetBone(static_cast<int32_t>(i));
+        const int32_t parentIndex = skeleton.GetParentIndex(static_cast<int32_t>(i));
+        if (parentIndex != Bone::InvalidIndex)
+            dbAssertText(static_cast<uint32_t>(parentIndex) < skeleton.GetBoneCount(),
+                         "parentIndex < skeleton.GetBoneCount()");
+        writer.WriteString(bone.GetName().GetText());
+        writer.Write(parentIndex);
+        writer.WriteVec3(bone.GetLocalPosition());
+        writer.WriteQuat(bone.GetLocalRotation());
+    }
+    writer.WriteChunk(chunky, s_SkeletonChunk, s_FinalSkeletonVersion);
+}
+
+std::vector<FinalBoneRecord> ReadFinalBoneRecords(Chunky& chunky) {
+    EnterData(chunky, s_SkeletonChunk, s_FinalSkeletonVersion, s_FinalSkeletonVersion);
+    PayloadReader reader(chunky, "skeleton", "");
+    std::vector<FinalBoneRecord> bones(reader.ReadCount(s_BoneMinBytes, "bone count"));
+    const auto count = static_cast<int32_t>(bones.size());
+    for (int32_t i = 0; i < count; ++i) {
+        FinalBoneRecord& bone = bones[static_cast<size_t>(i)];
+        bone.name = reader.ReadString("bone name");
+        bone.parent = reader.Read<int32_t>("parent of a bone");
+        if (bone.parent < -1 || bone.parent >= count || bone.parent == i)
+            reader.Fail("parent of a bone", std::to_string(bone.parent) + " is no other bone");
+        bone.position = reader.ReadVec3("bone position");
+        bone.rotation = reader.ReadQuat("bone rotation");
+    }
+    chunky.EndChunk();
+    return bones;
+}
+
+std::unique_ptr<Skeleton> BuildFinalSkeleton(const std::vector<FinalBoneRecord>& bones) {
+    auto pSkeleton = std::make_unique<Skeleton>(static_cast<uint32_t>(bones.size()));
+    for (size_t i = 0; i < bones.size(); ++i) {
+        const auto index = static_cast<int32_t>(i);
+        pSkeleton->SetBoneName(index, Name(bones[i].name.c_str()));
+        pSkeleton->SetParent(index, bones[i].parent);
+        pSkeleton->SetLocalPosition(index, bones[i].position);
+        pSkeleton->SetLocalRotation(index, bones[i].rotation);
+    }
+    pSkeleton->BuildRefPose();
+    return pSkeleton;
+}
+
+} // namespace ra
