@@ -82,7 +82,7 @@ bool LuaConfig::RunText(const std::string& text, const char* pName) {
 }
 
 bool LuaConfig::Load(const std::string& text, const std::string& chunkName, const char* pWhat) {
-    const Guard::Scope running(*m_pGuard);
+    const Guard::Scope running(*m_pGuard, true);
     const int status = LuaBridge::LoadText(m_pState, text, chunkName);
     if (status != 0)
         Report("[%s] error %s (%s): %s", GetName(), pWhat, LuaExtension::GetErrorName(status),
@@ -93,7 +93,7 @@ bool LuaConfig::Load(const std::string& text, const std::string& chunkName, cons
 bool LuaConfig::Call(int arguments, int results, const char* pWhat) {
     int status = 0;
     {
-        const Guard::Scope running(*m_pGuard);
+        const Guard::Scope running(*m_pGuard, false);
         status = lua_pcall(m_pState, arguments, results, 0);
     }
     if (status != 0)

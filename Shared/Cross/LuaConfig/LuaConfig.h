@@ -32,7 +32,8 @@ public:
         Type_Meta = 7, // the current table's metatable has a table under the key
     };
 
-    // What scripts may use up, counted anew for each text that is run.
+    // What scripts may use up, counted anew for each text that is run. Functions of metatables that reading and writing
+    // entries calls go on with what is left.
     struct Limits {
         uint64_t instructions = 20'000'000;
         size_t memory = 64u << 20; // bytes of the whole state

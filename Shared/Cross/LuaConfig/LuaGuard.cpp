@@ -15,19 +15,23 @@ std::string DescribePlace(lua_State* pState, lua_Debug& place) {
 
 } // namespace
 
-LuaConfig::Guard::Scope::Scope(Guard& guard) : m_Guard(guard) {
+LuaConfig::Guard::Scope::Scope(Guard& guard, bool anew) : m_Guard(guard) {
     std::feholdexcept(&m_FloatSettings);
-    if (m_Guard.m_Depth++ > 0)
+    if (guard.m_Depth++ > 0)
         return;
-    m_Guard.m_Left = guard.limits.instructions;
-    m_Guard.m_End = std::chrono::steady_clock::now() + std::chrono::milliseconds(guard.limits.milliseconds);
-    m_Guard.m_MemoryPlace.clear();
+    if (anew) {
+        guard.m_Left = guard.limits.instructions;
+        guard.m_TimeLeft = std::chrono::milliseconds(guard.limits.milliseconds);
+    }
+    guard.m_End = Clock::now() + guard.m_TimeLeft;
     lua_sethook(guard.pMain, OnCount, LUA_MASKCOUNT, s_CountInterval);
 }
 
 LuaConfig::Guard::Scope::~Scope() {
-    if (--m_Guard.m_Depth == 0)
+    if (--m_Guard.m_Depth == 0) {
+        m_Guard.m_TimeLeft = std::max(m_Guard.m_End - Clock::now(), Clock::duration::zero());
         lua_sethook(m_Guard.pMain, nullptr, 0, 0);
+    }
     std::fesetenv(&m_FloatSettings);
 }
 
@@ -75,7 +79,7 @@ void LuaConfig::Guard::NotePlace() {
 const char* LuaConfig::Guard::FindExcess() {
     if (!Charge(s_CountInterval))
         return "the script takes too many instructions";
-    if (std::chrono::steady_clock::now() > m_End) {
+    if (Clock::now() > m_End) {
         m_Left = 0;
         return "the script takes too long";
     }

@@ -11,11 +11,11 @@
 struct LuaConfig::Guard {
     Guard(const Limits& given, const std::function<bool()>& asked) : limits(given), interrupt(asked) {}
 
-    // As long as one lives, a script runs, with floating point as its numbers need it. Only the outermost one begins to
-    // count.
+    // As long as one lives, a script runs, with floating point as its numbers need it. What it uses up goes from what
+    // is left; the outermost one may begin to count anew.
     class Scope {
     public:
-        explicit Scope(Guard& guard);
+        Scope(Guard& guard, bool anew);
         ~Scope();
         Scope(const Scope&) = delete;
         Scope& operator=(const Scope&) = delete;
@@ -44,6 +44,8 @@ struct LuaConfig::Guard {
     lua_State* pMain = nullptr;
 
 private:
+    using Clock = std::chrono::steady_clock;
+
     static void OnCount(lua_State* pState, lua_Debug* pPlace);
     const char* FindExcess();
     void NotePlace();
@@ -52,6 +54,7 @@ private:
     size_t m_Threshold = 0;
     size_t m_Used = 0;
     uint64_t m_Left = 0;
-    std::chrono::steady_clock::time_point m_End;
+    Clock::duration m_TimeLeft{};
+    Clock::time_point m_End;
     std::string m_MemoryPlace;
 };

@@ -29,9 +29,6 @@ public:
     // right. The reason of a failure is in the log.
     bool SaveConfig(RevControlAPI& revControl, int32_t changelist, const char* pFilename, BurnerConfig& config);
 
-    // The scripts of the chain, nearest first; there is one at least. False, with the reason, for a file in no project
-    // or without a script.
-    static bool FindScripts(const char* pFilename, std::vector<std::string>& scripts, BurnerMessageList& messages);
     // When the chain's newest script was written, in the unit of OSFile::GetWriteTime. The reason of a failure is in
     // the log.
     static bool GetConfigTimestamp(const char* pFilename, int64_t& time);
@@ -45,6 +42,8 @@ public:
     static bool ParseOverrideConfig(const char* pPath, BurnerConfig& config, BurnerMessageList* pMessages = nullptr);
 
 private:
+    bool FoldScripts(const std::string& genericPath, const std::vector<std::string>& scripts, BurnerConfig& config,
+                     BurnerMessageList& messages);
     bool ValidateAgainstParent(const char* pFilename, BurnerConfig& config);
 
     std::map<std::string, BurnerConfig> m_Bases; // by the project's generic folder
