@@ -8,10 +8,12 @@
 #include "Shared/Cross/FileSystem/Chunky.h"
 #include "Shared/Cross/RenderAnim/Files/SharedShaderLayout.h"
 #include "Shared/Cross/RenderAnim/Intermediate/IntermediateLayout.h"
+#include "Shared/Cross/TeamColour/PatternLayout.h"
 #include "Tools/pvxdump/ChunkTree.h"
 #include "Tools/pvxdump/ModelContent.h"
 #include "Tools/pvxdump/ModelJson.h"
 #include "Tools/pvxdump/ModelText.h"
+#include "Tools/pvxdump/PatternDump.h"
 #include "Tools/pvxdump/TextFormat.h"
 #include "Tools/pvxdump/TextureFiles.h"
 
@@ -75,6 +77,7 @@ struct FileKind {
 constexpr FileKind s_Kinds[] = {
     {ra::s_ModelChunk, ra::s_ModelVersion, "model", DumpModel},
     {ra::s_SharedShaderFileChunk, ra::s_SharedShaderFileVersion, "shader file", DumpShaderFile},
+    {s_PatternChunk, s_PatternVersion, "pattern", DumpPattern},
 };
 
 std::string DumpContent(ByteStream& stream, const std::string& file, const DumpOptions& options) {

@@ -10,7 +10,12 @@ namespace {
 
 constexpr const char* s_DefaultScheme = "default";
 
+constexpr const char* s_LayerNames[Pattern::LAYER_PATTERN_COUNT] = {"primary", "secondary", "trim",
+                                                                    "weapons", "eyes",      "dirt"};
+
 } // namespace
+
+const char* Pattern::GetLayerName(int32_t layer) { return IsLayer(layer) ? s_LayerNames[layer] : ""; }
 
 Pattern::Pattern() { SetSchemeName(s_DefaultScheme); }
 

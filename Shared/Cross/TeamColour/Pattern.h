@@ -25,6 +25,8 @@ public:
         LAYER_PATTERN_COUNT = 6,
     };
     static constexpr size_t SchemeNameSize = 32; // with the terminator
+    // "primary", "secondary" and so on; empty for an index out of range, which is a mistake.
+    static const char* GetLayerName(int32_t layer);
 
     // A place on the texture, in pixels from the first one in memory.
     struct Rect {

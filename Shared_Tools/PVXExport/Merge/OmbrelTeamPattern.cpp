@@ -19,16 +19,9 @@ namespace {
 
 constexpr const char* s_DefaultScheme = "default";
 
-struct LayerFile {
-    Pattern::Layer layer;
-    const char* pSuffix;
-};
 // The dirt layer is none of them: its picture is more than a layer.
-constexpr LayerFile s_ColourLayers[] = {
-    {Pattern::LAYER_PRIMARY, "primary"}, {Pattern::LAYER_SECONDARY, "secondary"}, {Pattern::LAYER_TRIM, "trim"},
-    {Pattern::LAYER_WEAPONS, "weapons"}, {Pattern::LAYER_EYES, "eyes"},
-};
-constexpr LayerFile s_DirtLayer = {Pattern::LAYER_DIRT, "dirt"};
+constexpr Pattern::Layer s_ColourLayers[] = {Pattern::LAYER_PRIMARY, Pattern::LAYER_SECONDARY, Pattern::LAYER_TRIM,
+                                             Pattern::LAYER_WEAPONS, Pattern::LAYER_EYES};
 
 // Pixels that a badge and a banner take on a texture.
 constexpr int32_t s_BadgeWidth = 64;
@@ -84,9 +77,9 @@ private:
     }
 
     std::unique_ptr<Pattern> Build() {
-        for (const LayerFile& file : s_ColourLayers)
-            if (const std::unique_ptr<Image_RGBA32> pImage = LoadPicture(GetPath(file.pSuffix)))
-                FillLayer(file, *pImage);
+        for (const Pattern::Layer layer : s_ColourLayers)
+            if (const std::unique_ptr<Image_RGBA32> pImage = LoadPicture(GetPath(Pattern::GetLayerName(layer))))
+                FillLayer(layer, *pImage);
         if (const auto badge = FindPlace("badge", s_BadgeWidth, s_BadgeHeight))
             m_pPattern->SetBadge(*badge);
         if (const auto banner = FindPlace("banner", s_BannerWidth, s_BannerHeight))
@@ -111,13 +104,13 @@ private:
         return path;
     }
 
-    void FillLayer(const LayerFile& file, const Image_RGBA32& image) {
+    void FillLayer(Pattern::Layer layer, const Image_RGBA32& image) {
         if (image.GetWidth() != m_pPattern->GetWidth() || image.GetHeight() != m_pPattern->GetHeight())
-            throw std::runtime_error(std::string("Merge: Layer '") + file.pSuffix + "' does not match texture '" +
+            throw std::runtime_error(std::string("Merge: Layer '") + Pattern::GetLayerName(layer) + "' does not match texture '" +
                                      m_SourcePath + "' dimensions!");
         std::vector<uint8_t> bytes(image.GetPixels().size());
         std::ranges::transform(image.GetPixels(), bytes.begin(), &Colour::a);
-        m_pPattern->SetLayer(file.layer, std::move(bytes));
+        m_pPattern->SetLayer(layer, std::move(bytes));
         m_AnyLayer = true;
     }
 
@@ -130,10 +123,10 @@ private:
 
     // Dirt covers what the texture covers, so the picture takes its alpha from there.
     void AddDirt() {
-        std::unique_ptr<Image_RGBA32> pResult = LoadPicture(GetPath(s_DirtLayer.pSuffix));
+        std::unique_ptr<Image_RGBA32> pResult = LoadPicture(GetPath(Pattern::GetLayerName(Pattern::LAYER_DIRT)));
         if (!pResult)
             return;
-        FillLayer(s_DirtLayer, *pResult);
+        FillLayer(Pattern::LAYER_DIRT, *pResult);
         dbAssertText(pResult->GetDataSize() == m_Source.GetDataSize(), "pResult->GetDataSize() == pSrc->GetDataSize()");
         std::ranges::transform(pResult->GetPixels(), m_Source.GetPixels(), pResult->GetPixels().begin(),
                                [](Colour dirt, const Colour& source) {
