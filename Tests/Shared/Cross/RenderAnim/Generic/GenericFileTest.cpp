@@ -1,0 +1,165 @@
+#include "Shared/Cross/RenderAnim/Generic/GenericFile.h"
+
+#include "Shared/Cross/RenderAnim/AnimInterm.h"
+#include "Shared/Cross/RenderAnim/Generic/MotionFile.h"
+#include "Tests/Shared/Cross/RenderAnim/Generic/GenericOnDisk.h"
+
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+using GenericFile = GenericFixture;
+
+TEST_F(GenericFile, WhatIsReadAndSavedAgainHasTheSameBytes) {
+    std::unique_ptr<RenderModel> pModel = MakeModel();
+    const std::string bytes = Write(*pModel);
+    Forget(std::move(pModel));
+    pModel = Read(bytes);
+    ASSERT_NE(pModel, nullptr);
+    EXPECT_STREQ(pModel->GetName(), "Walker");
+    EXPECT_EQ(pModel->GetMarkerTransform(0)[3], glm::vec3(0, 2, 0));
+    EXPECT_EQ(pModel->GetMeshGroup()->GetSkinnedBone(0, 0), 1);
+    EXPECT_NE(pModel->GetReferencePose(), nullptr);
+    EXPECT_EQ(pModel->GetSelectionInfo().extentZ, 2);
+    const AnimList& list = *pModel->GetAnimList();
+    EXPECT_EQ(list.FindNode("stop.1"), 1);
+    EXPECT_TRUE(list.IsShaderAnimated(0));
+    EXPECT_EQ(list.GetShaderMarkCount(), 2u);
+    EXPECT_EQ(Write(*pModel), bytes);
+    EXPECT_TRUE(m_Reports.GetWarnings().empty());
+    Forget(std::move(pModel));
+}
+
+TEST_F(GenericFile, OnlyOwnAnimationsAreInIt) {
+    std::unique_ptr<RenderModel> pModel = MakeModel();
+    pModel->GetAnimList()->GetNode(1)->SetXRefModel(ra::Name("art/other"));
+    const std::string bytes = Write(*pModel);
+    EXPECT_THAT(bytes, HasSubstr("run"));
+    EXPECT_THAT(bytes, Not(HasSubstr("stop.1")));
+    EXPECT_THAT(bytes, Not(HasSubstr("art/other")));
+    Forget(std::move(pModel));
+}
+
+TEST_F(GenericFile, KeysInTheWorldAreTheOtherForms) {
+    std::unique_ptr<RenderModel> pModel = MakeModel();
+    auto pAnim = std::make_unique<AnimInterm>();
+    pAnim->SetName("jump");
+    ra::AddAnimNode(*pModel, ra::MakeLocalNode(*pModel, std::move(pAnim)), 1);
+    EXPECT_THROW(Write(*pModel), std::runtime_error);
+    Forget(std::move(pModel));
+}
+
+TEST_F(GenericFile, ModelsNeedNoBones) {
+    const auto pModel = Read(File(EmptyGroup() + ChunkBytes::Data("WHAT", "ever", 99)));
+    ASSERT_NE(pModel, nullptr);
+    EXPECT_EQ(pModel->GetSkeleton(), nullptr);
+    EXPECT_THAT(Write(*pModel), Not(HasSubstr("SKEL")));
+    pModel->AddMarker({.name = ra::Name("Muzzle")});
+    EXPECT_EQ(pModel->FindMarker(ra::Name("root")), 0);
+    EXPECT_EQ(Read(File(EmptyGroup() + Anim("run", Info()))), nullptr);
+    EXPECT_TRUE(ReportCapture::HasWarning("Walker: Animation 'run' - in a model without a valid skeleton!"));
+}
+
+TEST_F(GenericFile, TheOrderOfTheFileBinds) {
+    EXPECT_EQ(Read(File(Anim("run", Info()) + TwoBones() + EmptyGroup())), nullptr);
+    EXPECT_THROW(Read(File(TwoBones() + Anim("run", Info()) + EmptyGroup())), Chunky::Exception);
+    EXPECT_THROW(Read(File("")), Chunky::Exception);
+    EXPECT_THROW(Read(File(EmptyGroup(), 2)), Chunky::Exception);
+}
+
+TEST_F(GenericFile, MeshSectionsOfOldAreRefused) {
+    try {
+        Read(File(ChunkBytes::Folder("MESH", ChunkBytes::Folder("GGRP", ""))));
+        FAIL();
+    } catch (const Chunky::Exception& exception) {
+        EXPECT_THAT(exception.what(), HasSubstr("\"MESH\" is a mesh section of before there were mesh groups"));
+    }
+}
+
+TEST_F(GenericFile, EveryTruncationIsRefused) {
+    const std::string bytes = Write(*MakeModel());
+    Forget();
+    for (size_t size = 0; size < bytes.size(); ++size) {
+        EXPECT_THROW(Read(bytes.substr(0, size)), std::runtime_error) << "cut to " << size;
+        Forget();
+    }
+    EXPECT_EQ(Inv::GetCount(ra::Mesh::GetTypeInfo()), 0u);
+    EXPECT_EQ(Inv::GetCount(::Anim::GetTypeInfo()), 0u);
+}
+
+TEST_F(GenericOnDisk, ModelsAreFoundByName) {
+    Save("GENERIC:art\\tank.pvx");
+    Save("DATA:art\\tank.pvx");
+    Save("DATA:art\\jeep.v2.pvx");
+    EXPECT_EQ(Load("art/tank"), "GENERIC:art\\tank.pvx");
+    EXPECT_EQ(Load("art\\tank.pvx"), "GENERIC:art\\tank.pvx");
+    EXPECT_EQ(Load("data:art/tank.max"), "DATA:art\\tank.pvx");
+    EXPECT_EQ(Load("GENERIC:art/tank"), "GENERIC:art\\tank.pvx");
+    EXPECT_EQ(Load("art/jeep.v2"), "DATA:art\\jeep.v2.pvx");
+    EXPECT_EQ(Load("GENERIC:art/jeep.v2.pvx"), "DATA:art\\jeep.v2.pvx");
+    EXPECT_EQ(Load("art/plane"), "Unable to open file!");
+}
+
+TEST_F(GenericOnDisk, ASaveThatFailsLeavesWhatWasThere) {
+    WriteFile("DATA/x.pvx", "before");
+    EXPECT_FALSE(ra::SaveGeneric(RenderModel(), "DATA:x.pvx"));
+    EXPECT_TRUE(ReportCapture::HasWarning("RENDER ANIM -- DATA:x.pvx: "));
+    EXPECT_EQ(ReadFile("DATA/x.pvx"), "before");
+    EXPECT_FALSE(ra::SaveGeneric(RenderModel(), "NOWHERE:x.pvx"));
+    EXPECT_TRUE(ReportCapture::HasWarning("RENDER ANIM -- NOWHERE:x.pvx: Unable to open file!"));
+    Save("DATA:x.pvx");
+    EXPECT_EQ(ReadFile("DATA/x.pvx").substr(0, 12), "Vorlo Chunky");
+}
+
+TEST_F(GenericOnDisk, TheMotionFileStandsBesideTheModel) {
+    Save("GENERIC:art\\tank.pvx");
+    std::unique_ptr<RenderModel> pModel = MakeModel();
+    SelectionInfo selection = {
+        .mode = 3, .extentX = 1.5f, .extentZ = 2.5f, .centreX = -1, .centreZ = 4, .box = {.centre = {7, 8, 9}}};
+    pModel->SetSelectionInfo(selection);
+    pModel->GetMotionParts().events.Add(std::make_unique<ra::Event>()).m_parameters = {{"sound", "bang"}};
+    auto pMotion = std::make_unique<ra::Motion>(ra::Name("walk"));
+    pMotion->m_animNodes = {ra::Name("run")};
+    pModel->GetMotionParts().motions.Add(std::move(pMotion));
+    ASSERT_TRUE(ra::SaveMotionFile(*pModel, "GENERIC:art\\tank.ebp"));
+    Forget(std::move(pModel));
+    ReportCapture::Clear();
+
+    pModel = ra::LoadGeneric("art/tank", true);
+    ASSERT_NE(pModel, nullptr);
+    EXPECT_EQ(pModel->GetSelectionInfo().mode, 3);
+    EXPECT_EQ(pModel->GetSelectionInfo().extentX, 1.5f);
+    EXPECT_EQ(pModel->GetSelectionInfo().extentZ, 2.5f);
+    EXPECT_EQ(pModel->GetSelectionInfo().centreX, -1);
+    EXPECT_EQ(pModel->GetSelectionInfo().centreZ, 4);
+    EXPECT_EQ(pModel->GetSelectionInfo().box.centre, glm::vec3(7, 8, 9));
+    ASSERT_EQ(pModel->GetMotionParts().motions.GetCount(), 1u);
+    EXPECT_EQ(pModel->GetMotionParts().motions[0].GetAnimNodeCount(), 1u);
+    EXPECT_EQ(pModel->GetMotionParts().events.GetCount(), 1u);
+    EXPECT_TRUE(m_Reports.GetWarnings().empty());
+    Forget(std::move(pModel));
+
+    pModel = ra::LoadGeneric("art/tank", false);
+    EXPECT_EQ(pModel->GetSelectionInfo().mode, 1);
+    Forget(std::move(pModel));
+    // One that can't be read makes the whole model of no use.
+    WriteFile("GENERIC/art/tank.ebp", ChunkBytes::FileHeader() + ChunkBytes::Folder("QEBP", "", 5));
+    EXPECT_EQ(Load("art/tank", true), "Unsupported (newer) Chunk Version!");
+    EXPECT_EQ(Load("GENERIC:art/tank", true), "Unsupported (newer) Chunk Version!");
+    EXPECT_EQ(Load("art/tank", false), "GENERIC:art\\tank.pvx");
+    // It has no second place.
+    Save("DATA:art\\jeep.pvx");
+    WriteFile("DATA/art/jeep.ebp", "damaged");
+    EXPECT_EQ(Load("art/jeep", true), "DATA:art\\jeep.pvx");
+}
+
+TEST_F(GenericOnDisk, TheMotionFileOfAModelWithoutBonesHasNoAnimations) {
+    WriteFile("DATA/art/rock.pvx", File(EmptyGroup()));
+    WriteFile("GENERIC/art/rock.ebp",
+              ChunkBytes::FileHeader() + ChunkBytes::Folder("QEBP", XRef("roll", "art/tank", "run"), 4));
+    EXPECT_EQ(Load("art/rock", true), "none");
+    EXPECT_TRUE(ReportCapture::HasWarning("Walker: Animation 'roll' - in a model without a valid skeleton!"));
+}
+
+} // namespace

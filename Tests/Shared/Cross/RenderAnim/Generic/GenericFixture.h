@@ -1,0 +1,101 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <gmock/gmock.h>
+
+#include "Shared/Cross/RenderAnim/AnimListGeneric.h"
+#include "Shared/Cross/RenderAnim/Chunks/AnimNodes.h"
+#include "Shared/Cross/RenderAnim/Generic/GenericFile.h"
+#include "Tests/Shared/Cross/RenderAnim/Chunks/PayloadBytes.h"
+#include "Tests/Shared/Cross/RenderAnim/ModelFixture.h"
+
+// Generic models, whole ones and such as are typed by hand.
+class GenericFixture : public ModelFixture {
+protected:
+    static std::string Write(const RenderModel& model) {
+        const auto pStream = MakeWriteStream();
+        ra::WriteGeneric(*pStream, model);
+        return BytesOf(*pStream);
+    }
+    static std::unique_ptr<RenderModel> Read(const std::string& bytes) {
+        return ra::ReadGeneric(*MakeReadStream(bytes));
+    }
+    // Nothing of a test's models is left in the inventory for the next one to find.
+    static void Forget(std::unique_ptr<RenderModel> pModel = nullptr) {
+        pModel.reset();
+        Inv::PurgeUnreferenced();
+    }
+
+    // By hand: a file, a mesh group without meshes, a skeleton of "hip" and "knee", and an animation.
+    static std::string File(const std::string& children, uint32_t version = 1) {
+        return ChunkBytes::FileHeader() + NamedFolder("QPVX", "Walker", children, version);
+    }
+    static std::string EmptyGroup() {
+        return ChunkBytes::Folder("MSGR", ChunkBytes::Data("DATA", PayloadBytes().U32(0).Get()) +
+                                              ChunkBytes::Data("BVOL", std::string(1, '\0'), 2));
+    }
+    static std::string Bone(const char* pName, uint32_t parent, uint32_t version = 5) {
+        return NamedData("BONE", pName, PayloadBytes().U32(parent).F32({1, 2, 3}).F32({0, 0, 0.6f, 0.8f}).Get(),
+                         version);
+    }
+    static std::string Bones(const std::string& bones, uint32_t count, uint32_t version = 3) {
+        return ChunkBytes::Folder("SKEL", ChunkBytes::Data("INFO", PayloadBytes().U32(count).Get()) + bones, version);
+    }
+    static std::string TwoBones() { return Bones(Bone("hip", 0xFFFFFFFF) + Bone("knee", 0), 2); }
+    static std::string Info() { return ChunkBytes::Data("INFO", PayloadBytes().U32(3).F32({0.1f}).Get(), 5); }
+    static std::string Anim(const char* pName, const std::string& children, uint32_t version = 3) {
+        return NamedFolder("ANIM", pName, NamedFolder("DATA", pName, children, version), 2);
+    }
+    static std::string XRef(const char* pName, const std::string& modelName, const char* pAnim, uint32_t version = 3) {
+        return NamedFolder("ANIM", pName,
+                           ChunkBytes::Data("XREF", PayloadBytes().Text(modelName).Text(pAnim).Get(), version), 2);
+    }
+
+    // A model with one of everything.
+    static std::unique_ptr<RenderModel> MakeModel() {
+        const ShaderRef clay = MakeShader("Clay");
+        const ShaderRef glass = MakeShader("Glass.001");
+        const MeshRef skin = MakeMesh("Body", {clay, glass}, 6, 0x27);
+        skin->SetSkinnedTransformCount(1);
+        skin->SetSkinnedTransform(0, ra::Name("knee"), 1);
+        auto pModel = std::make_unique<RenderModel>();
+        pModel->SetName("Walker");
+        std::unique_ptr<ra::MeshGroup> pGroup = MakeGroup({skin, MakeMesh("Wheel", {clay}, 3)});
+        pGroup->SetParentBone(1, 1);
+        pModel->SetMeshGroup(std::move(pGroup));
+        pModel->SetSkeleton(MakeChain({"hip", "knee"}));
+        pModel->AddMarker({.name = ra::Name("Muzzle"), .m_parentName = ra::Name("knee")});
+        pModel->AddCamera({.name = ra::Name("Front"), .position = {1, 2, 3}, .fieldOfView = 1});
+        AddAnim(*pModel, "run").SetBounds({-1, -2, -3}, {4, 5, 6});
+        AddAnim(*pModel, "stop.1");
+        return pModel;
+    }
+
+    static AnimListNode& AddAnim(RenderModel& model, const char* pName) {
+        auto pAnim = std::make_unique<::Anim>();
+        pAnim->SetName(pName);
+        pAnim->SetLength(3, 30);
+        for (uint32_t i = 0; i < model.GetSkeleton()->GetBoneCount(); ++i)
+            pAnim->AddBone(model.GetSkeleton()->GetBone(static_cast<int32_t>(i)).GetName());
+        auto pPosition = std::make_unique<Vec3Stream>();
+        auto pRotation = std::make_unique<QuatStream>();
+        for (const float time : {0.0f, 0.5f, 1.0f}) {
+            pPosition->AddKey(time, {time, 2, 3});
+            pRotation->AddKey(time, glm::quat(1, 0, time, 0));
+        }
+        pAnim->SetBoneAnimated(1, true);
+        pAnim->SetBoneStreams(1, std::move(pPosition), std::move(pRotation));
+        auto pValues = std::make_unique<FloatStream>();
+        pValues->AddKey(0.25f, 7);
+        pAnim->TakeControl(
+            {.name = ra::Name("Clay"), .ref = {.channel = 4, .property = 2}, .pValues = std::move(pValues)});
+        pAnim->AddCamera(ra::Name("Front"));
+        ra::AddAnimNode(model, ra::MakeLocalNode(model, std::move(pAnim)), 2);
+        return *model.GetAnimList()->GetNode(model.GetAnimList()->GetCount() - 1);
+    }
+    static const ::Anim& GetAnim(const RenderModel& model, uint32_t index = 0) {
+        return *model.GetAnimList()->GetNode(index)->GetAnim().GetData();
+    }
+};
