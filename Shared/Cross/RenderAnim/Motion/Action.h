@@ -19,8 +19,8 @@ struct Action {
     };
 
     Name m_Name;
-    std::vector<Choice> m_motions;
-    std::vector<Choice> m_subActions;
+    std::vector<Choice> m_motions = {};
+    std::vector<Choice> m_subActions = {};
 
     const Name& GetName() const { return m_Name; }
 };

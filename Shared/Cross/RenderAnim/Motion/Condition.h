@@ -9,7 +9,7 @@ namespace ra {
 // Clauses of the model's list, which an action asks together.
 struct Condition {
     Name m_Name;
-    std::vector<Name> m_clauses;
+    std::vector<Name> m_clauses = {};
 
     const Name& GetName() const { return m_Name; }
 };

@@ -15,7 +15,7 @@ struct Event {
     };
 
     Name m_Name;
-    std::vector<Parameter> m_parameters;
+    std::vector<Parameter> m_parameters = {};
 
     const Name& GetName() const { return m_Name; }
 };
