@@ -3,7 +3,9 @@
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/FileSystem/Chunky.h"
 
+#include <cstdlib>
 #include <ctime>
+#include <optional>
 
 namespace {
 
@@ -13,10 +15,23 @@ constexpr const char* s_BurnInfoName = "FileBurnInfo";
 constexpr uint32_t s_BurnInfoStringSize = 1024; // with the terminator
 constexpr size_t s_DateSize = 512;
 
+// The date of a build that has to give the same bytes each time, in seconds since 1970; none when it isn't given.
+std::optional<std::time_t> GetFixedDate() {
+    const char* pText = std::getenv("SOURCE_DATE_EPOCH");
+    char* pEnd = nullptr;
+    const long long seconds = pText ? std::strtoll(pText, &pEnd, 10) : 0;
+    return pText && pEnd != pText && *pEnd == '\0' ? std::optional<std::time_t>(seconds) : std::nullopt;
+}
+
+// A fixed date is in universal time, since it has to be the same everywhere.
 std::string FormatNow() {
-    const std::time_t now = std::time(nullptr);
+    const std::optional<std::time_t> fixed = GetFixedDate();
+    const std::time_t now = fixed.value_or(std::time(nullptr));
     std::tm local{};
-    localtime_r(&now, &local);
+    if (fixed)
+        gmtime_r(&now, &local);
+    else
+        localtime_r(&now, &local);
     char buffer[s_DateSize] = "";
     // The hour without a leading zero.
     std::strftime(buffer, sizeof(buffer), "%B %d, %Y, %-I:%M:%S %p", &local);

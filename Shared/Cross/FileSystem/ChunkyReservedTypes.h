@@ -19,7 +19,7 @@ uint32_t GetChunkyReservedCode(ChunkyReservedType type);
 // Who made a final file, and when: the first chunk of the file if the one who saves has such a record. What the two
 // strings and the number mean is up to the burner.
 struct FileBurnInfo {
-    // The date is now, in local time.
+    // The date is now, in local time, or that of the environment's SOURCE_DATE_EPOCH.
     FileBurnInfo();
 
     std::string first;

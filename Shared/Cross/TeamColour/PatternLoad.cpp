@@ -215,8 +215,7 @@ void PatternLoad::Read(ByteStream& stream, Pattern& pattern) {
 
 void PatternLoad::Read(Chunky& chunky, Pattern& pattern) { Reader(chunky, pattern).Read(); }
 
-void PatternLoad::Write(ByteStream& stream, const Pattern& pattern) {
-    Chunky chunky{ByteStreamAdapter(&stream)};
+void PatternLoad::Write(Chunky& chunky, const Pattern& pattern) {
     chunky.BeginFolder(s_PatternChunk, s_PatternVersion, pattern.GetSchemeName());
     WriteInfo(chunky, pattern);
     WriteLayers(chunky, pattern);
@@ -225,6 +224,11 @@ void PatternLoad::Write(ByteStream& stream, const Pattern& pattern) {
     WriteRect(chunky, s_BadgeChunk, pattern.GetBadge());
     WriteRect(chunky, s_BannerChunk, pattern.GetBanner());
     chunky.EndChunk();
+}
+
+void PatternLoad::Write(ByteStream& stream, const Pattern& pattern) {
+    Chunky chunky{ByteStreamAdapter(&stream)};
+    Write(chunky, pattern);
     if (!stream.Flush())
         throw std::runtime_error("Unable to write to file!");
 }

@@ -14,5 +14,7 @@ void Read(ByteStream& stream, Pattern& pattern);
 void Read(Chunky& chunky, Pattern& pattern);
 // Throws std::runtime_error when the stream doesn't take all.
 void Write(ByteStream& stream, const Pattern& pattern);
+// Into a file that holds more; whoever opened it asks its Flush at the end.
+void Write(Chunky& chunky, const Pattern& pattern);
 
 } // namespace PatternLoad

@@ -28,8 +28,7 @@ std::vector<const Texture*> TexturesOf(const Shader& shader) {
     return CollectTextures(std::array<const Shader*, 1>{&shader});
 }
 
-void FinishFile(Chunky& chunky, ByteStream& stream) {
-    chunky.EndChunk();
+void FlushFile(ByteStream& stream) {
     if (!stream.Flush())
         throw std::runtime_error("Unable to write to file!");
 }
@@ -105,18 +104,25 @@ void WriteSharedShader(ByteStream& stream, const Shader& shader) {
     for (const Texture* pTexture : TexturesOf(shader))
         WriteTexture(chunky, writer, *pTexture);
     WriteShader(chunky, writer, shader);
-    FinishFile(chunky, stream);
+    chunky.EndChunk();
+    FlushFile(stream);
 }
 
-bool WriteSharedShaderFinal(ByteStream& stream, const Shader& shader, uint32_t useDXTC) {
-    Chunky chunky{ByteStreamAdapter(&stream)};
+bool WriteSharedShaderFinal(Chunky& chunky, const Shader& shader, uint32_t useDXTC) {
     PayloadWriter writer;
     bool complete = true;
     chunky.BeginFolder(s_SharedShaderFileChunk, s_SharedShaderFileVersion, shader.GetName());
     for (const Texture* pTexture : TexturesOf(shader))
         complete &= WriteFinalTexture(chunky, writer, *pTexture, useDXTC);
     WriteFinalShader(chunky, writer, shader);
-    FinishFile(chunky, stream);
+    chunky.EndChunk();
+    return complete;
+}
+
+bool WriteSharedShaderFinal(ByteStream& stream, const Shader& shader, uint32_t useDXTC) {
+    Chunky chunky{ByteStreamAdapter(&stream)};
+    const bool complete = WriteSharedShaderFinal(chunky, shader, useDXTC);
+    FlushFile(stream);
     return complete;
 }
 

@@ -4,6 +4,7 @@
 #include <memory>
 
 class ByteStream;
+class Chunky;
 class Shader;
 
 // A shader in a file of its own, ".qsh", with all textures that it uses, for the models that name it.
@@ -19,6 +20,8 @@ bool SaveSharedShaderFinal(const char* pPath, const Shader& shader, uint32_t use
 // doesn't take all.
 void WriteSharedShader(ByteStream& stream, const Shader& shader);
 bool WriteSharedShaderFinal(ByteStream& stream, const Shader& shader, uint32_t useDXTC);
+// Into a file that holds more; whoever opened it asks its Flush at the end.
+bool WriteSharedShaderFinal(Chunky& chunky, const Shader& shader, uint32_t useDXTC);
 
 // A name without an alias lies under "GENERIC" for the generic form, under "DATA" for the final one; one with an alias
 // takes the extension. The textures go into the inventory; the shader has the name that stands in the file and is

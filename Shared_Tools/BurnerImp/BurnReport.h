@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Shared_Tools/Burner/Messages/BurnerMessage.h"
+
+#include <cstddef>
+#include <string>
+
+class NamedPipe;
+
+// What the burner says to the tools, sent as the other side takes it: as long as it hasn't taken the last message, new
+// ones gather, so that neither waits for the other.
+class BurnReport {
+public:
+    explicit BurnReport(NamedPipe& pipe) : m_Pipe(pipe) {}
+    BurnReport(const BurnReport&) = delete;
+    BurnReport& operator=(const BurnReport&) = delete;
+
+    void AddInfo(const std::string& source, const std::string& text);
+    void AddWarning(const std::string& source, const std::string& text);
+    void AddError(const std::string& source, const std::string& text);
+    void Append(BurnerMessageList&& messages);
+
+    // Sends what has gathered, if the other side has taken the last message or it is much.
+    void Send();
+    // Whether the other side has gone: there is nobody to burn for.
+    bool IsCut();
+    // What is left to send.
+    BurnerMessageList Take();
+
+    size_t GetWarningCount() const { return m_WarningCount; }
+    size_t GetErrorCount() const { return m_ErrorCount; }
+
+private:
+    NamedPipe& m_Pipe;
+    BurnerMessageList m_Messages;
+    size_t m_Bytes = 0;
+    bool m_Cut = false;
+    size_t m_WarningCount = 0;
+    size_t m_ErrorCount = 0;
+};
+
+// As long as one lives, the warnings of the system's own code go to the report, as those of the named source.
+class ReportedWarnings {
+public:
+    ReportedWarnings(BurnReport& report, std::string source);
+    ~ReportedWarnings();
+    ReportedWarnings(const ReportedWarnings&) = delete;
+    ReportedWarnings& operator=(const ReportedWarnings&) = delete;
+};

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <span>
+
+class Texture;
+
+// Gives the textures all their levels, made from the first one where there is no other, or leaves them the first alone.
+// One whose picture can't be reduced keeps what it has.
+void SetMipMaps(std::span<const Texture* const> textures, bool mipMaps);

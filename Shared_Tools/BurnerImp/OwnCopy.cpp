@@ -1,0 +1,26 @@
+#include "Shared_Tools/BurnerImp/OwnCopy.h"
+
+#include "Shared/PC/Debug/Process.h"
+#include "Shared/PC/FileSystem/OSFile.h"
+
+#include <string>
+
+namespace {
+
+constexpr std::string_view s_Stem = "Burner_";
+constexpr std::string_view s_Extension = ".exe";
+
+bool IsCopyName(std::string_view name) {
+    if (!name.starts_with(s_Stem) || !name.ends_with(s_Extension))
+        return false;
+    name = name.substr(s_Stem.size(), name.size() - s_Stem.size() - s_Extension.size());
+    return !name.empty() && name.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+} // namespace
+
+void DeleteOrphanedCopy() {
+    const std::string path = Process::GetExecutablePath();
+    if (IsCopyName(std::string_view(path).substr(path.rfind('/') + 1)))
+        OSFile::Delete(OSFile::FromNative(path).c_str());
+}
