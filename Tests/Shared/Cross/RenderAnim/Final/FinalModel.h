@@ -1,0 +1,126 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "Shared/Cross/FileSystem/Chunky.h"
+#include "Shared/Cross/RenderAnim/AnimList.h"
+#include "Shared/Cross/RenderAnim/Chunks/AnimNodes.h"
+#include "Shared/Cross/RenderAnim/Final/FinalFile.h"
+#include "Shared/Cross/RenderAnim/Texture.h"
+#include "Shared/Cross/RenderAnim/TextureConvert.h"
+#include "Tests/Shared/Cross/RenderAnim/Chunks/PayloadBytes.h"
+#include "Tests/Shared/Cross/RenderAnim/Image/ImageTesting.h"
+#include "Tests/Shared/Cross/RenderAnim/ModelFixture.h"
+#include "Tests/Shared/Cross/RenderAnim/Motion/Chunks/MotionSide.h"
+
+// A model with one of everything that final files hold, and ways into and out of their bytes.
+class FinalModelFixture : public ModelFixture {
+protected:
+    static std::unique_ptr<RenderModel> MakeModel() {
+        const ShaderRef clay = MakeShader("Clay");
+        clay->SetChannelTexture(0, AddTexture("art/wood"));
+        const ShaderRef shared = MakeShader("art/shared");
+        shared->SetShared(true);
+        const MeshRef skin = MakeMesh("Body", {clay, shared}, 6, 0x27);
+        skin->SetSkinnedTransformCount(1);
+        skin->SetSkinnedTransform(0, ra::Name("knee"), 1);
+        AddLowLevel(*skin.GetData(), clay);
+        auto pModel = std::make_unique<RenderModel>();
+        pModel->SetName("Walker");
+        std::unique_ptr<ra::MeshGroup> pGroup = MakeGroup({skin, MakeMesh("Wheel", {clay}, 3)});
+        pGroup->SetParentBone(1, 1);
+        pModel->SetSkeleton(MakeChain({"hip", "knee"}));
+        pGroup->BindSkinning(*pModel->GetSkeleton(), "Walker");
+        pModel->SetMeshGroup(std::move(pGroup));
+        pModel->AddMarker({.name = ra::Name("Muzzle"), .m_parentName = ra::Name("knee")});
+        pModel->AddMarker({.name = ra::Name("Lost"), .m_parentName = ra::Name("tail")});
+        pModel->AddCamera({.name = ra::Name("Front"), .position = {1, 2, 3}, .target = {4, 5, 6}, .fieldOfView = 1});
+        pModel->SetAnimList(std::make_unique<AnimList>(*pModel));
+        AddAnim(*pModel, "walk");
+        AddAnim(*pModel, "run");
+        pModel->GetAnimList()->GetNode(1)->SetBounds({-1, -2, -3}, {1, 2, 3});
+        return pModel;
+    }
+    static TextureRef AddTexture(const char* pName) {
+        std::unique_ptr<Texture> pTexture = Image2Texture(MakeRandomImage(IMAGETYPE_DXT1, 16, 16, 2));
+        pTexture->SetName(pName);
+        TextureRef texture;
+        texture.Set(std::move(pTexture));
+        return texture;
+    }
+    static void AddLowLevel(ra::Mesh& mesh, const ShaderRef& shader) {
+        std::unique_ptr<gz::VertexSet> pVertices = gz::GetDevice()->MakeVertexSet();
+        EXPECT_TRUE(pVertices->Create(0x21, 4, 2));
+        std::unique_ptr<gz::PrimSet> pSet = gz::GetDevice()->MakePrimSet(*pVertices, shader->GetDeviceShader(), 2);
+        const uint16_t indices[] = {0, 1, 3};
+        pSet->SetUp(0, 3, gz::PrimKind_TriangleList);
+        pSet->SetIndices(indices);
+        mesh.SetPolyCount(ra::Mesh::Poly_Low, 1);
+        mesh.SetPrimSet(0, ra::Mesh::Poly_Low, std::move(pSet));
+        mesh.SetVertexSet(ra::Mesh::Poly_Low, std::move(pVertices));
+    }
+    // Both bones, the first one standing still; a control of a mesh and one of a shader; and the camera.
+    static void AddAnim(RenderModel& model, const char* pName) {
+        auto pAnim = std::make_unique<Anim>();
+        pAnim->SetName(pName);
+        pAnim->SetFrameCount(3);
+        pAnim->SetDuration(0.5f);
+        pAnim->SetBoneCount(2);
+        pAnim->SetBoneName(0, ra::Name("hip"));
+        pAnim->SetBoneName(1, ra::Name("knee"));
+        pAnim->SetBoneAnimated(1, true);
+        pAnim->SetBoneStreams(1, MakeStream<glm::vec3>({1, 2, 3}, {4, 5, 6}),
+                              MakeStream<glm::quat>({1, 0, 0, 0}, {0, 1, 0, 0}));
+        pAnim->SetControlStream(pAnim->AddControl(ra::Name("Body"), {.type = ControlTarget_Mesh}),
+                                MakeStream<float>(0, 1));
+        pAnim->SetControlStream(pAnim->AddControl(ra::Name("Clay"), {.channel = 4, .property = 2}),
+                                MakeStream<float>(0.25f, 0.5f));
+        pAnim->SetCameraStreams(pAnim->AddCamera(ra::Name("Front")), MakeStream<glm::vec3>({7, 8, 9}, {0, 0, 0}),
+                                nullptr);
+        ra::AddAnimNode(model, ra::MakeLocalNode(model, std::move(pAnim)), 3);
+    }
+    template <class V>
+    static std::unique_ptr<AnimStream<V>> MakeStream(const V& first, const V& last) {
+        auto pStream = std::make_unique<AnimStream<V>>();
+        pStream->AddKey(0, first);
+        pStream->AddKey(1, last);
+        return pStream;
+    }
+
+    static std::string Write(const RenderModel& model, uint32_t useDXTC = 0) {
+        const auto pStream = MakeWriteStream();
+        Chunky chunky{ByteStreamAdapter(pStream.get())};
+        EXPECT_TRUE(ra::SaveFinal(model, chunky, useDXTC));
+        return BytesOf(*pStream);
+    }
+    static std::string WriteMotion(const RenderModel& model) {
+        const auto pStream = MakeWriteStream();
+        Chunky chunky{ByteStreamAdapter(pStream.get())};
+        ra::SaveFinalMotion(model, chunky);
+        return BytesOf(*pStream);
+    }
+    static std::unique_ptr<RenderModel> Read(const std::string& bytes) { return ra::ReadFinal(*MakeReadStream(bytes)); }
+    static bool ReadMotion(const std::string& bytes, RenderModel& model) {
+        return ra::ReadFinalMotion(*MakeReadStream(bytes), model);
+    }
+    static std::string MakeFile(const std::string& children, uint32_t version = 3) {
+        return ChunkBytes::FileHeader() + NamedFolder("QPVX", "Walker", children, version);
+    }
+    static std::string MakeMotionFile(const std::string& children, uint32_t version = 4) {
+        return ChunkBytes::FileHeader() + ChunkBytes::Folder("QEBP", children, version);
+    }
+    static std::string MakeEmptyGroup() {
+        return ChunkBytes::Folder("MSGR", ChunkBytes::Data("DATA", PayloadBytes().U32(0).Get()) +
+                                              ChunkBytes::Data("BVOL", std::string(1, '\0'), 2));
+    }
+    static std::string MakeSkeleton() {
+        return ChunkBytes::Data("SKEL",
+                                PayloadBytes().U32(1).Text("hip").U32(0xFFFFFFFF).F32({1, 2, 3, 0, 0, 0, 1}).Get(), 5);
+    }
+    // Nothing of a test's models is left in the inventory for the next one to find.
+    static void Forget(std::unique_ptr<RenderModel> pModel = nullptr) {
+        pModel.reset();
+        Inv::PurgeUnreferenced();
+    }
+};
