@@ -3,7 +3,6 @@
 #include "Host/Sdk/HostSetup.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -18,94 +17,10 @@ constexpr double s_MostFrames = 65535.0;
 // Half a frame, where a scene of 60 frames a second is taken at 30, is seldom a float: the nearest may lie below it.
 constexpr double s_OneUlpUp = 1.0 + 1.0 / 8388608.0;
 
-constexpr unsigned s_MostComponents = 4;
-using Values = std::array<double, s_MostComponents>;
-
-Values ReadValues(const AccessorView& view, uint32_t index, unsigned size) {
-    float floats[s_MostComponents] = {};
-    view.Read(index, floats, size);
-    Values values{};
-    std::copy_n(floats, size, values.begin());
-    return values;
-}
-
 double ReadTime(const AccessorView& times, uint32_t index) {
     float time = 0.0f;
     times.Read(index, &time, 1);
     return time;
-}
-
-// The first key behind `seconds`.
-uint32_t FindNextKey(const AccessorView& times, double seconds) {
-    uint32_t low = 0;
-    uint32_t high = times.count;
-    while (low < high) {
-        const uint32_t middle = low + (high - low) / 2;
-        if (ReadTime(times, middle) <= seconds)
-            low = middle + 1;
-        else
-            high = middle;
-    }
-    return low;
-}
-
-Values Slerp(const Values& a, Values b, double share) {
-    double cosine = a[0] * b[0] + a[1] * b[1] + a[2] * b[2] + a[3] * b[3];
-    if (cosine < 0.0) {
-        cosine = -cosine;
-        for (double& component : b)
-            component = -component;
-    }
-    double weightA = 1.0 - share;
-    double weightB = share;
-    // Close together the sine vanishes, and a straight line is as good.
-    if (cosine < 0.9999999) {
-        const double angle = std::acos(cosine);
-        weightA = std::sin(weightA * angle) / std::sin(angle);
-        weightB = std::sin(weightB * angle) / std::sin(angle);
-    }
-    Values result{};
-    for (size_t i = 0; i < result.size(); ++i)
-        result[i] = weightA * a[i] + weightB * b[i];
-    return result;
-}
-
-Values Lerp(const Values& a, const Values& b, double share) {
-    Values result{};
-    for (size_t i = 0; i < result.size(); ++i)
-        result[i] = a[i] + (b[i] - a[i]) * share;
-    return result;
-}
-
-// Each key has three elements: the tangent that comes in, the value, the tangent that goes out.
-Values Spline(const KeyTrack& track, uint32_t key, double share, double span, unsigned size) {
-    const Values from = ReadValues(track.values, key * 3 + 1, size);
-    const Values out = ReadValues(track.values, key * 3 + 2, size);
-    const Values in = ReadValues(track.values, key * 3 + 3, size);
-    const Values to = ReadValues(track.values, key * 3 + 4, size);
-    const double s2 = share * share;
-    const double s3 = s2 * share;
-    Values result{};
-    for (size_t i = 0; i < result.size(); ++i)
-        result[i] = (2 * s3 - 3 * s2 + 1) * from[i] + span * (s3 - 2 * s2 + share) * out[i] +
-                    (-2 * s3 + 3 * s2) * to[i] + span * (s3 - s2) * in[i];
-    return result;
-}
-
-Values EvaluateTrack(const KeyTrack& track, double seconds, unsigned size, bool isRotation) {
-    const bool isSpline = track.interpolation == Interpolation::CubicSpline;
-    const auto valueOf = [&](uint32_t key) { return ReadValues(track.values, isSpline ? key * 3 + 1 : key, size); };
-    const uint32_t next = FindNextKey(track.times, seconds);
-    if (next == 0)
-        return valueOf(0);
-    if (next == track.times.count || track.interpolation == Interpolation::Step)
-        return valueOf(next - 1);
-    const double from = ReadTime(track.times, next - 1);
-    const double span = ReadTime(track.times, next) - from;
-    const double share = (seconds - from) / span;
-    if (isSpline)
-        return Spline(track, next - 1, share, span, size);
-    return isRotation ? Slerp(valueOf(next - 1), valueOf(next), share) : Lerp(valueOf(next - 1), valueOf(next), share);
 }
 
 // Reads one animation.
@@ -225,11 +140,6 @@ rapidjson::SizeType FindAnimation(const Json& animations, const std::string& wan
 
 } // namespace
 
-void KeyTrack::Evaluate(double seconds, double* pOut, unsigned size, bool isRotation) const {
-    const Values result = EvaluateTrack(*this, seconds, size, isRotation);
-    std::copy_n(result.begin(), size, pOut);
-}
-
 std::optional<Clip> ReadClip(const SceneFile& file, BufferStore& buffers, const NodeTree& tree,
                              const LoadOptions& options, const Messages& messages) {
     if (options.clip == "none")
@@ -252,21 +162,34 @@ Interval GetRange(const std::optional<Clip>& clip, int ticksPerFrame) {
     return {0, static_cast<TimeValue>(frames) * ticksPerFrame};
 }
 
+KeyController::KeyController(Class_ID classId, std::shared_ptr<const BufferStore> pBuffers, const NodeTransform& rest,
+                             const NodeTracks& tracks, AxesChange change)
+    : Controller(classId), m_pBuffers(std::move(pBuffers)), m_Rest(rest), m_Change(change) {
+    if (tracks.translation)
+        m_Translation.emplace(*tracks.translation, 3u);
+    if (tracks.rotation)
+        m_Rotation.emplace(*tracks.rotation, 4u);
+    if (tracks.scale)
+        m_Scale.emplace(*tracks.scale, 3u);
+}
+
 scene::Affine KeyController::Evaluate(TimeValue t) const {
     const double seconds = static_cast<double>(t) / TicksPerSecond;
-    NodeTransform transform = m_Rest;
+    const auto vectorAt = [seconds](std::optional<KeySampler>& sampler, const glm::dvec3& rest) {
+        if (!sampler)
+            return rest;
+        const KeyValue v = sampler->Evaluate(seconds);
+        return glm::dvec3(v[0], v[1], v[2]);
+    };
     // An animated node has no matrix; where a file gives it one all the same, the tracks start from nothing.
-    transform.matrix.reset();
-    if (m_Tracks.translation)
-        m_Tracks.translation->Evaluate(seconds, &transform.translation.x, 3, false);
-    if (m_Tracks.scale)
-        m_Tracks.scale->Evaluate(seconds, &transform.scale.x, 3, false);
-    if (m_Tracks.rotation) {
-        double xyzw[4];
-        m_Tracks.rotation->Evaluate(seconds, xyzw, 4, true);
-        transform.rotation = glm::dquat(xyzw[3], xyzw[0], xyzw[1], xyzw[2]);
+    glm::dquat rotation = m_Rest.rotation;
+    if (m_Rotation) {
+        const KeyValue v = m_Rotation->Evaluate(seconds);
+        rotation = glm::dquat(v[3], v[0], v[1], v[2]);
     }
-    return ToHostAxes(transform.ToAffine(), m_Change);
+    return ToHostAxes(
+        scene::ComposeTransform(vectorAt(m_Translation, m_Rest.translation), rotation, vectorAt(m_Scale, m_Rest.scale)),
+        m_Change);
 }
 
 } // namespace gltf

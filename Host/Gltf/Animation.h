@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/Gltf/Accessor.h"
+#include "Host/Gltf/KeyTrack.h"
 #include "Host/Gltf/Messages.h"
 #include "Host/Gltf/NodeTree.h"
 #include "Host/Gltf/Transforms.h"
@@ -12,19 +12,6 @@
 #include <optional>
 
 namespace gltf {
-
-enum class Interpolation { Linear, Step, CubicSpline };
-
-// The keys of one channel, in the file's buffers.
-struct KeyTrack {
-    AccessorView times; // seconds, never descending
-    AccessorView values;
-    Interpolation interpolation = Interpolation::Linear;
-
-    // The value at a time, of `size` components. Before the first key and after the last it stands still. Rotations
-    // turn evenly, along the shorter way.
-    void Evaluate(double seconds, double* pOut, unsigned size, bool isRotation) const;
-};
 
 // What an animation moves of one node.
 struct NodeTracks {
@@ -52,16 +39,18 @@ Interval GetRange(const std::optional<Clip>& clip, int ticksPerFrame);
 class KeyController : public scene::Controller {
 public:
     KeyController(Class_ID classId, std::shared_ptr<const BufferStore> pBuffers, const NodeTransform& rest,
-                  const NodeTracks& tracks, AxesChange change)
-        : Controller(classId), m_pBuffers(std::move(pBuffers)), m_Rest(rest), m_Tracks(tracks), m_Change(change) {}
+                  const NodeTracks& tracks, AxesChange change);
 
     scene::Affine Evaluate(TimeValue t) const override;
     bool IsAnimated() const override { return true; }
 
 private:
-    std::shared_ptr<const BufferStore> m_pBuffers; // what the tracks look into
+    std::shared_ptr<const BufferStore> m_pBuffers; // what the samplers look into
     NodeTransform m_Rest;
-    NodeTracks m_Tracks;
+    // They remember where they were, which shows in nothing but the time that they take.
+    mutable std::optional<KeySampler> m_Translation;
+    mutable std::optional<KeySampler> m_Rotation;
+    mutable std::optional<KeySampler> m_Scale;
     AxesChange m_Change;
 };
 

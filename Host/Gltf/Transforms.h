@@ -14,7 +14,7 @@ struct NodeTransform {
     std::optional<scene::Affine> matrix;
 
     // Rows of glTF's own axes, points multiplying from the left.
-    scene::Affine ToAffine() const;
+    scene::Affine ToAffine() const { return matrix ? *matrix : scene::ComposeTransform(translation, rotation, scale); }
 };
 
 // The rows that a matrix of glTF, sixteen numbers column by column, is in points multiplying from the left.
@@ -33,6 +33,17 @@ struct AxesChange {
 };
 
 // A transformation in glTF's axes as one in the host's.
-scene::Affine ToHostAxes(const scene::Affine& local, AxesChange change);
+inline scene::Affine ToHostAxes(const scene::Affine& local, AxesChange change) {
+    scene::Affine m = local;
+    // The host's Y axis is glTF's -Z, its Z axis glTF's Y.
+    if (change.ownSide) {
+        m[1] = -local[2];
+        m[2] = local[1];
+    }
+    if (change.parentSide)
+        for (int row = 0; row < 4; ++row)
+            m[row] = ToHostAxes(m[row]);
+    return m;
+}
 
 } // namespace gltf

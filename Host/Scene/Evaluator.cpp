@@ -39,6 +39,7 @@ void Evaluator::Prepare(Node& root) {
     }
     if (!m_Moving.empty())
         m_Ticks.resize(FramesKept);
+    m_TicksPerFrame = GetTicksPerFrame();
     m_Valid = true;
 }
 
@@ -72,7 +73,7 @@ void Evaluator::FillTick(Tick& tick, TimeValue t) {
 }
 
 Evaluator::Tick& Evaluator::GetTick(TimeValue t) {
-    const int place = t / GetTicksPerFrame() % FramesKept;
+    const int place = t / m_TicksPerFrame % FramesKept;
     return m_Ticks[static_cast<size_t>(place < 0 ? place + FramesKept : place)];
 }
 

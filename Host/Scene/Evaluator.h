@@ -48,6 +48,7 @@ private:
     Tick& GetTick(TimeValue t);
 
     bool m_Valid = false;
+    int m_TicksPerFrame = 1;
     std::vector<Moving> m_Moving; // parents before children
     std::vector<Tick> m_Ticks;    // a time has one place, by its frame
     uint64_t m_PassCount = 0;

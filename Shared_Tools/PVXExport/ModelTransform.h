@@ -12,8 +12,6 @@ inline glm::vec3 AxesFromHost(const Point3& p) { return {-p.x, p.z, -p.y}; }
 
 // A transformation of the model: without scale, in the game's axes, its rows at right angles.
 glm::mat4x3 FromHost(const Matrix3& hostMatrix);
-// The same for a matrix whose scale is to stay in it.
-glm::mat4x3 FromHostWithScale(const Matrix3& hostMatrix);
 
 // Rows side, up, forward and eye, with forward from the eye to the target.
 glm::mat4x3 LookAt(const glm::vec3& eye, const glm::vec3& target, const glm::vec3& up);

@@ -12,6 +12,8 @@
 #include "Shared/Cross/FileSystem/Paths/FilePath.h"
 #include "Shared/Cross/FileSystem/Paths/FilePathHDRaw.h"
 #include "Shared/Cross/Glaze/Device.h"
+#include "Shared/Cross/RenderAnim/AnimInterm.h"
+#include "Shared/Cross/RenderAnim/Intermediate/AnimChunk.h"
 #include "Shared/Cross/RenderAnim/Intermediate/IntermediateFile.h"
 #include "Shared/Cross/RenderAnim/RenderModel.h"
 #include "Shared_Tools/PVXExport/ModuleResources.h"
@@ -88,6 +90,19 @@ void ExportTest::WithModel(const std::function<void(const RenderModel&)>& look, 
     const std::unique_ptr<RenderModel> pModel = ra::LoadIntermediate(("TOOL:" + GetPath(fileName)).c_str());
     ASSERT_TRUE(pModel);
     look(*pModel);
+}
+
+void ExportTest::WithStoredAnim(const std::function<void(const AnimInterm&)>& look, const std::string& fileName) {
+    ASSERT_TRUE(IsThere(fileName));
+    const ReaderServices services;
+    const auto pStream = FilePath::OpenStream(("TOOL:" + GetPath(fileName)).c_str(), ByteStream::Mode_Read);
+    Chunky chunky{ByteStreamAdapter(pStream.get())};
+    chunky.EnterFolder(ra::s_ModelChunk, ra::s_ModelVersion);
+    int count = 0;
+    for (ChunkInfo child; chunky.NextChunk(child);)
+        if (child.id == ra::s_AnimChunk && ++count == 1)
+            look(*ra::intermediate::ReadAnim(chunky));
+    EXPECT_EQ(count, 1);
 }
 
 Mesh ExportTest::MakeQuad(float size) {

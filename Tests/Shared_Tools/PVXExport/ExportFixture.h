@@ -13,6 +13,7 @@
 #include "Host/Sdk/Window.h"
 #include "Shared_Tools/PVXExport/PVXExport.h"
 
+class AnimInterm;
 class RenderModel;
 
 // A scene, a folder to export it to, and the user in front of the dialogs.
@@ -29,6 +30,9 @@ protected:
     std::string ReadBytes(const std::string& fileName) const;
     // Reads the exported model and hands it out, for as long as the call takes.
     void WithModel(const std::function<void(const RenderModel&)>& look, const std::string& fileName = "Foo.pvx");
+
+    // Hands out the file's one animation as it is stored: bones in the world, and all keys.
+    void WithStoredAnim(const std::function<void(const AnimInterm&)>& look, const std::string& fileName = "Foo.pvx");
 
     // A square of two faces in the host's X-Y plane, with texture coordinates.
     static Mesh MakeQuad(float size = 1.0f);
