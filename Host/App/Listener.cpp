@@ -18,6 +18,7 @@ void Listener::puts(const char* pText) {
         return;
     if (m_BeforeText)
         m_BeforeText();
+    m_Unused = false;
     std::fwrite(pText, 1, length, m_pOut);
     m_LineOpen = pText[length - 1] != '\n';
     // Scripts are watched while they run, through pipes too.

@@ -18,10 +18,13 @@ public:
     void puts(const char* pText) override;
     // Ends a line that was left open, so that what comes next stands at a line's start.
     void EndLine();
+    // As long as there was no text at all.
+    bool IsUnused() const { return m_Unused; }
 
 private:
     std::FILE* m_pOut;
     std::function<void()> m_BeforeText;
     CharStream* m_pBefore;
     bool m_LineOpen = false;
+    bool m_Unused = true;
 };

@@ -1,5 +1,6 @@
 #include "Host/App/ScriptCommands.h"
 
+#include "Host/App/MergeCommand.h"
 #include "Host/App/ScriptText.h"
 #include "Host/App/WarningCapture.h"
 #include "Host/Sdk/Primitive.h"
@@ -43,6 +44,11 @@ Value ScriptCommands::Apply(const std::string& command, const std::vector<Value>
         return result;
     } catch (const ScriptError& error) {
         throw HostError(1, error.GetText());
+    } catch (const char* pText) {
+        // How a command ends past its own guard.
+        m_Listener.EndLine();
+        const std::string_view text = pText;
+        throw HostError(1, std::string(text.substr(0, text.find_last_not_of('\n') + 1)));
     } catch (const std::exception& error) {
         throw HostError(1, std::string(pCommand->GetName()) + ": " + error.what());
     }
@@ -67,10 +73,36 @@ int ScriptCommands::Call(const CallArguments& arguments) {
 
 int ScriptCommands::Merge(const MergeArguments& arguments) {
     CheckRegistered("ombl_animerge", "merge");
+    CheckMergeInputs(arguments);
     Apply("ombl_animergeFlags", {Value(!arguments.noModel), Value(!arguments.noTextures)});
-    std::vector<Value> values{PathValue(arguments.merged), PathValue(arguments.model)};
-    std::ranges::transform(arguments.animations, std::back_inserter(values), PathValue);
-    return IsSuccess(Apply("ombl_animerge", values)) ? 0 : 1;
+    Value::Array animations;
+    std::ranges::transform(arguments.animations, std::back_inserter(animations), PathValue);
+    const MergeNotes notes;
+    try {
+        if (IsSuccess(Apply("ombl_animerge",
+                            {PathValue(arguments.merged), PathValue(arguments.model), Value(std::move(animations))}))) {
+            notes.PrintSummary(arguments, m_Messages);
+            return 0;
+        }
+    } catch (const HostError&) {
+        notes.PrintFailure(arguments, false, m_Messages);
+        ResetServices();
+        throw;
+    }
+    notes.PrintFailure(arguments, m_Listener.IsUnused(), m_Messages);
+    ResetServices();
+    return 1;
+}
+
+// What a merge that failed may have left up; without a complaint, since the failure has been told.
+void ScriptCommands::ResetServices() {
+    constexpr const char* pReset = "ombl_burner_reset";
+    try {
+        if (Primitive::Find(pReset))
+            Apply(pReset, {});
+    } catch (const HostError& error) {
+        m_Messages.PrintDetail(error.what());
+    }
 }
 
 int ScriptCommands::Burn(const BurnArguments& arguments) {

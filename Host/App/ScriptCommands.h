@@ -28,6 +28,7 @@ public:
 private:
     Value Apply(const std::string& command, const std::vector<Value>& arguments);
     bool RunLine(const std::string& line);
+    void ResetServices();
 
     std::FILE* m_pOut;
     Listener& m_Listener;

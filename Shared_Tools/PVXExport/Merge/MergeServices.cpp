@@ -57,7 +57,7 @@ bool MapProject(const std::string& modelFile) {
     const std::string fullPath = Pipeline::GetFullPath(modelFile.c_str());
     const char* const pProject = Pipeline::Get()->FindProjectForFile(fullPath.c_str(), Pipeline::Kind_Intermediate);
     if (!pProject) {
-        dbWarningf("MERGE -- '%s' lies in the intermediate folder of no project of '%s'", modelFile.c_str(),
+        dbWarningf("PIPELINE -- '%s' lies in the intermediate folder of no project of '%s'", modelFile.c_str(),
                    Pipeline::Get()->GetIniFile());
         return false;
     }
@@ -71,8 +71,8 @@ bool MapProject(const std::string& modelFile) {
 bool AniMergeStartup(const char* pModelFile) {
     dbAssertText(!Pipeline::IsInitialized(), "s_instance == NULL");
     const std::string modelFile = pModelFile;
-    OpenLog(modelFile);
     GetMappings().Release();
+    OpenLog(modelFile);
     if (!FilePath::AddSource(s_ToolAlias, s_ToolSource, s_ToolPriority, std::make_shared<FilePathHDRaw>(false)))
         return false;
     // Why it fails, if it does, is in the log.

@@ -106,8 +106,8 @@ private:
 
     void FillLayer(Pattern::Layer layer, const Image_RGBA32& image) {
         if (image.GetWidth() != m_pPattern->GetWidth() || image.GetHeight() != m_pPattern->GetHeight())
-            throw std::runtime_error(std::string("Merge: Layer '") + Pattern::GetLayerName(layer) + "' does not match texture '" +
-                                     m_SourcePath + "' dimensions!");
+            throw std::runtime_error(std::string("Merge: Layer '") + Pattern::GetLayerName(layer) +
+                                     "' does not match texture '" + m_SourcePath + "' dimensions!");
         std::vector<uint8_t> bytes(image.GetPixels().size());
         std::ranges::transform(image.GetPixels(), bytes.begin(), &Colour::a);
         m_pPattern->SetLayer(layer, std::move(bytes));

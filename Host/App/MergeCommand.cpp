@@ -1,0 +1,120 @@
+#include "Host/App/MergeCommand.h"
+
+#include "Shared/Cross/Debug/db.h"
+#include "Shared/PC/FileSystem/OSFile.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+constexpr std::string_view s_PlaceEnd = ":!"; // behind the place in the source that warns
+constexpr std::string_view s_BonesMark = "MERGE -- '";
+constexpr std::string_view s_FileEnd = "': ";
+constexpr std::string_view s_FaultMark = "RENDER ANIM -- "; // a file that couldn't be read or written
+constexpr std::string_view s_ToolAlias = "TOOL:";
+
+// What was logged so far.
+struct Notes {
+    std::vector<std::string> bones;
+    std::string lastFault;
+    std::string last;
+};
+Notes s_Notes;
+
+std::string_view WithoutPlace(std::string_view line) {
+    const size_t end = line.find(s_PlaceEnd);
+    return end == line.npos ? line : line.substr(end + s_PlaceEnd.size());
+}
+
+// The module names files in the system's form.
+std::string WithNativeFile(std::string_view line) {
+    line.remove_prefix(s_BonesMark.size());
+    const size_t end = line.find(s_FileEnd);
+    if (end == line.npos)
+        return std::string(line);
+    return OSFile::ToNative(line.substr(0, end)) + ": " + std::string(line.substr(end + s_FileEnd.size()));
+}
+
+std::string WithoutAlias(std::string_view line) {
+    line.remove_prefix(s_FaultMark.size());
+    if (line.starts_with(s_ToolAlias))
+        line.remove_prefix(s_ToolAlias.size());
+    return std::string(line);
+}
+
+void Keep(dbMessage message) {
+    for (const char* pLine : message) {
+        const std::string_view line = WithoutPlace(pLine);
+        if (line.starts_with(s_BonesMark))
+            s_Notes.bones.push_back(WithNativeFile(line));
+        else if (line.starts_with(s_FaultMark))
+            s_Notes.lastFault = WithoutAlias(line);
+        s_Notes.last = line;
+    }
+}
+
+void CheckReadable(const std::string& nativePath, const char* pWhat) {
+    const std::string path = OSFile::FromNative(nativePath);
+    const uint32_t attributes = path.empty() ? 0 : OSFile::FileAttr(path.c_str());
+    if (!(attributes & OSFile::F_ATTRIBUTE_FILE))
+        throw HostError(2, nativePath + ": " + (attributes ? "is a folder" : "there is no such file") + "; " + pWhat);
+}
+
+uint64_t GetFileSize(const std::string& nativePath) {
+    uint64_t size = 0;
+    const OSFile::Handle file =
+        OSFile::Open(OSFile::FromNative(nativePath).c_str(), OSFile::Open_Read, true, false, &size);
+    if (file)
+        OSFile::Close(file);
+    return size;
+}
+
+std::string Describe(const MergeArguments& arguments) {
+    if (arguments.noModel)
+        return "not saved, as asked";
+    const size_t count = arguments.animations.size();
+    return std::to_string(GetFileSize(arguments.merged)) + " bytes, " + arguments.model + " with " +
+           std::to_string(count) + (count == 1 ? " animation file" : " animation files");
+}
+
+void PrintBones(const Messages& messages) {
+    for (const std::string& line : s_Notes.bones)
+        messages.Print(MessageKind::Warning, line);
+}
+
+} // namespace
+
+void CheckMergeInputs(const MergeArguments& arguments) {
+    CheckReadable(arguments.model, "name the model that was exported with its meshes");
+    if (arguments.noModel)
+        return;
+    for (const std::string& animation : arguments.animations)
+        CheckReadable(animation, "name an exported animation");
+}
+
+MergeNotes::MergeNotes() {
+    s_Notes = {};
+    dbAddWarningSubscriber(Keep);
+    dbAddErrorSubscriber(Keep);
+}
+
+MergeNotes::~MergeNotes() {
+    dbRemoveWarningSubscriber(Keep);
+    dbRemoveErrorSubscriber(Keep);
+}
+
+void MergeNotes::PrintSummary(const MergeArguments& arguments, const Messages& messages) const {
+    messages.Print(MessageKind::Note, arguments.merged + ": " + Describe(arguments));
+    PrintBones(messages);
+}
+
+void MergeNotes::PrintFailure(const MergeArguments& arguments, bool silent, const Messages& messages) const {
+    PrintBones(messages);
+    if (!s_Notes.lastFault.empty())
+        messages.Print(MessageKind::Error, s_Notes.lastFault);
+    else if (silent)
+        messages.Print(MessageKind::Error,
+                       arguments.merged + ": the merge failed" + (s_Notes.last.empty() ? "" : ": " + s_Notes.last));
+}

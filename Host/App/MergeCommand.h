@@ -1,0 +1,24 @@
+#pragma once
+
+#include "Host/App/CommandLine.h"
+#include "Host/App/Messages.h"
+
+// What the host adds to the module's merge.
+
+// Files that can't be read are refused ahead of the work: throws a HostError with status 2.
+void CheckMergeInputs(const MergeArguments& arguments);
+
+// Gathers, while it lives, what a merge tells the log for people. One at a time.
+class MergeNotes {
+public:
+    MergeNotes();
+    ~MergeNotes();
+    MergeNotes(const MergeNotes&) = delete;
+    MergeNotes& operator=(const MergeNotes&) = delete;
+
+    // The merged file and its size, and in what the animations' bones differ from the model's.
+    void PrintSummary(const MergeArguments& arguments, const Messages& messages) const;
+    // The same for a merge that failed, with the fault that it met. `silent` when it has said nothing itself: then at
+    // least what the log said last.
+    void PrintFailure(const MergeArguments& arguments, bool silent, const Messages& messages) const;
+};
