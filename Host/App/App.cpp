@@ -1,5 +1,6 @@
 #include "Host/App/App.h"
 
+#include "Host/App/BurnConfigCommand.h"
 #include "Host/App/CommandLine.h"
 #include "Host/App/ExportCommand.h"
 #include "Host/App/Messages.h"
@@ -80,6 +81,8 @@ int Run(const CommandLine& line, const Messages& messages) {
     const std::string home = FindHome(line);
     if (const auto* pExport = std::get_if<ExportArguments>(&line.command))
         return RunExport(*pExport, home, messages, !line.quiet && Terminal::IsTerminal(Terminal::Stream::Error));
+    if (const auto* pBurnConfig = std::get_if<BurnConfigArguments>(&line.command))
+        return RunBurnConfig(*pBurnConfig, stdout, messages);
     return RunScriptCommand(line, home, messages);
 }
 

@@ -15,12 +15,14 @@ struct Parser {
     ExportArguments exported;
     MergeArguments merged;
     BurnArguments burnt;
+    BurnConfigArguments configured;
     CallArguments called;
     ScriptArguments scripted;
 
     CLI::App* pExport = nullptr;
     CLI::App* pMerge = nullptr;
     CLI::App* pBurn = nullptr;
+    CLI::App* pBurnConfig = nullptr;
     CLI::App* pCall = nullptr;
     CLI::App* pScript = nullptr;
     CLI::App* pCommands = nullptr;
@@ -30,6 +32,7 @@ struct Parser {
         app.require_subcommand(1);
         AddExport();
         AddMerge();
+        AddBurnConfig();
         AddOthers();
     }
 
@@ -79,6 +82,33 @@ struct Parser {
         pMerge->add_flag("--no-textures", merged.noTextures, "Don't save shared textures and team patterns");
     }
 
+    void AddBurnConfig() {
+        pBurnConfig = Add("burnconfig", "Shows and changes what a burn does to a file");
+        pBurnConfig->require_subcommand(1);
+        AddBurnConfigAction(BurnConfigArguments::Action::Show, "show",
+                            "Shows a file's targets and parameters, and which script each value comes from");
+        CLI::App* pSet = AddBurnConfigAction(BurnConfigArguments::Action::Set, "set",
+                                             "Sets a parameter in the file's own script, under revision control");
+        AddBurnConfigParam(*pSet);
+        pSet->add_option("VALUE", configured.value, "The new value")->required();
+        AddBurnConfigParam(*AddBurnConfigAction(BurnConfigArguments::Action::Unset, "unset",
+                                                "Gives a parameter back to the scripts above the file's own"));
+    }
+
+    CLI::App* AddBurnConfigAction(BurnConfigArguments::Action action, const char* pName, const char* pDescription) {
+        CLI::App* pAction = pBurnConfig->add_subcommand(pName, pDescription);
+        pAction->fallthrough();
+        pAction->add_option("FILE", configured.file, "A file or a folder in a project's generic folder")->required();
+        pAction->callback([this, action] { configured.action = action; });
+        return pAction;
+    }
+
+    void AddBurnConfigParam(CLI::App& action) {
+        action.add_option("GROUP", configured.group, "The target group")->required();
+        action.add_option("TARGET", configured.target, "The target")->required();
+        action.add_option("NAME", configured.name, "The parameter")->required();
+    }
+
     void AddOthers() {
         pBurn = Add("burn", "Burns a merged model file");
         pBurn->add_option("FILE", burnt.file, "The merged model file")->required();
@@ -99,6 +129,8 @@ struct Parser {
             result.command = std::move(merged);
         else if (pBurn->parsed())
             result.command = std::move(burnt);
+        else if (pBurnConfig->parsed())
+            result.command = std::move(configured);
         else if (pCall->parsed())
             result.command = std::move(called);
         else if (pScript->parsed())
@@ -109,9 +141,9 @@ struct Parser {
 
     // The help of the command that is being read, else of the program.
     const CLI::App& Current() const {
-        for (const CLI::App* pCommand : {pExport, pMerge, pBurn, pCall, pScript, pCommands})
+        for (const CLI::App* pCommand : {pExport, pMerge, pBurn, pBurnConfig, pCall, pScript, pCommands})
             if (pCommand->parsed())
-                return *pCommand;
+                return pCommand->get_subcommands().empty() ? *pCommand : *pCommand->get_subcommands().front();
         return app;
     }
 };
@@ -123,8 +155,12 @@ std::string OneLine(std::string text) {
     return text;
 }
 
+std::string GetFullName(const CLI::App& command) {
+    return command.get_parent() ? GetFullName(*command.get_parent()) + " " + command.get_name() : command.get_name();
+}
+
 CommandLineEnd Refuse(const CLI::App& command, const std::string& what) {
-    const std::string name = command.get_parent() ? "pvxhost " + command.get_name() : "pvxhost";
+    const std::string name = GetFullName(command);
     return {.status = 2, .text = name + ": " + OneLine(what) + "; " + name + " --help tells what is possible"};
 }
 

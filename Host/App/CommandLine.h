@@ -32,6 +32,17 @@ struct BurnArguments {
     std::string file;
 };
 
+struct BurnConfigArguments {
+    enum class Action { Show, Set, Unset };
+
+    Action action = Action::Show;
+    std::string file; // or a folder
+    std::string group;
+    std::string target;
+    std::string name;
+    std::string value;
+};
+
 struct CallArguments {
     std::string command;
     std::vector<std::string> arguments;
@@ -44,7 +55,8 @@ struct ScriptArguments {
 struct CommandsArguments {};
 
 struct CommandLine {
-    std::variant<ExportArguments, MergeArguments, BurnArguments, CallArguments, ScriptArguments, CommandsArguments>
+    std::variant<ExportArguments, MergeArguments, BurnArguments, BurnConfigArguments, CallArguments, ScriptArguments,
+                 CommandsArguments>
         command;
     bool quiet = false;
     bool verbose = false;

@@ -1,9 +1,6 @@
 #include "Shared/Cross/RevControlAPI/ChangelistPatterns.h"
 
-#include "Shared/Cross/Debug/db.h"
-#include "Shared/Cross/RevControlAPI/Patterns/PatternMatcher.h"
-#include "Shared/PC/Debug/Process.h"
-#include "Shared/PC/Module/SharedModule.h"
+#include "Shared/Cross/RevControlAPI/PatternLoader.h"
 
 #include <charconv>
 #include <string_view>
@@ -19,23 +16,10 @@ bool ReadNumber(std::string_view text, int32_t& number) {
     return true;
 }
 
-// Beside the program; a host that lies elsewhere finds it as it finds our other libraries. Null, with a line in the
-// log, when it isn't there.
-PatternMatchFunction* LoadMatcher() {
-    static SharedModule s_Beside;
-    static SharedModule s_ByName;
-    if (s_Beside.Load(Process::GetExecutableFolder() + s_PatternModule))
-        return reinterpret_cast<PatternMatchFunction*>(s_Beside.Find(s_PatternFunction));
-    if (s_ByName.LoadByName(s_PatternModule))
-        return reinterpret_cast<PatternMatchFunction*>(s_ByName.Find(s_PatternFunction));
-    dbWarningf("REVCONTROL -- %s", s_Beside.GetError().c_str());
-    return nullptr;
-}
-
 bool ReadGroup(const char* pPattern, const std::string& text, int32_t& number) {
-    static PatternMatchFunction* const s_pMatch = LoadMatcher();
+    PatternMatchFunction* const pMatch = LoadPatternMatcher();
     char group[32]; // longer than any number
-    return s_pMatch && s_pMatch(pPattern, text.c_str(), group, sizeof group) && ReadNumber(group, number);
+    return pMatch && pMatch(pPattern, text.c_str(), group, sizeof group) && ReadNumber(group, number);
 }
 
 } // namespace

@@ -15,6 +15,9 @@ public:
     // things that are good for as long as the process runs, and may have handed them out. The path is in the machine's
     // own form, and has a slash in it: nothing is searched for. False when it can't be loaded; GetError says why.
     bool Load(const std::string& nativePath);
+    // The same by its file's name: it lies beside the program, or where a host that lies elsewhere finds our other
+    // libraries. GetError tells of the first place.
+    bool LoadOwn(const std::string& name);
     // A library of the system, by the name alone; the system knows where it keeps those. It stays
     // as well, since not every library cleans up behind itself. False as above.
     bool LoadByName(const std::string& name);

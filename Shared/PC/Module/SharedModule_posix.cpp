@@ -1,5 +1,7 @@
 #include "Shared/PC/Module/SharedModule.h"
 
+#include "Shared/PC/Debug/Process.h"
+
 #include <dlfcn.h>
 
 SharedModule::~SharedModule() {
@@ -8,6 +10,16 @@ SharedModule::~SharedModule() {
 }
 
 bool SharedModule::Load(const std::string& nativePath) { return Open(nativePath); }
+
+bool SharedModule::LoadOwn(const std::string& name) {
+    if (Open(Process::GetExecutableFolder() + name))
+        return true;
+    const std::string error = m_Error;
+    if (Open(name))
+        return true;
+    m_Error = error;
+    return false;
+}
 
 bool SharedModule::LoadByName(const std::string& name) { return Open(name); }
 

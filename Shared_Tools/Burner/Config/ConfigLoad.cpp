@@ -1,12 +1,33 @@
 #include "Shared_Tools/Burner/Config/ConfigLoad.h"
 
 #include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/FileSystem/Paths/FilePathHDRaw.h"
 #include "Shared/PC/FileSystem/OSFile.h"
+#include "Shared_Tools/Burner/Config/BurnScriptLoader.h"
 #include "Shared_Tools/Burner/Config/ConfigReport.h"
 #include "Shared_Tools/Burner/Config/ConfigWalk.h"
 #include "Shared_Tools/Burner/Config/ScriptChain.h"
 
 #include <algorithm>
+
+namespace {
+
+// Without a word when the file can't be opened: who asks knows whether that matters.
+bool ReadScript(const char* pPath, bool isBase, BurnerConfig& config, BurnerMessageList* pMessages) {
+    const std::unique_ptr<ByteStream> pStream = FilePathHDRaw(true).Open(pPath, ByteStream::Mode_Read);
+    return pStream && BurnScripts::Read(*pStream, isBase, config, pMessages);
+}
+
+} // namespace
+
+bool ConfigLoad::ParseBaseConfig(const char* pPath, BurnerConfig& config, BurnerMessageList* pMessages) {
+    config.Clear();
+    return ReadScript(pPath, true, config, pMessages);
+}
+
+bool ConfigLoad::ParseOverrideConfig(const char* pPath, BurnerConfig& config, BurnerMessageList* pMessages) {
+    return ReadScript(pPath, false, config, pMessages);
+}
 
 bool ConfigLoad::LoadConfig(const char* pFilename, BurnerConfig& config, BurnerMessageList& messages) {
     ScriptChain chain;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Shared_Tools/Burner/Config/BurnerConfig.h"
-#include "Shared_Tools/Burner/Config/BurnerMessage.h"
+#include "Shared_Tools/Burner/Messages/BurnerMessage.h"
 
 #include <cstdint>
 #include <map>

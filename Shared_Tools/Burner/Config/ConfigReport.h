@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Shared_Tools/Burner/Config/BurnerMessage.h"
+#include "Shared_Tools/Burner/Messages/BurnerMessage.h"
 
 // The source of what loading has to say.
 inline constexpr char s_ConfigSource[] = "ConfigIO";

@@ -3,10 +3,9 @@
 
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/FileSystem/Paths/FilePathHDRaw.h"
-#include "Shared/Cross/LuaConfig/LuaConfig.h"
-#include "Shared/Cross/LuaConfig/LuaConfigSave.h"
 #include "Shared/Cross/RevControlAPI/RevControlAPI.h"
 #include "Shared/PC/FileSystem/OSFile.h"
+#include "Shared_Tools/Burner/Config/BurnScriptLoader.h"
 #include "Shared_Tools/Burner/Config/ConfigReport.h"
 #include "Shared_Tools/Burner/Config/ConfigWalk.h"
 #include "Shared_Tools/Burner/Config/ScriptChain.h"
@@ -59,84 +58,13 @@ bool RemoveScript(RevControlAPI& revControl, int32_t changelist, const std::stri
     return false;
 }
 
-// Entries of a list are numbered from 1.
-class ListKeys {
-public:
-    std::string Next() { return std::to_string(++m_Count); }
-
-private:
-    uint32_t m_Count = 0;
-};
-
-void FillParams(LuaConfig& script, const BurnerConfig& config, BurnerConfig::TargetID id) {
-    script.BeginTable("params");
-    ListKeys keys;
-    BurnerConfig::Param param;
-    for (uint32_t i = 0; config.GetParam(i, id, param); ++i) {
-        if (param.inherited)
-            continue;
-        script.BeginTable(keys.Next().c_str());
-        script.SetString("1", param.name.c_str());
-        script.SetString("2", param.value.c_str());
-        script.EndTable();
-    }
-    script.EndTable();
-}
-
-void FillTargets(LuaConfig& script, const BurnerConfig& config, const char* pGroup) {
-    script.BeginTable("targets");
-    ListKeys keys;
-    for (uint32_t i = 0; i < config.GetTargetCount(pGroup); ++i) {
-        const BurnerConfig::TargetID id = config.GetTargetID(i, pGroup);
-        if (config.IsTargetInherited(id))
-            continue;
-        script.BeginTable(keys.Next().c_str());
-        script.SetString("target", config.GetTargetName(id));
-        FillParams(script, config, id);
-        script.EndTable();
-    }
-    script.EndTable();
-}
-
-// burn_params, as the head of ConfigParser.h has it.
-void FillScript(LuaConfig& script, const BurnerConfig& config) {
-    script.BeginTable("burn_params");
-    ListKeys keys;
-    for (uint32_t i = 0; i < config.GetGroupCount(); ++i) {
-        const char* pGroup = config.GetGroupName(i);
-        if (config.GetTargetCount(pGroup) == 0 || config.IsGroupInherited(pGroup))
-            continue;
-        script.BeginTable(keys.Next().c_str());
-        script.SetString("name", pGroup);
-        FillTargets(script, config, pGroup);
-        script.EndTable();
-    }
-    script.EndTable();
-}
-
-// What would come back as something else isn't written in the first place.
-bool CanBeWritten(const BurnerConfig& config) {
-    return ForEachParam(config, [&](BurnerConfig::TargetID id, const BurnerConfig::Param& param) {
-        for (const std::string& text : {param.name, param.value, std::string(config.GetTargetName(id)),
-                                        std::string(config.GetGroupName(static_cast<uint32_t>(id.group)))}) {
-            if (param.inherited || LuaConfigSave::SurvivesSave(text))
-                continue;
-            LogBurn("'%s' can't be written to a script", text.c_str());
-            return false;
-        }
-        return true;
-    });
-}
-
 bool WriteScript(const std::string& burnFile, const BurnerConfig& config) {
     const std::unique_ptr<FileReplacement> pFile = FilePathHDRaw(false).Replace(burnFile.c_str());
     if (!pFile) {
         LogBurn("Burner configuration '%s' not opened for writing.", burnFile.c_str());
         return false;
     }
-    LuaConfig script("");
-    FillScript(script, config);
-    if (LuaConfigSave::SaveToStream(script, true, true, pFile->GetStream()) && pFile->Finish())
+    if (BurnScripts::Write(config, pFile->GetStream()) && pFile->Finish())
         return true;
     LogBurn("Burner configuration '%s' not written.", burnFile.c_str());
     return false;
@@ -164,7 +92,7 @@ bool ConfigLoad::SaveConfig(RevControlAPI& revControl, int32_t changelist, const
     }
     if (IsAllInherited(config))
         return RemoveScript(revControl, changelist, burnFile);
-    if (!CanBeWritten(config))
+    if (!BurnScripts::CanWrite(config))
         return false;
     // Whoever describes a file should have its newest state; not to get it is no reason to stop.
     revControl.Sync(pFilename, false);

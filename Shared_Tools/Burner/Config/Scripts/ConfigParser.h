@@ -19,7 +19,8 @@
 // Every operation answers false for what ends the parse, and says why.
 class ConfigParser {
 public:
-    ConfigParser(const char* pPath, BurnerConfig& config, BurnerMessageList* pMessages);
+    // The stream is borrowed, as is all else.
+    ConfigParser(ByteStream& stream, BurnerConfig& config, BurnerMessageList* pMessages);
 
     bool ParseBase();
     bool ParseOverride();
@@ -46,7 +47,8 @@ private:
     void ParsePair(const std::string& target, BurnerConfig::TargetID id, const std::string& key);
     void Fold(const std::string& name, const std::string& value, BurnerConfig::TargetID id);
 
-    const char* m_pPath;
+    ByteStream& m_Stream;
+    const char* m_pPath; // the stream's name
     BurnerConfig& m_Config;
     ConfigReport m_Report;
     LuaConfig m_Script;

@@ -1,21 +1,23 @@
-#include "Shared_Tools/Burner/Config/ConfigParser.h"
+#include "Shared_Tools/Burner/Config/Scripts/ConfigParser.h"
 
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/FileSystem/ByteStream.h"
-#include "Shared/Cross/FileSystem/Paths/FilePathHDRaw.h"
 #include "Shared/Cross/LuaConfig/LuaConfigSave.h"
-#include "Shared_Tools/Burner/Config/ConfigLoad.h"
 
-ConfigParser::ConfigParser(const char* pPath, BurnerConfig& config, BurnerMessageList* pMessages)
-    : m_pPath(pPath), m_Config(config), m_Report(pMessages), m_Script("") {
+namespace {
+
+// A script of this kind is a page of text. What takes more than this isn't one, and is told so before it costs time.
+constexpr LuaConfig::Limits s_Limits{.instructions = 5'000'000, .memory = 4u << 20, .milliseconds = 5'000};
+
+} // namespace
+
+ConfigParser::ConfigParser(ByteStream& stream, BurnerConfig& config, BurnerMessageList* pMessages)
+    : m_Stream(stream), m_pPath(stream.GetName()), m_Config(config), m_Report(pMessages), m_Script("", s_Limits) {
     m_Script.GetCallbacks().report = [this](const char* pText) { m_Report.Fail("%s", pText); };
 }
 
 bool ConfigParser::Load() {
-    const std::unique_ptr<ByteStream> pStream = FilePathHDRaw(true).Open(m_pPath, ByteStream::Mode_Read);
-    if (!pStream)
-        return false;
-    return LuaConfigSave::LoadFromStream(m_Script, *pStream) ||
+    return LuaConfigSave::LoadFromStream(m_Script, m_Stream) ||
            m_Report.Fail("Burner configuration '%s' not parsed.  Syntax Error?.", m_pPath);
 }
 
@@ -185,12 +187,4 @@ void ConfigParser::Fold(const std::string& name, const std::string& value, Burne
             param.value = value;
     }
     m_Config.SetParam(param, id);
-}
-
-bool ConfigLoad::ParseBaseConfig(const char* pPath, BurnerConfig& config, BurnerMessageList* pMessages) {
-    return ConfigParser(pPath, config, pMessages).ParseBase();
-}
-
-bool ConfigLoad::ParseOverrideConfig(const char* pPath, BurnerConfig& config, BurnerMessageList* pMessages) {
-    return ConfigParser(pPath, config, pMessages).ParseOverride();
 }

@@ -1,3 +1,0 @@
-#pragma once
-
-#include "Shared_Tools/Burner/Messages/BurnerMessage.h"
