@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr char s_MissingShader[] = "art/shaders/missingshader";
+constexpr char s_MissingShader[] = "DATA:art/shaders/missingshader";
 
 constinit ra::ResourceLoaders<Shader> s_loaders;
 
