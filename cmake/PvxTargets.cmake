@@ -27,7 +27,9 @@ target_compile_options(PvxOptions INTERFACE
   $<$<BOOL:${PVX_WERROR}>:-Werror>)
 target_include_directories(PvxOptions INTERFACE ${CMAKE_SOURCE_DIR})
 if(PVX_SANITIZE)
-  target_compile_options(PvxOptions INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_compile_options(PvxOptions INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
+    # With the sanitizers' code in between, the compiler loses track of values in the standard library's headers.
+    -Wno-maybe-uninitialized)
   target_link_options(PvxOptions INTERFACE -fsanitize=address,undefined)
 endif()
 
