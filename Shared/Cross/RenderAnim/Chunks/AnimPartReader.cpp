@@ -8,6 +8,24 @@
 
 namespace ra {
 
+namespace {
+
+bool IsOrdered(float before, float time) { return before <= time; }
+
+// The first key that is earlier than the one before it; 0 without one. Sound streams cost no branch a key.
+template <class V>
+size_t FindBackward(std::span<const AnimKey<V>> keys) {
+    bool isOrdered = true;
+    for (size_t i = 1; i < keys.size(); ++i)
+        isOrdered &= IsOrdered(keys[i - 1].time, keys[i].time);
+    size_t place = 1;
+    while (!isOrdered && IsOrdered(keys[place - 1].time, keys[place].time))
+        ++place;
+    return isOrdered ? 0 : place;
+}
+
+} // namespace
+
 void AnimPartReader::Fail(const std::string& fault) const {
     throw Chunky::Exception(ChunkyError_BadChunk, m_What + ": " + fault);
 }
@@ -55,9 +73,8 @@ std::unique_ptr<AnimStream<V>> AnimPartReader::ReadKeys(const char* pField) {
     auto pStream = std::make_unique<Stream>();
     const std::span<AnimKey<V>> keys = pStream->SetKeyCount(count);
     ReadBytes(static_cast<void*>(keys.data()), keys.size_bytes(), pField);
-    for (size_t i = 1; i < keys.size(); ++i)
-        if (!(keys[i - 1].time <= keys[i].time))
-            Fail(std::string(pField) + ' ' + std::to_string(i) + " is earlier than the one before it");
+    if (const size_t place = FindBackward<V>(keys); place != 0)
+        Fail(std::string(pField) + ' ' + std::to_string(place) + " is earlier than the one before it");
     return pStream;
 }
 

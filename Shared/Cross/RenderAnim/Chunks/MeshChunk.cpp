@@ -164,13 +164,21 @@ void ReadLevels(PayloadReader& reader, MeshRecord& record, MeshForm form) {
         ReadVertexArrays(reader, low);
 }
 
+// A plain loop has no branch an index.
+uint16_t FindHighest(std::span<const uint16_t> indices) {
+    uint16_t highest = 0;
+    for (const uint16_t index : indices)
+        highest = std::max(highest, index);
+    return highest;
+}
+
 void ReadIndices(PayloadReader& reader, uint32_t vertexCount, std::vector<uint16_t>& indices) {
     indices.resize(reader.ReadCount(sizeof(uint16_t), "index count"));
     if (indices.empty())
         return;
     const std::span<const std::byte> bytes = reader.ReadBytes(indices.size() * sizeof(uint16_t), "indices");
     std::memcpy(indices.data(), bytes.data(), bytes.size());
-    const uint16_t highest = *std::ranges::max_element(indices);
+    const uint16_t highest = FindHighest(indices);
     if (highest >= vertexCount)
         reader.Fail("index", std::to_string(highest) + " names none of " + std::to_string(vertexCount) + " vertices");
 }
