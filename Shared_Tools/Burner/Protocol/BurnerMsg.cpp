@@ -29,6 +29,12 @@ bool ReadFixedText(ByteStreamAdapter& stream, std::string& text) {
     return true;
 }
 
+// False ahead of a message that would be too long to be sent.
+bool WriteString(ByteStreamAdapter& stream, const std::string& text) {
+    return uint64_t{stream.GetPos()} + s_MinString + text.size() < NamedPipeMsg::s_MaxMessageSize &&
+           stream.WriteString(text.c_str());
+}
+
 // Throws for a string that is too long.
 bool ReadString(ByteStreamAdapter& stream, std::string& text) {
     if (stream.GetLength() - stream.GetPos() < s_MinString)
@@ -59,7 +65,7 @@ bool ReadCount(ByteStreamAdapter& stream, uint32_t minSize, uint32_t& count) {
 bool WriteMessages(ByteStreamAdapter& stream, const BurnerMessageList& messages) {
     return stream.WriteValue(static_cast<uint32_t>(messages.size())) &&
            std::ranges::all_of(messages, [&](const BurnerMessage& message) {
-               return stream.WriteValue(message.kind) && stream.WriteString(message.text.c_str());
+               return stream.WriteValue(message.kind) && WriteString(stream, message.text);
            });
 }
 
@@ -124,7 +130,7 @@ bool BurnRequestMsg::Read(const NamedPipeRawMsg& msg, ByteStreamAdapter& stream)
 template <uint32_t Type>
 bool BurnListMsg<Type>::Write(ByteStreamAdapter& stream) const {
     return stream.WriteValue(changelist) && stream.WriteValue(static_cast<uint32_t>(files.size())) &&
-           std::ranges::all_of(files, [&](const std::string& file) { return stream.WriteString(file.c_str()); });
+           std::ranges::all_of(files, [&](const std::string& file) { return WriteString(stream, file); });
 }
 
 template <uint32_t Type>

@@ -69,10 +69,12 @@ bool ParseMsg(const NamedPipeRawMsg& msg, T& out) {
     if (T::MSG_TYPE != msg.GetType())
         return false;
     RamStream stream;
-    // The stream is for reading only.
-    if (msg.GetMessageSize() > 0)
+    ByteStreamAdapter adapter; // of nothing, for a message that is only a type
+    if (msg.GetMessageSize() > 0) {
+        // The stream is for reading only.
         stream.Attach(const_cast<uint8_t*>(msg.GetBytes().data()), msg.GetMessageSize(), false, ByteStream::Mode_Read);
-    ByteStreamAdapter adapter(&stream);
+        adapter = ByteStreamAdapter(&stream);
+    }
     return out.Read(msg, adapter);
 }
 
