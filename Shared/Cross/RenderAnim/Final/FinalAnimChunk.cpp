@@ -34,13 +34,7 @@
 //     keys     of quat: rotation
 // where keys are a uint32 count, and a float of time and a value for each. Times go from 0 to 1 and never back.
 //
-// "XREF", data, version 1:
-//   string   model
-//   string   animation in that model
-//
-// "ANBV", data, version 1, name of the animation:
-//   vec3     minimum
-//   vec3     maximum
+// "XREF", data, version 1, and "ANBV" are told by Chunks/AnimRecord.cpp.
 
 namespace ra {
 
@@ -49,10 +43,7 @@ namespace {
 constexpr uint32_t s_FinalAnimVersion = 3;
 constexpr uint32_t s_FinalAnimDataVersion = 2;
 constexpr uint32_t s_OldestAnimDataVersion = 1;
-constexpr uint32_t s_XRefChunk = FourCC("XREF");
 constexpr uint32_t s_FinalXRefVersion = 1;
-constexpr uint32_t s_BoundsChunk = FourCC("ANBV");
-constexpr uint32_t s_BoundsVersion = 1;
 constexpr size_t s_BoneMinBytes = 13;    // an empty name, two empty lists and a mark
 constexpr size_t s_ControlMinBytes = 20; // an empty name, three numbers and an empty list
 constexpr size_t s_CameraMinBytes = 12;  // an empty name and two empty lists
@@ -107,18 +98,6 @@ void WriteData(Chunky& chunky, PayloadWriter& writer, const Anim& anim) {
     writer.WriteChunk(chunky, s_AnimDataChunk, s_FinalAnimDataVersion, anim.GetName());
 }
 
-void WriteXRef(Chunky& chunky, PayloadWriter& writer, const AnimListNode& node) {
-    writer.WriteString(node.GetXRefModel().GetText());
-    writer.WriteString(node.GetAnim()->GetName());
-    writer.WriteChunk(chunky, s_XRefChunk, s_FinalXRefVersion);
-}
-
-void WriteBounds(Chunky& chunky, PayloadWriter& writer, const AnimListNode& node) {
-    writer.WriteVec3(node.GetMinimum());
-    writer.WriteVec3(node.GetMaximum());
-    writer.WriteChunk(chunky, s_BoundsChunk, s_BoundsVersion, node.GetAnim()->GetName());
-}
-
 void ReadBones(AnimPartReader& reader, Anim& anim) {
     const uint32_t count = reader.ReadCount(s_BoneMinBytes, "bone count");
     anim.SetBoneCount(count);
@@ -168,24 +147,6 @@ std::unique_ptr<Anim> ReadData(Chunky& chunky, const std::string& name) {
     return pAnim;
 }
 
-void ReadXRef(Chunky& chunky, FinalAnimRecord& record) {
-    EnterData(chunky, s_XRefChunk, s_FinalXRefVersion, s_FinalXRefVersion);
-    PayloadReader reader(chunky, "animation", record.name.c_str());
-    record.xrefModel = reader.ReadString("model of a cross-reference");
-    record.xrefAnim = reader.ReadString("animation of a cross-reference");
-    chunky.EndChunk();
-}
-
-AnimBounds ReadBounds(Chunky& chunky, const std::string& name) {
-    EnterData(chunky, s_BoundsChunk, s_BoundsVersion, s_BoundsVersion);
-    PayloadReader reader(chunky, "animation", name.c_str());
-    AnimBounds bounds;
-    bounds.minimum = reader.ReadVec3("least corner");
-    bounds.maximum = reader.ReadVec3("greatest corner");
-    chunky.EndChunk();
-    return bounds;
-}
-
 // An animation's bones are the skeleton's, by index; it may have none.
 void CheckBones(const Anim& anim, const Skeleton& skeleton) {
     if (anim.GetBoneCount() != 0 && anim.GetBoneCount() != skeleton.GetBoneCount())
@@ -203,15 +164,16 @@ void WriteFinalAnim(Chunky& chunky, PayloadWriter& writer, const AnimListNode& n
     if (node.IsLocal())
         WriteData(chunky, writer, anim);
     else
-        WriteXRef(chunky, writer, node);
-    if (node.HasBounds())
-        WriteBounds(chunky, writer, node);
+        WriteXRefAnim(chunky, writer, node, s_FinalXRefVersion);
+    WriteAnimBounds(chunky, writer, node);
     chunky.EndChunk();
 }
 
-FinalAnimRecord ReadFinalAnimRecord(Chunky& chunky) {
-    FinalAnimRecord record;
-    record.name = chunky.EnterFolder(s_AnimChunk, s_FinalAnimVersion).name.GetView();
+AnimRecord ReadFinalAnimRecord(Chunky& chunky) {
+    AnimRecord record;
+    const ChunkInfo info = chunky.EnterFolder(s_AnimChunk, s_FinalAnimVersion);
+    record.name = info.name.GetView();
+    record.version = info.version;
     bool hasContent = false;
     for (ChunkInfo child; chunky.NextChunk(child);) {
         if (child.kind != ChunkKind_Data)
@@ -219,11 +181,11 @@ FinalAnimRecord ReadFinalAnimRecord(Chunky& chunky) {
         if (child.id == s_AnimDataChunk && !hasContent) {
             record.pAnim = ReadData(chunky, record.name);
             hasContent = true;
-        } else if (child.id == s_XRefChunk && !hasContent) {
-            ReadXRef(chunky, record);
+        } else if (child.id == s_XRefAnimChunk && !hasContent) {
+            ReadXRefAnim(chunky, record, s_FinalXRefVersion);
             hasContent = true;
-        } else if (child.id == s_BoundsChunk) {
-            record.bounds = ReadBounds(chunky, record.name);
+        } else if (child.id == s_AnimBoundsChunk) {
+            record.bounds = ReadAnimBounds(chunky, record.name);
         }
     }
     if (!hasContent)
@@ -236,17 +198,10 @@ FinalAnimRecord ReadFinalAnimRecord(Chunky& chunky) {
 bool AppendFinalAnim(Chunky& chunky, const ChunkInfo& child, RenderModel& model) {
     if (!CanHoldAnim(model, child))
         return false;
-    FinalAnimRecord record = ReadFinalAnimRecord(chunky);
+    AnimRecord record = ReadFinalAnimRecord(chunky);
     if (record.pAnim)
         CheckBones(*record.pAnim, *model.GetSkeleton());
-    std::unique_ptr<AnimListNode> pNode = record.pAnim
-                                              ? MakeLocalNode(model, std::move(record.pAnim))
-                                              : MakeXRefNode(model, record.xrefModel.c_str(), record.xrefAnim.c_str());
-    if (!pNode)
-        return true; // the list has one of that name, which is logged
-    if (record.bounds)
-        pNode->SetBounds(record.bounds->minimum, record.bounds->maximum);
-    AddAnimNode(model, std::move(pNode), child.version);
+    AppendAnimRecord(model, std::move(record));
     return true;
 }
 

@@ -3,7 +3,6 @@
 #include <cstdint>
 
 #include "Shared/Cross/RenderAnim/Chunks/ModelLayout.h"
-#include "Shared/Cross/Util/FourCC.h"
 
 // "QPVX", folder, version 3, name of the model, in the game's own files. In this order:
 //   "TXTR"            one for each texture
@@ -22,7 +21,5 @@
 namespace ra {
 
 constexpr uint32_t s_FinalModelVersion = 3;
-constexpr uint32_t s_FinalMotionChunk = FourCC("QEBP");
-constexpr uint32_t s_FinalMotionVersion = 4;
 
 } // namespace ra

@@ -37,13 +37,13 @@ void WriteFinalSkeleton(Chunky& chunky, PayloadWriter& writer, const Skeleton& s
     writer.WriteChunk(chunky, s_SkeletonChunk, s_FinalSkeletonVersion);
 }
 
-std::vector<FinalBoneRecord> ReadFinalBoneRecords(Chunky& chunky) {
+std::vector<generic::BoneRecord> ReadFinalBoneRecords(Chunky& chunky) {
     EnterData(chunky, s_SkeletonChunk, s_FinalSkeletonVersion, s_FinalSkeletonVersion);
     PayloadReader reader(chunky, "skeleton", "");
-    std::vector<FinalBoneRecord> bones(reader.ReadCount(s_BoneMinBytes, "bone count"));
+    std::vector<generic::BoneRecord> bones(reader.ReadCount(s_BoneMinBytes, "bone count"));
     const auto count = static_cast<int32_t>(bones.size());
     for (int32_t i = 0; i < count; ++i) {
-        FinalBoneRecord& bone = bones[static_cast<size_t>(i)];
+        generic::BoneRecord& bone = bones[static_cast<size_t>(i)];
         bone.name = reader.ReadString("bone name");
         bone.parent = reader.Read<int32_t>("parent of a bone");
         if (bone.parent < -1 || bone.parent >= count || bone.parent == i)
@@ -53,19 +53,6 @@ std::vector<FinalBoneRecord> ReadFinalBoneRecords(Chunky& chunky) {
     }
     chunky.EndChunk();
     return bones;
-}
-
-std::unique_ptr<Skeleton> BuildFinalSkeleton(const std::vector<FinalBoneRecord>& bones) {
-    auto pSkeleton = std::make_unique<Skeleton>(static_cast<uint32_t>(bones.size()));
-    for (size_t i = 0; i < bones.size(); ++i) {
-        const auto index = static_cast<int32_t>(i);
-        pSkeleton->SetBoneName(index, Name(bones[i].name.c_str()));
-        pSkeleton->SetParent(index, bones[i].parent);
-        pSkeleton->SetLocalPosition(index, bones[i].position);
-        pSkeleton->SetLocalRotation(index, bones[i].rotation);
-    }
-    pSkeleton->BuildRefPose();
-    return pSkeleton;
 }
 
 } // namespace ra

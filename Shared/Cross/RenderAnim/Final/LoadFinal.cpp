@@ -85,7 +85,7 @@ private:
     void ReadSkeleton() {
         if (m_Model.GetSkeleton())
             Fail("the model has two skeletons");
-        m_Model.SetSkeleton(BuildFinalSkeleton(ReadFinalBoneRecords(m_Chunky)));
+        m_Model.SetSkeleton(generic::BuildSkeleton(ReadFinalBoneRecords(m_Chunky)));
     }
 
     void ReadMeshGroup() {
@@ -153,12 +153,8 @@ std::unique_ptr<RenderModel> ReadFinal(ByteStream& stream) {
 
 bool ReadFinalMotion(ByteStream& stream, RenderModel& model) {
     Chunky chunky{ByteStreamAdapter(&stream)};
-    chunky.EnterFolder(s_FinalMotionChunk, s_FinalMotionVersion);
-    const MotionContext context = {
-        .pModelName = model.GetName(), .form = MotionForm::Final, .hasAnimation = [&model](const Name& name) {
-            const AnimList* pAnimList = model.GetAnimList();
-            return pAnimList && pAnimList->FindNode(name.GetTextOrEmpty()) != AnimList::InvalidIndex;
-        }};
+    chunky.EnterFolder(s_MotionFileChunk, s_MotionFileVersion);
+    const MotionContext context = MakeMotionContext(model, MotionForm::Final);
     for (ChunkInfo child; chunky.NextChunk(child);) {
         if (ReadMotionPart(chunky, child, model.GetMotionParts(), context))
             continue;

@@ -63,7 +63,7 @@ bool SaveFinal(const RenderModel& model, Chunky& chunky, uint32_t useDXTC) {
 
 void SaveFinalMotion(const RenderModel& model, Chunky& chunky) {
     PayloadWriter writer;
-    chunky.BeginFolder(s_FinalMotionChunk, s_FinalMotionVersion);
+    chunky.BeginFolder(s_MotionFileChunk, s_MotionFileVersion);
     WriteAnims(chunky, writer, model, false);
     WriteMotionParts(chunky, writer, model.GetMotionParts(), MotionForm::Final);
     WriteSelection(chunky, writer, model.GetSelectionInfo());

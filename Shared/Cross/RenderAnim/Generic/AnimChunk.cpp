@@ -1,14 +1,12 @@
 #include "Shared/Cross/RenderAnim/Generic/AnimChunk.h"
 
-#include <optional>
 #include <string>
 #include <utility>
 
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/AnimInterm.h"
-#include "Shared/Cross/RenderAnim/Chunks/AnimNodes.h"
+#include "Shared/Cross/RenderAnim/AnimListNode.h"
 #include "Shared/Cross/RenderAnim/Chunks/AnimParts.h"
-#include "Shared/Cross/RenderAnim/Chunks/PayloadReader.h"
 #include "Shared/Cross/RenderAnim/Chunks/PayloadWriter.h"
 #include "Shared/Cross/RenderAnim/Generic/AnimDataReader.h"
 #include "Shared/Cross/RenderAnim/Generic/AnimLayout.h"
@@ -18,11 +16,6 @@
 namespace ra::generic {
 
 namespace {
-
-struct Bounds {
-    glm::vec3 minimum;
-    glm::vec3 maximum;
-};
 
 // Writing
 
@@ -48,18 +41,6 @@ void WriteData(Chunky& chunky, const RenderModel& model, const Anim& anim) {
     chunky.EndChunk();
 }
 
-void WriteXRef(Chunky& chunky, PayloadWriter& writer, const AnimListNode& node) {
-    writer.WriteString(node.GetXRefModel().GetText());
-    writer.WriteString(node.GetAnim()->GetName());
-    writer.WriteChunk(chunky, s_XRefAnimChunk, s_XRefAnimVersion);
-}
-
-void WriteBounds(Chunky& chunky, PayloadWriter& writer, const AnimListNode& node) {
-    writer.WriteVec3(node.GetMinimum());
-    writer.WriteVec3(node.GetMaximum());
-    writer.WriteChunk(chunky, s_AnimBoundsChunk, s_AnimBoundsVersion, node.GetAnim()->GetName());
-}
-
 // Reading
 
 // Directory and file name of a whole path.
@@ -72,45 +53,21 @@ std::string StripDriveAndExtension(const std::string& path) {
     return name;
 }
 
-std::unique_ptr<AnimListNode> ReadXRef(Chunky& chunky, const RenderModel& model, const char* pName) {
-    const ChunkInfo info = EnterData(chunky, s_XRefAnimChunk, s_OldestVersion, s_XRefAnimVersion);
-    PayloadReader reader(chunky, "animation", pName);
-    std::string xrefModel = reader.ReadString("model name");
-    const std::string animName = reader.ReadString("animation name");
-    chunky.EndChunk();
-    if (info.version < 2)
-        xrefModel = StripDriveAndExtension(xrefModel);
-    return MakeXRefNode(model, xrefModel.c_str(), animName.c_str());
-}
-
-Bounds ReadBounds(Chunky& chunky, const char* pName) {
-    EnterData(chunky, s_AnimBoundsChunk, s_AnimBoundsVersion, s_AnimBoundsVersion);
-    PayloadReader reader(chunky, "animation", pName);
-    Bounds bounds;
-    bounds.minimum = reader.ReadVec3("minimum");
-    bounds.maximum = reader.ReadVec3("maximum");
-    chunky.EndChunk();
-    return bounds;
-}
-
-class NodeReader {
+class RecordReader {
 public:
-    NodeReader(Chunky& chunky, const RenderModel& model) : m_Chunky(chunky), m_Model(model) {}
+    RecordReader(Chunky& chunky, const RenderModel* pModel) : m_Chunky(chunky), m_pModel(pModel) {}
 
-    // Null for an animation that the model has already.
-    std::unique_ptr<AnimListNode> Read(uint32_t& version) {
+    AnimRecord Read() {
         const ChunkInfo info = m_Chunky.EnterFolder(s_AnimChunk, s_AnimVersion);
-        version = info.version;
-        m_Name = info.name;
+        m_Record.name = info.name.GetView();
+        m_Record.version = info.version;
         for (ChunkInfo child; m_Chunky.NextChunk(child);)
             ReadChild(child);
         if (!m_Found)
             throw Chunky::Exception(ChunkyError_MissingChunk,
-                                    std::string("Missing Chunk Type! (data of animation '") + m_Name.GetText() + "')");
+                                    "Missing Chunk Type! (data of animation '" + m_Record.name + "')");
         m_Chunky.EndChunk();
-        if (m_pNode && m_Bounds)
-            m_pNode->SetBounds(m_Bounds->minimum, m_Bounds->maximum);
-        return std::move(m_pNode);
+        return std::move(m_Record);
     }
 
 private:
@@ -118,20 +75,19 @@ private:
         const bool isData = child.kind == ChunkKind_Data;
         if (!isData && child.id == s_AnimDataChunk && !m_Found) {
             m_Found = true;
-            m_pNode = MakeLocalNode(m_Model, ReadAnimData(m_Chunky, m_Model, m_Name.GetText()));
+            m_Record.pAnim = ReadAnimData(m_Chunky, m_pModel, m_Record.name.c_str());
         } else if (isData && child.id == s_XRefAnimChunk && !m_Found) {
             m_Found = true;
-            m_pNode = ReadXRef(m_Chunky, m_Model, m_Name.GetText());
+            if (ReadXRefAnim(m_Chunky, m_Record, s_XRefAnimVersion) < 2)
+                m_Record.xrefModel = StripDriveAndExtension(m_Record.xrefModel);
         } else if (isData && child.id == s_AnimBoundsChunk)
-            m_Bounds = ReadBounds(m_Chunky, m_Name.GetText());
+            m_Record.bounds = ReadAnimBounds(m_Chunky, m_Record.name);
     }
 
     Chunky& m_Chunky;
-    const RenderModel& m_Model;
-    RefCountString m_Name;
+    const RenderModel* m_pModel;
+    AnimRecord m_Record;
     bool m_Found = false;
-    std::unique_ptr<AnimListNode> m_pNode;
-    std::optional<Bounds> m_Bounds;
 };
 
 } // namespace
@@ -142,16 +98,13 @@ void WriteAnim(Chunky& chunky, const RenderModel& model, const AnimListNode& nod
     if (node.IsLocal())
         WriteData(chunky, model, *node.GetAnim().GetData());
     else
-        WriteXRef(chunky, writer, node);
-    if (node.HasBounds())
-        WriteBounds(chunky, writer, node);
+        WriteXRefAnim(chunky, writer, node, s_XRefAnimVersion);
+    WriteAnimBounds(chunky, writer, node);
     chunky.EndChunk();
 }
 
-void AppendAnim(Chunky& chunky, RenderModel& model) {
-    uint32_t version = 0;
-    if (std::unique_ptr<AnimListNode> pNode = NodeReader(chunky, model).Read(version))
-        AddAnimNode(model, std::move(pNode), version);
-}
+AnimRecord ReadAnimRecord(Chunky& chunky) { return RecordReader(chunky, nullptr).Read(); }
+
+void AppendAnim(Chunky& chunky, RenderModel& model) { AppendAnimRecord(model, RecordReader(chunky, &model).Read()); }
 
 } // namespace ra::generic

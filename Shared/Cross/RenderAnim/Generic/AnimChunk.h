@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Shared/Cross/FileSystem/Chunky.h"
+#include "Shared/Cross/RenderAnim/Chunks/AnimRecord.h"
 #include "Shared/Cross/RenderAnim/Chunks/ModelLayout.h"
 
 class AnimListNode;
@@ -14,8 +15,12 @@ constexpr uint32_t s_AnimVersion = 2;
 // std::runtime_error when the stream doesn't take all.
 void WriteAnim(Chunky& chunky, const RenderModel& model, const AnimListNode& node);
 
-// Reads the next chunk, an "ANIM", into the inventory and the model's list. A damaged one throws Chunky::Exception or
-// ByteStream::Exception with the animation, the stream and the field.
+// The next chunk is an "ANIM". A damaged one throws Chunky::Exception or ByteStream::Exception with the animation, the
+// stream and the field.
+//
+// As it stands in the file: the bones in its order, whatever skeleton they are of.
+AnimRecord ReadAnimRecord(Chunky& chunky);
+// Into the inventory and the model's list.
 void AppendAnim(Chunky& chunky, RenderModel& model);
 
 } // namespace ra::generic

@@ -50,7 +50,8 @@ void SkipOldFields(AnimPartReader& reader, uint32_t version) {
 
 class DataReader {
 public:
-    DataReader(Chunky& chunky, const RenderModel& model, Anim& anim) : m_Chunky(chunky), m_Model(model), m_Anim(anim) {}
+    DataReader(Chunky& chunky, const RenderModel* pModel, Anim& anim)
+        : m_Chunky(chunky), m_pModel(pModel), m_Anim(anim) {}
 
     void Read() {
         m_Chunky.EnterFolder(s_AnimDataChunk, s_AnimDataVersion);
@@ -73,7 +74,7 @@ private:
     }
 
     void SetBones() {
-        const Skeleton* pSkeleton = m_Model.GetSkeleton();
+        const Skeleton* pSkeleton = m_pModel ? m_pModel->GetSkeleton() : nullptr;
         const uint32_t boneCount = pSkeleton ? pSkeleton->GetBoneCount() : 0;
         m_Anim.SetBoneCount(boneCount);
         for (uint32_t i = 0; i < boneCount; ++i) {
@@ -94,9 +95,7 @@ private:
     void ReadBone() {
         const ChunkInfo info = EnterData(m_Chunky, s_BoneAnimChunk, s_OldestVersion, s_BoneAnimVersion);
         AnimPartReader reader(m_Chunky, DescribeAnimPart(m_Anim.GetName(), "bone", info.name.GetText()));
-        // A name that was never made is no bone's.
-        Name name;
-        const int32_t boneIndex = Name::Find(info.name.GetText(), name) ? m_Anim.FindBone(name) : Anim::InvalidIndex;
+        const int32_t boneIndex = PlaceBone(info.name.GetText());
         dbAssertText(boneIndex != Anim::InvalidIndex, "boneIndex != InvalidIndex");
         if (boneIndex != Anim::InvalidIndex) {
             std::unique_ptr<Vec3Stream> pPosition = reader.ReadKeys<glm::vec3>("position key");
@@ -104,6 +103,14 @@ private:
             m_Anim.SetBoneAnimated(boneIndex, ReadAnimated(reader, info.version));
         }
         m_Chunky.EndChunk();
+    }
+
+    int32_t PlaceBone(const char* pName) {
+        if (!m_pModel)
+            return m_Anim.AddBone(Name(pName));
+        // A name that was never made is no bone's.
+        Name name;
+        return Name::Find(pName, name) ? m_Anim.FindBone(name) : Anim::InvalidIndex;
     }
 
     static bool ReadAnimated(AnimPartReader& reader, uint32_t version) {
@@ -121,24 +128,24 @@ private:
 
     void ReadCamera() {
         Anim::CameraStream camera = ReadCameraAnim(m_Chunky, m_Anim.GetName());
-        if (m_Model.FindCamera(camera.name) != RenderModel::InvalidIndex)
+        if (!m_pModel || m_pModel->FindCamera(camera.name) != RenderModel::InvalidIndex)
             m_Anim.TakeCamera(std::move(camera));
         else
             dbWarningf("Could not find camera '%s' in model '%s' for animation '%s'", camera.name.GetTextOrEmpty(),
-                       m_Model.GetName(), m_Anim.GetName());
+                       m_pModel->GetName(), m_Anim.GetName());
     }
 
     Chunky& m_Chunky;
-    const RenderModel& m_Model;
+    const RenderModel* m_pModel; // null for the plain file
     Anim& m_Anim;
 };
 
 } // namespace
 
-std::unique_ptr<Anim> ReadAnimData(Chunky& chunky, const RenderModel& model, const char* pName) {
+std::unique_ptr<Anim> ReadAnimData(Chunky& chunky, const RenderModel* pModel, const char* pName) {
     auto pAnim = std::make_unique<Anim>();
     pAnim->SetName(pName);
-    DataReader(chunky, model, *pAnim).Read();
+    DataReader(chunky, pModel, *pAnim).Read();
     return pAnim;
 }
 

@@ -34,13 +34,8 @@
 // "CANM", data, version 2, name of the shader or mesh: a control, as Chunks/AnimParts.cpp tells. In version 1 the
 // values of shaders are 1 below what they are now.
 //
-// "XREF", data, version 3: an animation of another model
-//   string  name of the model; in version 1 a path with drive and extension
-//   string  name of the animation there
-//
-// "ANBV", data, version 1, name of the animation:
-//   vec3    minimum
-//   vec3    maximum
+// "XREF", data, version 3, and "ANBV" are told by Chunks/AnimRecord.cpp. In version 1 of "XREF" the model's name is a
+// path with drive and extension.
 
 namespace ra::generic {
 
@@ -49,10 +44,7 @@ constexpr uint32_t s_AnimInfoVersion = 5;
 constexpr uint32_t s_BoneAnimVersion = 2;
 constexpr uint32_t s_ControlAnimChunk = FourCC("CANM");
 constexpr uint32_t s_ControlAnimVersion = 2;
-constexpr uint32_t s_XRefAnimChunk = FourCC("XREF");
 constexpr uint32_t s_XRefAnimVersion = 3;
-constexpr uint32_t s_AnimBoundsChunk = FourCC("ANBV");
-constexpr uint32_t s_AnimBoundsVersion = 1;
 constexpr uint32_t s_OldestVersion = 1; // of all of these
 
 } // namespace ra::generic

@@ -22,22 +22,11 @@ namespace ra {
 
 namespace {
 
-constexpr uint32_t s_MotionFileChunk = FourCC("QEBP");
-constexpr uint32_t s_MotionFileVersion = 4;
-
 void WriteXRefAnims(Chunky& chunky, const RenderModel& model) {
     const AnimList* pAnimList = model.GetAnimList();
     for (uint32_t i = 0; pAnimList && i < pAnimList->GetCount(); ++i)
         if (const AnimListNode& node = *pAnimList->GetNode(i); !node.IsLocal())
             generic::WriteAnim(chunky, model, node);
-}
-
-MotionContext MakeContext(const RenderModel& model) {
-    const auto hasAnimation = [&model](const Name& name) {
-        const AnimList* pAnimList = model.GetAnimList();
-        return pAnimList && pAnimList->FindNode(name.GetTextOrEmpty()) != AnimList::InvalidIndex;
-    };
-    return {.pModelName = model.GetName(), .form = MotionForm::Generic, .hasAnimation = hasAnimation};
 }
 
 // What isn't known is left for NextChunk to step over.
@@ -76,7 +65,7 @@ bool SaveMotionFile(const RenderModel& model, const char* pPath) {
 bool ReadMotionFile(ByteStream& stream, RenderModel& model) {
     Chunky chunky{ByteStreamAdapter(&stream)};
     chunky.EnterFolder(s_MotionFileChunk, s_MotionFileVersion);
-    const MotionContext context = MakeContext(model);
+    const MotionContext context = MakeMotionContext(model, MotionForm::Generic);
     for (ChunkInfo child; chunky.NextChunk(child);)
         if (!ReadChild(chunky, child, model, context))
             return false;

@@ -1,12 +1,22 @@
 #include "Shared/Cross/RenderAnim/Motion/Chunks/MotionChunks.h"
 
+#include "Shared/Cross/RenderAnim/AnimList.h"
 #include "Shared/Cross/RenderAnim/Motion/Chunks/ActionTreeChunk.h"
 #include "Shared/Cross/RenderAnim/Motion/Chunks/CheckReferences.h"
 #include "Shared/Cross/RenderAnim/Motion/Chunks/ConditionChunks.h"
 #include "Shared/Cross/RenderAnim/Motion/Chunks/EventChunk.h"
 #include "Shared/Cross/RenderAnim/Motion/Chunks/MotionTreeChunks.h"
+#include "Shared/Cross/RenderAnim/RenderModel.h"
 
 namespace ra {
+
+MotionContext MakeMotionContext(const RenderModel& model, MotionForm form) {
+    const auto hasAnimation = [&model](const Name& name) {
+        const AnimList* pAnimList = model.GetAnimList();
+        return pAnimList && pAnimList->FindNode(name.GetTextOrEmpty()) != AnimList::InvalidIndex;
+    };
+    return {.pModelName = model.GetName(), .form = form, .hasAnimation = hasAnimation};
+}
 
 void WriteMotionParts(Chunky& chunky, PayloadWriter& writer, const ConstMotionParts& parts, MotionForm form) {
     WriteEvents(chunky, writer, parts.events);

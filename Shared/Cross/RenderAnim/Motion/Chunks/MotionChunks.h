@@ -9,7 +9,13 @@
 // The run of folders that a model's motion side is made of, the same in ".ebp" and ".obe". Its readers throw
 // Chunky::Exception and ByteStream::Exception for damage. A reference to what isn't there is logged and left out.
 
+class RenderModel;
+
 namespace ra {
+
+// The top of either file.
+constexpr uint32_t s_MotionFileChunk = FourCC("QEBP");
+constexpr uint32_t s_MotionFileVersion = 4;
 
 // The level of data. The two differ in how the action tree's folder is called.
 enum class MotionForm { Generic, Final };
@@ -21,6 +27,8 @@ struct MotionContext {
     std::function<bool(const Name&)> hasAnimation; // every one is missing without it
     bool checksReferences = true;                  // otherwise all stay, for those who only look at the file
 };
+
+MotionContext MakeMotionContext(const RenderModel& model, MotionForm form);
 
 // All six folders, in the order in which a reader wants them.
 void WriteMotionParts(Chunky& chunky, PayloadWriter& writer, const ConstMotionParts& parts, MotionForm form);
