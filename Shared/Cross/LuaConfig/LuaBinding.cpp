@@ -52,7 +52,7 @@ struct LuaBinding::Dispatch {
         CheckArguments(pState, bound);
         LuaConfig::CallScope scope(config, pState);
         const int before = lua_gettop(pState);
-        Call call(config, pState);
+        Call call(config, scope);
         dbAssert(call.m_count == 0);
         bound.function(call);
         const int after = lua_gettop(pState);
@@ -106,8 +106,8 @@ bool LuaBinding::Bind(LuaConfig& config, const char* pName, std::initializer_lis
     return true;
 }
 
-LuaBinding::Call::Call(LuaConfig& config, lua_State* pState)
-    : m_lc(config), m_pState(pState), m_Arguments(lua_gettop(pState) - 1) {}
+LuaBinding::Call::Call(LuaConfig& config, LuaConfig::CallScope& scope)
+    : m_lc(config), m_Scope(scope), m_pState(config.GetState()), m_Arguments(lua_gettop(m_pState) - 1) {}
 
 void LuaBinding::Call::CheckArgument(int index, int type) const {
     if (index < 1 || index > m_Arguments || lua_type(m_pState, index) != type)
@@ -146,9 +146,8 @@ void LuaBinding::Call::AddString(const std::string& value) {
     AddResult();
 }
 
-// Results lie below the current table, which stays on top.
 void LuaBinding::Call::AddResult() {
-    luaL_checkstack(m_pState, LUA_MINSTACK, "too many results");
-    lua_insert(m_pState, m_Arguments + m_count + 1);
+    m_Scope.PutBelow();
     ++m_count;
+    luaL_checkstack(m_pState, LUA_MINSTACK, "too many results");
 }

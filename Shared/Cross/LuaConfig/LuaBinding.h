@@ -35,11 +35,12 @@ public:
 
 private:
     friend struct Dispatch;
-    Call(LuaConfig& config, lua_State* pState);
+    Call(LuaConfig& config, LuaConfig::CallScope& scope);
     void CheckArgument(int index, int type) const;
     void AddResult();
 
     LuaConfig& m_lc;
+    LuaConfig::CallScope& m_Scope;
     lua_State* m_pState;
     int m_Arguments;
     int m_count = 0; // of results

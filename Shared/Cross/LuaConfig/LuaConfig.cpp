@@ -165,6 +165,11 @@ LuaConfig::CallScope::~CallScope() {
     m_Config.m_Bottom = m_BottomBefore;
 }
 
+void LuaConfig::CallScope::PutBelow() {
+    lua_insert(m_Config.m_pState, m_Config.m_Bottom);
+    ++m_Config.m_Bottom;
+}
+
 bool LuaConfig::CallScope::Leave() {
     lua_State* pState = m_Config.m_pState;
     if (lua_gettop(pState) < m_Config.m_Bottom || !lua_rawequal(pState, m_Config.m_Bottom, LUA_GLOBALSINDEX))

@@ -119,6 +119,8 @@ public:
         CallScope(const CallScope&) = delete;
         CallScope& operator=(const CallScope&) = delete;
 
+        // The value on top of the stack goes below the globals, as a result of the call.
+        void PutBelow();
         // Takes the globals off the stack. False when they aren't where they were.
         bool Leave();
 
@@ -131,8 +133,8 @@ public:
 private:
     bool CheckTable() const;
     void PushEntry(const char* pKey);
+    bool CanStore(const char* pKey);
     bool StoreEntry(const char* pKey);
-    bool StoreValue(const char* pKey);
     bool Load(const std::string& text, const std::string& chunkName, const char* pWhat);
     std::string TakeError(int status);
     bool ClearGlobal(const char* pName);

@@ -177,38 +177,35 @@ bool LuaConfig::GetBool(const char* pKey, bool& out) {
 }
 
 // What a script or a program has put there to be called or looked up isn't a value to be set.
-bool LuaConfig::StoreValue(const char* pKey) {
-    lua_pushvalue(m_pState, -2);
+bool LuaConfig::CanStore(const char* pKey) {
+    if (!CheckTable() || !CheckKey(pKey))
+        return false;
     const ValueType type = GetType(pKey);
-    lua_pop(m_pState, 1);
     const bool isValue = type != Type_Function && type != Type_UserData && type != Type_Meta;
     dbAssertText(isValue, "type != function && type != user data && type != metatable entry");
-    if (isValue)
-        return StoreEntry(pKey);
-    lua_pop(m_pState, 1);
-    return false;
+    return isValue;
 }
 
 bool LuaConfig::SetString(const char* pKey, const char* pValue) {
     dbAssert(pValue);
-    if (!CheckTable() || !CheckKey(pKey) || !pValue)
+    if (!pValue || !CanStore(pKey))
         return false;
     lua_pushstring(m_pState, pValue);
-    return StoreValue(pKey);
+    return StoreEntry(pKey);
 }
 
 bool LuaConfig::SetNumber(const char* pKey, double value) {
-    if (!CheckTable() || !CheckKey(pKey))
+    if (!CanStore(pKey))
         return false;
     lua_pushnumber(m_pState, value);
-    return StoreValue(pKey);
+    return StoreEntry(pKey);
 }
 
 bool LuaConfig::SetBool(const char* pKey, bool value) {
-    if (!CheckTable() || !CheckKey(pKey))
+    if (!CanStore(pKey))
         return false;
     lua_pushboolean(m_pState, value);
-    return StoreValue(pKey);
+    return StoreEntry(pKey);
 }
 
 // An empty table takes its place, which has the real one behind it and refuses what isn't there, which is all.
