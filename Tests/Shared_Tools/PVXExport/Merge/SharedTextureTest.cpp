@@ -1,0 +1,122 @@
+#include "Shared/Cross/RenderAnim/Files/SharedShaderFile.h"
+#include "Shared/Cross/RenderAnim/Shader.h"
+#include "Shared_Tools/PVXExport/Merge/OmbrelSharedShader.h"
+#include "Shared_Tools/PVXExport/Merge/mergeburn.h"
+#include "Tests/Shared_Tools/PVXExport/Merge/MergeFixture.h"
+
+using testing::HasSubstr;
+
+namespace {
+
+constexpr const char* s_CheckedOut =
+    "Please make sure no one else has it checked-out in P4 (Data Generic / Data Final)!\n";
+
+class SharedTextures : public MergeFixture {
+protected:
+    SharedTextures() { WriteModel("int/ref.pvx", {}, {"art\\Hull_Texture_SHARE", "art\\steel"}); }
+
+    // What ended the merge past its guard; empty when nothing did.
+    std::string MergeUntilText() {
+        try {
+            Merge({});
+        } catch (const char* pText) {
+            return pText;
+        }
+        return "";
+    }
+};
+
+TEST_F(SharedTextures, WithoutABurnerTheMergeEndsByABareText) {
+    EXPECT_EQ(MergeUntilText(), "Merge: Unable to burn shared texture '" + At("gen") + "\\art\\Hull_Texture_SHARE.qsh" +
+                                    "' pattern in P4!  " + s_CheckedOut);
+    EXPECT_EQ(m_Text, "");
+    EXPECT_TRUE(AreServicesUp());
+    EXPECT_EQ(m_Server.GetOpened("gen/art/tank.pvx"), "") << "the merged model isn't the merge's to open";
+    EXPECT_EQ(m_Server.Load().changes.at(0).description, "PVX Export Changes");
+    AniMergeShutdown(0);
+    EXPECT_THAT(m_Server.Read("int/ref.log"), HasSubstr("Failed to locate the burner module"));
+
+    const ModelServices services;
+    const std::unique_ptr<Shader> pShader =
+        ra::ReadSharedShaderGeneric(*MakeReadStream(m_Server.Read("gen/art/Hull_Texture_SHARE.qsh")));
+    EXPECT_STREQ(pShader->GetName(), "art\\Hull_Texture_SHARE");
+    ASSERT_TRUE(pShader->GetChannelTexture(CN_Diffuse));
+    EXPECT_EQ(pShader->GetChannelTexture(CN_Diffuse)->GetWidth(), 4u);
+    const std::string merged = m_Server.Read("gen/art/tank.pvx");
+    EXPECT_THAT(merged, HasSubstr("SSHR"));
+    EXPECT_THAT(merged, HasSubstr("art\\steel"));
+    EXPECT_EQ(merged.find("TXTR"), merged.rfind("TXTR")) << "the shared texture isn't the model's own";
+}
+
+TEST_F(SharedTextures, AFileThatCannotBeOpenedIsAnException) {
+    m_Server.Submit("gen/art/Hull_Texture_SHARE.qsh", "theirs", true, "binary+l");
+    m_Server.OpenByOther("gen/art/Hull_Texture_SHARE.qsh", true);
+    EXPECT_FALSE(Merge({}));
+    EXPECT_EQ(m_Text, "Merge: Unable to open shared texture '" + At("gen") + "\\art\\Hull_Texture_SHARE.qsh" +
+                          "' in P4!  " + s_CheckedOut);
+    EXPECT_TRUE(AreServicesDown());
+    EXPECT_TRUE(m_Server.Has("gen/art/tank.pvx")) << "what was done before stays done";
+    EXPECT_EQ(m_Server.Read("gen/art/Hull_Texture_SHARE.qsh"), "theirs");
+    EXPECT_TRUE(m_Server.Load().changes.empty()) << "the changelist that was made for it is gone";
+
+    WriteIni("[burner]\r\nburnerPath=Burner\r\n");
+    EXPECT_FALSE(Merge({}));
+    EXPECT_THAT(m_Text, HasSubstr("Unable to open shared texture")) << "there is no port";
+    OSFile::SetWritable(At("gen/art/Hull_Texture_SHARE.qsh").c_str(), true);
+}
+
+TEST_F(SharedTextures, MarksAreSetAndCleared) {
+    const ModelServices services;
+    const std::unique_ptr<RenderModel> pModel = ra::ReadIntermediate(*MakeReadStream(m_Server.Read("int/ref.pvx")));
+    const ra::MeshGroup& meshes = *pModel->GetMeshGroup();
+    ASSERT_EQ(meshes.GetShaderCount(), 2u);
+    meshes.GetShader(1)->SetShared(true);
+    OmbrelSharedShader::MarkSharedTextures(*pModel);
+    EXPECT_TRUE(meshes.GetShader(0)->IsShared());
+    EXPECT_FALSE(meshes.GetShader(1)->IsShared());
+}
+
+class MergeBurn : public MergeFixture {
+protected:
+    MergeBurn() { Pipeline::Initialize(At("int/ref.pvx").c_str()); }
+
+    int32_t m_Changelist = 99;
+};
+
+TEST_F(MergeBurn, FilesAreOpenedInTheToolsChangelist) {
+    m_Server.Submit("gen/old.qsh", "old");
+    m_Server.SubmitByOther("gen/old.qsh", "newer");
+    EXPECT_TRUE(MergeBurnOpenFile(m_Changelist, At("gen/old.qsh").c_str()));
+    EXPECT_EQ(m_Server.GetOpened("gen/old.qsh"), "edit " + std::to_string(m_Changelist));
+    EXPECT_EQ(m_Server.Read("gen/old.qsh"), "newer");
+    EXPECT_TRUE(MergeBurnOpenFile(m_Changelist, At("gen/old.qsh").c_str())) << "it is open already";
+    OSFile::SetWritable(At("gen/old.qsh").c_str(), true);
+}
+
+TEST_F(MergeBurn, AFileInAnotherChangelistStaysThere) {
+    m_Server.Submit("gen/old.qsh", "old");
+    const int other = m_Server.MakeChange("my own");
+    P4State state = m_Server.Load();
+    state.opened.push_back({"gen/old.qsh", "edit", other});
+    state.Save();
+    EXPECT_TRUE(MergeBurnOpenFile(m_Changelist, At("gen/old.qsh").c_str()));
+    EXPECT_EQ(m_Server.GetOpened("gen/old.qsh"), "edit " + std::to_string(other));
+    EXPECT_EQ(m_Server.Load().changes.size(), 1u) << "the empty one is gone again";
+    OSFile::SetWritable(At("gen/old.qsh").c_str(), true);
+}
+
+TEST_F(MergeBurn, FailuresAreFalse) {
+    m_Server.Say("changes", "exit: 0\n");
+    m_Server.Say("change", "error: no\nexit: 1\n");
+    EXPECT_FALSE(MergeBurnOpenFile(m_Changelist, At("gen/x.qsh").c_str()));
+    EXPECT_EQ(m_Changelist, 0);
+    EXPECT_FALSE(MergeBurnFile(At("gen/x.qsh").c_str(), 0)) << "there is no burner";
+    Pipeline::Shutdown();
+    WriteIni("");
+    Pipeline::Initialize(At("int/ref.pvx").c_str());
+    EXPECT_FALSE(MergeBurnOpenFile(m_Changelist, At("gen/x.qsh").c_str()));
+    EXPECT_FALSE(MergeBurnFile(At("gen/x.qsh").c_str(), 0));
+    EXPECT_THROW(MergeBurnOpenFile(m_Changelist, nullptr), std::runtime_error);
+}
+
+} // namespace
