@@ -20,18 +20,31 @@ std::string GetFullName(const std::string& output, FilePath::Mode mode) {
     return FilePath::GetFullName(name, mode) ? name : std::string();
 }
 
+// Where it would be written, without a folder being made for it as there is for a name to write to.
+std::string FindOutput(const BurnSource& source, const std::string& output) {
+    std::string alias;
+    std::string path;
+    if (FilePathUtil::SplitAlias(output.c_str(), alias, path) && alias == "DATA")
+        return source.finalFolder + "\\" + path;
+    return GetFullName(output, ByteStream::Mode_Write);
+}
+
 } // namespace
 
 std::string MakeOutputPath(const BurnSource& source, const std::string& destination, const std::string& extension) {
     std::string path = destination;
     if (!FilePathUtil::HasAlias(path.c_str()))
         Fail("destination '" + destination + "' is no alias path; it reads like DATA: or DATA:art");
+    if (!FilePath::HasAlias(path.c_str()))
+        Fail("nothing is mapped to the alias of '" + destination + "'; DATA is the project's final folder");
     if (!path.ends_with(':') && !path.ends_with('\\') && !path.ends_with('/'))
         path += '\\';
     path += source.relative;
     if (path.size() >= FilePath::MAXPATH || !FilePathUtil::NormalizeAliasPath(path) ||
         (!extension.empty() && !FilePathUtil::SetExtension(path, extension.c_str())))
         Fail("the output's path '" + path + "' is too long");
+    if (path.find(":..") != path.npos || path.find("\\..") != path.npos)
+        Fail("destination '" + destination + "' leads out of its alias");
     return path;
 }
 
@@ -44,9 +57,9 @@ int64_t GetNewestTime(const std::vector<std::string>& fullNames) {
     return newest;
 }
 
-bool AreOutputsNewer(const std::vector<std::string>& outputs, int64_t time) {
+bool AreOutputsNewer(const BurnSource& source, const std::vector<std::string>& outputs, int64_t time) {
     return std::ranges::all_of(outputs, [&](const std::string& output) {
-        const std::string name = GetFullName(output, ByteStream::Mode_Write);
+        const std::string name = FindOutput(source, output);
         return !name.empty() && OSFile::GetWriteTime(name.c_str()) > time;
     });
 }

@@ -11,9 +11,10 @@ class ByteStream;
 
 // A file that is burned. While that happens, its project's folders are mapped to GENERIC and DATA.
 struct BurnSource {
-    std::string file;     // full name
-    std::string relative; // below the project's generic folder
-    std::string alias;    // the same as a path below GENERIC
+    std::string file;        // full name
+    std::string relative;    // below the project's generic folder
+    std::string alias;       // the same as a path below GENERIC
+    std::string finalFolder; // the project's own, where what is written under DATA goes
 };
 
 // Makes one kind of final file of one kind of generic file. It is told of all that it has to write ahead of that, so

@@ -17,11 +17,12 @@ namespace {
 // The project's folders under their aliases, as long as one of its files is burned.
 class ProjectFolders {
 public:
-    ProjectFolders(const char* pProject, bool readOnly)
+    // What isn't to be written isn't to be made either.
+    ProjectFolders(const char* pProject, bool sayOnly)
         : m_Generic(Pipeline::Get()->CreateMapper(pProject, Pipeline::Kind_Generic, false)),
           m_Final(Pipeline::Get()->CreateMapper(pProject, Pipeline::Kind_Final, false)) {
         m_Generic.MapReadOnly();
-        if (readOnly)
+        if (sayOnly)
             m_Final.MapReadOnly();
         else
             m_Final.Map();
@@ -64,6 +65,7 @@ BurnSource MakeSource(const std::string& file, const char* pProject) {
     source.file = file;
     source.relative = file.substr(std::min(file.size(), folder.size() + (folder.ends_with('\\') ? 0 : 1)));
     source.alias = "GENERIC:" + source.relative;
+    source.finalFolder = Pipeline::Get()->GetFolder(pProject, Pipeline::Kind_Final);
     return source;
 }
 
@@ -101,7 +103,6 @@ FileBurner::Outcome FileBurner::BurnMatching(const std::string& file, bool& matc
     int64_t scriptTime = 0;
     if (!LoadConfig(file, config, scriptTime))
         throw std::runtime_error("has no burn configuration that can be used");
-    const ReportedWarnings warnings(m_Report, source.relative);
     const Outcome outcome = BurnTargets(source, config, scriptTime, matched);
     if (!matched && outcome != Outcome::Failed)
         m_Report.AddWarning(source.relative, "matches no target group of its burn configuration");
@@ -143,7 +144,7 @@ FileBurner::Outcome FileBurner::BurnTarget(const BurnSource& source, const Burne
             outputs.push_back(MakeOutputPath(source, target.destination, extension));
         std::vector<std::string> inputs = target.pPlugin->GetSideFiles(source);
         inputs.push_back(source.file);
-        if (!m_Options.burnAll && AreOutputsNewer(outputs, std::max(scriptTime, GetNewestTime(inputs)))) {
+        if (!m_Options.burnAll && AreOutputsNewer(source, outputs, std::max(scriptTime, GetNewestTime(inputs)))) {
             Say(source, target, Join(outputs) + (outputs.size() == 1 ? " is" : " are") + " up to date");
             return Outcome::UpToDate;
         }
@@ -166,6 +167,7 @@ bool FileBurner::Write(const BurnSource& source, const Target& target, const std
         for (const std::string& output : outputs)
             if (!m_Control.Open(output))
                 m_Report.AddWarning(source.relative, output + " stays opened in another changelist");
+    const ReportedWarnings warnings(m_Report, source.relative);
     const FileFrame frame(source.relative);
     OutputFiles files(outputs);
     target.pPlugin->Burn(source, target.params, files.GetStreams());
