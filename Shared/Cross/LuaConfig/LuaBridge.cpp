@@ -48,6 +48,25 @@ int CollectGarbage(lua_State* pState) {
     return 0;
 }
 
+// The handler runs when the fault is over and not in the middle of it, where no limit would reach it. Without a library
+// that looks at the stack it can't tell the difference.
+int CallWithHandler(lua_State* pState) {
+    luaL_checkany(pState, 2);
+    lua_settop(pState, 2);
+    lua_pushvalue(pState, 1);
+    if (lua_pcall(pState, 0, LUA_MULTRET, 0) == 0) {
+        lua_pushboolean(pState, true);
+        lua_replace(pState, 2);
+        return lua_gettop(pState) - 1;
+    }
+    lua_pushvalue(pState, 2);
+    lua_insert(pState, -2);
+    lua_pcall(pState, 1, 1, 0);
+    lua_pushboolean(pState, false);
+    lua_insert(pState, -2);
+    return 2;
+}
+
 void ChargeScript(lua_State* pState, uint64_t instructions) {
     if (!LuaConfig::Guard::Get(pState).Charge(instructions))
         luaL_error(pState, "the script takes too many instructions");
@@ -174,6 +193,7 @@ void LuaBridge::OpenBase(lua_State* pState) {
     lua_register(pState, "collectgarbage", CollectGarbage);
     lua_register(pState, "loadstring", LoadString);
     lua_register(pState, "unpack", Unpack);
+    lua_register(pState, "xpcall", CallWithHandler);
     lua_getglobal(pState, "next");
     lua_pushcclosure(pState, LoopOver, 1);
     lua_setglobal(pState, s_LoopFunction);

@@ -14,6 +14,7 @@
 //   lua_setgcthreshold           GuardedState: the collector sleeps until so much is in use
 //   collectgarbage(limit)        the same, in kilobytes; 0 or nothing collects
 //   table.getn, table.setn       a size that was set counts, as does a field "n"; the same in unpack
+//   xpcall                       calls its handler afterwards
 //   loadstring                   the same rewriting; texts alone, as anywhere
 //   arg of variadic functions, math.mod, string.gfind    5.1 has them still
 namespace LuaBridge {

@@ -18,7 +18,7 @@ constexpr int s_MaxTabs = 255;
 constexpr size_t s_MaxKeyText = 256;
 // A table that holds itself has no end, and one that holds another twice over many levels none in sight.
 constexpr int s_MaxDepth = 200;
-constexpr size_t s_MaxText = 16u << 20;
+constexpr size_t s_MaxText = 4u << 20;
 
 bool StartsWithDigit(const std::string& key) { return !key.empty() && key[0] >= '0' && key[0] <= '9'; }
 

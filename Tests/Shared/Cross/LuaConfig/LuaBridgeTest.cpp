@@ -27,6 +27,9 @@ TEST_F(LuaLanguage, WhatElseWasAndIsNoMore) {
     EXPECT_EQ(Evaluate("f('x', 'y')"), "2\tx");
     EXPECT_EQ(Evaluate("unpack({ 1, 2, n = 1 })"), "1");
     EXPECT_EQ(Evaluate("loadstring('for k in { 1 } do return k end')()"), "1");
+    EXPECT_EQ(Evaluate("xpcall(function() return 1, 2 end, print)"), "true\t1\t2");
+    EXPECT_EQ(Evaluate("xpcall(function() error('x', 0) end, function(text) return text .. '!' end)"), "false\tx!");
+    EXPECT_EQ(Evaluate("xpcall(error, error)"), "false\tnil");
     Run("collectgarbage() collectgarbage(0) collectgarbage(1000)");
 }
 
