@@ -110,8 +110,9 @@ struct Parser {
     }
 
     void AddOthers() {
-        pBurn = Add("burn", "Burns a merged model file");
-        pBurn->add_option("FILE", burnt.file, "The merged model file")->required();
+        pBurn = Add("burn", "Burns generic files to what the game loads");
+        pBurn->add_option("FILE", burnt.file, "A merged model or another generic file, a folder, or files by * and ?")
+            ->required();
         pCall = Add("call", "Calls a script command");
         pCall->add_option("COMMAND", called.command, "Its name; pvxhost commands lists them")->required();
         pCall->add_option(

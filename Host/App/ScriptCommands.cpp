@@ -1,5 +1,6 @@
 #include "Host/App/ScriptCommands.h"
 
+#include "Host/App/BurnCommand.h"
 #include "Host/App/MergeCommand.h"
 #include "Host/App/ScriptText.h"
 #include "Host/App/WarningCapture.h"
@@ -107,7 +108,11 @@ void ScriptCommands::ResetServices() {
 
 int ScriptCommands::Burn(const BurnArguments& arguments) {
     CheckRegistered("ombl_burner", "burn");
-    return IsSuccess(Apply("ombl_burner", {PathValue(arguments.file)})) ? 0 : 1;
+    CheckBurnInput(arguments);
+    const BurnLines lines;
+    const bool good = IsSuccess(Apply("ombl_burner", {PathValue(arguments.file)}));
+    lines.PrintSummary(arguments, good, m_Messages);
+    return good ? 0 : 1;
 }
 
 bool ScriptCommands::RunLine(const std::string& line) {
