@@ -1,13 +1,14 @@
 #!/usr/bin/env python3
 """Draws an exported model: a software rasteriser in plain Python, for the picture in the README.
 
-    pvxdump MODEL.pvx --json --vertices | render.py SCENE.glb OUT.png [WIDTH HEIGHT]
+    pvxdump MODEL.pvx --json --vertices --textures FOLDER | render.py SCENE.glb FOLDER OUT.png [WIDTH HEIGHT]
 
-Geometry, normals, the split by shader, and the camera are what pvxdump read from the model file. Only the colours come
-from the scene, by shader name, since a model file without textures keeps none.
+Geometry, normals, the split by shader, textures and the camera are what pvxdump read from the model file. Only the
+colours of what has no texture come from the scene, by shader name, since a model file keeps none.
 """
 import json
 import math
+import os
 import struct
 import sys
 import zlib
@@ -48,18 +49,64 @@ def scene_colours(path):
     return colours
 
 
-def model_triangles(model, colours):
-    """Triangles as ((position, ...), (normal, ...), look), with the winding of the file: outside is where the cross
-    product of the edges points."""
+class Texture:
+    """A TGA of 32 bits with its rows bottom up, as pvxdump writes it."""
+
+    def __init__(self, path):
+        with open(path, "rb") as file:
+            data = file.read()
+        self.width, self.height = struct.unpack_from("<HH", data, 12)
+        step = data[16] // 8
+        self.pixels = [tuple(data[i:i + step]) for i in range(18 + data[0], 18 + data[0] + self.width * self.height * step, step)]
+        self.cuts = step == 4 and any(p[3] < 128 for p in self.pixels)
+
+    def at(self, u, v):
+        return self.pixels[int(v * self.height) % self.height * self.width + int(u * self.width) % self.width]
+
+    def colour(self, u, v):
+        blue, green, red = self.at(u, v)[:3]
+        return [(c / 255) ** 1.5 for c in (red, green, blue)] + [1]
+
+
+class Look:
+    """What a shader looks like."""
+
+    def __init__(self, colour, gloss, glow, two_sided, texture):
+        self.colour, self.gloss, self.glow, self.two_sided, self.texture = colour, gloss, glow, two_sided, texture
+
+    def colour_at(self, uv):
+        return self.texture.colour(*uv) if self.texture else self.colour
+
+    def is_hole(self, uv):
+        return self.texture is not None and self.texture.cuts and self.texture.at(*uv)[3] < 128
+
+
+def model_looks(model, colours, folder):
+    looks = {}
+    for shader in model["shaders"]:
+        name = next((c["texture"] for c in shader["channels"] if c["channel"] == 0), "")
+        path = os.path.join(folder, name.replace("\\", "_") + ".tga")
+        texture = Texture(path) if name and os.path.exists(path) else None
+        colour, gloss, glow, _ = colours.get(shader["name"], ([1, 0, 1, 1], 0.4, 0, False))
+        looks[shader["name"]] = Look(colour, gloss, glow, shader["twoSided"], texture)
+    return looks
+
+
+def mix(weights, values):
+    return tuple(sum(w * v[c] for w, v in zip(weights, values)) for c in range(len(values[0])))
+
+
+def model_triangles(model, looks):
+    """Triangles as ((position, ...), (normal, ...), (texture coordinates, ...), look), with the winding of the file:
+    outside is where the cross product of the edges points."""
     triangles = []
     for mesh in model["meshes"]:
-        positions, normals = mesh["positions"], mesh["normals"]
+        lists = [mesh["positions"], mesh["normals"], mesh["texcoords"] or [(0, 0)] * len(mesh["positions"])]
         for primitives in mesh["primitiveSets"]:
-            look = colours.get(primitives["shader"], ([1, 0, 1, 1], 0, 0, False))
             indices = primitives["indices"]
             for i in range(0, len(indices), 3):
                 corner = indices[i:i + 3]
-                triangles.append((tuple(tuple(positions[v]) for v in corner), tuple(tuple(normals[v]) for v in corner), look))
+                triangles.append(tuple(tuple(tuple(values[v]) for v in corner) for values in lists) + (looks[primitives["shader"]],))
     return triangles
 
 
@@ -111,12 +158,12 @@ class Shadow:
         self.right = unit(cross((0, 1, 0), self.sun))
         self.up = cross(self.sun, self.right)
         self.depth = [-1e9] * (SHADOW_SIZE * SHADOW_SIZE)
-        for positions, _, _ in triangles:
+        for positions, _, uvs, look in triangles:
             points = [self.project(p) for p in positions]
 
-            def visit(offset, w0, w1, w2):
-                z = w0 * points[0][2] + w1 * points[1][2] + w2 * points[2][2]
-                if z > self.depth[offset]:
+            def visit(offset, *weights):
+                z = sum(w * p[2] for w, p in zip(weights, points))
+                if z > self.depth[offset] and not look.is_hole(mix(weights, uvs)):
                     self.depth[offset] = z
 
             raster(points, SHADOW_SIZE, SHADOW_SIZE, visit)
@@ -136,8 +183,8 @@ class Shadow:
         return 1 - hits / 5
 
 
-def shade(p, n, look, view, shadow):
-    (red, green, blue, alpha), gloss, glow, _ = look
+def shade(p, n, uv, look, view, shadow):
+    (red, green, blue, _), gloss, glow = look.colour_at(uv), look.gloss, look.glow
     to_eye = unit(sub(view.eye, p))
     diffuse = max(0.0, dot(n, shadow.sun))
     diffuse *= shadow.lit(p, 1.2) if diffuse > 0 else 0
@@ -169,23 +216,26 @@ def backdrop(view, x, y, shadow):
     return [(g * 1.32 * light * close) * (1 - fade) + k * fade for g, k in zip(GROUND, sky)]
 
 
-def draw(model, colours, width, height):
-    triangles = model_triangles(model, colours)
+def draw(model, looks, width, height):
+    triangles = model_triangles(model, looks)
     shadow = Shadow(triangles)
     view = View(model["cameras"][0], width, height)
     nearest = [0.0] * (width * height)
     owner = [None] * (width * height)
-    for number, (positions, _, look) in enumerate(triangles):
+    for number, (positions, _, uvs, look) in enumerate(triangles):
         normal = cross(sub(positions[1], positions[0]), sub(positions[2], positions[0]))
-        if not look[3] and dot(normal, sub(positions[0], view.eye)) >= 0:
+        if not look.two_sided and dot(normal, sub(positions[0], view.eye)) >= 0:
             continue
         points = [view.project(p) for p in positions]
 
-        def visit(offset, w0, w1, w2):
-            z = w0 * points[0][2] + w1 * points[1][2] + w2 * points[2][2]
-            if z > nearest[offset]:
+        def visit(offset, *weights):
+            z = sum(w * p[2] for w, p in zip(weights, points))
+            if z <= nearest[offset]:
+                return
+            straight = tuple(w * p[2] / z for w, p in zip(weights, points))
+            if not look.is_hole(mix(straight, uvs)):
                 nearest[offset] = z
-                owner[offset] = (number, w0 * points[0][2] / z, w1 * points[1][2] / z, w2 * points[2][2] / z)
+                owner[offset] = (number, straight)
 
         raster(points, width, height, visit)
     pixels = []
@@ -195,13 +245,12 @@ def draw(model, colours, width, height):
             if hit is None:
                 pixels.append(backdrop(view, x + 0.5, y + 0.5, shadow))
                 continue
-            number, w0, w1, w2 = hit
-            (p0, p1, p2), (n0, n1, n2), look = triangles[number]
-            p = tuple(w0 * p0[c] + w1 * p1[c] + w2 * p2[c] for c in range(3))
-            n = unit(tuple(w0 * n0[c] + w1 * n1[c] + w2 * n2[c] for c in range(3)))
-            if look[3] and dot(n, sub(view.eye, p)) < 0:
+            number, weights = hit
+            positions, normals, uvs, look = triangles[number]
+            p, n = mix(weights, positions), unit(mix(weights, normals))
+            if look.two_sided and dot(n, sub(view.eye, p)) < 0:
                 n = (-n[0], -n[1], -n[2])
-            pixels.append(shade(p, n, look, view, shadow))
+            pixels.append(shade(p, n, mix(weights, uvs), look, view, shadow))
     return pixels
 
 
@@ -224,13 +273,14 @@ def write_png(path, pixels, width, height, by):
 
 
 def main():
-    if len(sys.argv) not in (3, 5):
+    if len(sys.argv) not in (4, 6):
         sys.exit(__doc__.strip())
-    width, height = (int(x) * OVERSAMPLE for x in (sys.argv[3:5] or (840, 520)))
+    width, height = (int(x) * OVERSAMPLE for x in (sys.argv[4:6] or (840, 520)))
     model = json.load(sys.stdin)
     if not model.get("cameras"):
         sys.exit("render.py: the model has no camera to look through")
-    write_png(sys.argv[2], draw(model, scene_colours(sys.argv[1]), width, height), width, height, OVERSAMPLE)
+    looks = model_looks(model, scene_colours(sys.argv[1]), sys.argv[2])
+    write_png(sys.argv[3], draw(model, looks, width, height), width, height, OVERSAMPLE)
 
 
 if __name__ == "__main__":

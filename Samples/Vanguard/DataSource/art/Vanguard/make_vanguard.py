@@ -1,153 +1,39 @@
 #!/usr/bin/env python3
-"""Makes Vanguard.glb, the sample's war wagon, beside this script.
+"""Makes Vanguard.glb, the sample's war wagon with its guard, beside this script, and the team's textures.
 
 Plain Python without packages, and the same bytes on every machine: coordinates are rounded to what a file holds anyway,
 nothing is drawn by lot. Metres, Y up, the wagon looks along +Z, so that its left side is +X.
 
 The parts that a game moves are nodes of their own (turret, gun, wheels, banner), with their origin where they turn.
 """
-import json
 import math
 import os
-import struct
 
-TAU = 2 * math.pi
+import clips
+import pictures
+from figure import PLACE, all_bones, make_guard, make_halberd
+from glb import FLOAT, Glb, Nodes, look_at, turn
+from mesh import TAU, Mesh, dot, grid, sub
 
-# Name, base colour, and what else glTF says of it.
+# Shared by every unit of the team, by its name; its layers lie beside it under their own.
+TEAM_TEXTURE = "texture_share/vanguard_team"
+TEXTURES = ["plate", "tread", "cloth", TEAM_TEXTURE]
+
+# Name, base colour, and what else glTF says of it. The textures carry their own colour.
+WHITE = (1.0, 1.0, 1.0)
 MATERIALS = [
-    ("Vanguard_Armour", (0.47, 0.45, 0.33), {"roughness": 0.6}),
+    ("Vanguard_Armour", WHITE, {"roughness": 0.6, "texture": "plate"}),
     ("Vanguard_Steel", (0.23, 0.24, 0.26), {"roughness": 0.35}),
-    ("Vanguard_Rubber", (0.10, 0.10, 0.11), {"roughness": 0.95}),
-    ("Vanguard_Team", (0.62, 0.13, 0.11), {"roughness": 0.5}),
-    ("Vanguard_Cloth", (0.70, 0.16, 0.13), {"roughness": 1.0, "doubleSided": True}),
+    ("Vanguard_Rubber", WHITE, {"roughness": 0.95, "texture": "tread", "transform": {"scale": [10.0, 2.0], "offset": [0.0, 0.25]}}),
+    ("Vanguard_Team", WHITE, {"roughness": 0.5, "texture": TEAM_TEXTURE}),
+    ("Vanguard_Cloth", WHITE, {"roughness": 1.0, "doubleSided": True, "alphaMode": "BLEND", "texture": "cloth"}),
     ("Vanguard_Brass", (0.76, 0.58, 0.24), {"roughness": 0.25}),
-    ("Vanguard_Lamp", (0.95, 0.90, 0.70), {"roughness": 0.2, "emissive": (1.0, 0.9, 0.6)}),
+    ("Vanguard_Lamp", (0.95, 0.90, 0.70), {"roughness": 0.2, "emissive": (1.0, 0.9, 0.6),
+                                           "extras": {"host": {"selfIllum": 0.4, "tracks": {"selfIllum": clips.ALARM_LAMPS}}}}),
     ("Vanguard_Glass", (0.35, 0.55, 0.60, 0.45), {"roughness": 0.1, "alphaMode": "BLEND"}),
 ]
 ARMOUR, STEEL, RUBBER, TEAM, CLOTH, BRASS, LAMP, GLASS = range(len(MATERIALS))
-
-
-def grid(value):
-    """Rounded to 1/8192 m: what the processor's sine does in its last digits never reaches the file."""
-    return round(value * 8192) / 8192
-
-
-def sub(a, b):
-    return tuple(x - y for x, y in zip(a, b))
-
-
-def cross(a, b):
-    return (a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0])
-
-
-def dot(a, b):
-    return sum(x * y for x, y in zip(a, b))
-
-
-def unit(a):
-    length = math.sqrt(dot(a, a))
-    return tuple(x / length for x in a) if length else (0.0, 1.0, 0.0)
-
-
-class Mesh:
-    """Triangles with a material and a smoothing group each; group 0 is hard on every side."""
-
-    def __init__(self, name):
-        self.name = name
-        self.faces = []  # (material, group, ((position, uv), ...))
-        self.groups = 0
-
-    def new_group(self):
-        self.groups += 1
-        return self.groups
-
-    def solid(self, polygons):
-        """Adds a closed surface, turned inside out if its polygons look inwards."""
-        triangles = []
-        for material, group, corners in polygons:
-            corners = [(tuple(grid(x) for x in p), uv) for p, uv in corners]
-            for i in range(1, len(corners) - 1):
-                triangle = (corners[0], corners[i], corners[i + 1])
-                if len({p for p, _ in triangle}) == 3:
-                    triangles.append((material, group, triangle))
-        volume = sum(dot(t[0][0], cross(t[1][0], t[2][0])) for _, _, t in triangles)
-        for material, group, t in triangles:
-            self.faces.append((material, group, t if volume >= 0 else (t[0], t[2], t[1])))
-
-    def loft(self, rings, material, smooth=False, caps=(True, True)):
-        """The skin over rings of points. `smooth` may be a list with one entry a strip, `material` too.
-
-        Strips that follow each other and are smooth share one group, so an edge between two strips is hard exactly
-        where one of them is.
-        """
-        count = len(rings[0])
-        strips = len(rings) - 1
-        smooth = smooth if isinstance(smooth, list) else [smooth] * strips
-        materials = material if isinstance(material, list) else [material] * strips
-        polygons = []
-        group = 0
-        for j in range(strips):
-            group = (group or self.new_group()) if smooth[j] else 0
-            for i in range(count):
-                k = (i + 1) % count
-                u0, u1, v0, v1 = i / count, (i + 1) / count, j / strips, (j + 1) / strips
-                polygons.append((materials[j], group, [(rings[j][i], (u0, v0)), (rings[j][k], (u1, v0)),
-                                                       (rings[j + 1][k], (u1, v1)), (rings[j + 1][i], (u0, v1))]))
-        for ring, wanted, strip in ((list(reversed(rings[0])), caps[0], 0), (rings[-1], caps[1], -1)):
-            if wanted:
-                polygons.append((materials[strip], 0, [(p, cap_uv(ring, p)) for p in ring]))
-        self.solid(polygons)
-
-    def box(self, centre, size, material, bevel=0.03):
-        """A box whose edges along Z are cut off by `bevel`, and its two ends too."""
-        x, y, z = (s / 2 for s in size)
-        b = min(bevel, x * 0.8, y * 0.8, z * 0.8)
-
-        def ring(at, inset):
-            w, h = x - inset, y - inset
-            outline = [(w, -h + b), (w, h - b), (w - b, h), (-w + b, h), (-w, h - b), (-w, -h + b), (-w + b, -h), (w - b, -h)]
-            return [(centre[0] + p, centre[1] + q, centre[2] + at) for p, q in outline]
-
-        self.loft([ring(-z, b), ring(-z + b, 0), ring(z - b, 0), ring(z, b)], material)
-
-    def lathe(self, profile, segments, material, axis="x", origin=(0, 0, 0), smooth=True, wobble=None, caps=(True, True)):
-        """Turns a profile of (along, radius) pairs about an axis. `wobble` scales the radius by (ring, segment)."""
-        rings = []
-        for r, (along, radius) in enumerate(profile):
-            ring = []
-            for i in range(segments):
-                angle = TAU * i / segments
-                scaled = radius * (wobble(r, i) if wobble else 1)
-                p, q = scaled * math.cos(angle), scaled * math.sin(angle)
-                x, y, z = {"x": (along, p, q), "y": (q, along, p), "z": (p, q, along)}[axis]
-                ring.append((origin[0] + x, origin[1] + y, origin[2] + z))
-            rings.append(ring)
-        self.loft(rings, material, smooth, caps)
-
-    def tube(self, path, radius, segments, material):
-        """A pipe in a plane of constant x along the points of `path`; `radius` is one number or one a point."""
-        rings = []
-        for i, point in enumerate(path):
-            forward = unit(sub(path[min(i + 1, len(path) - 1)], path[max(i - 1, 0)]))
-            side = (1.0, 0.0, 0.0)
-            up = cross(forward, side)
-            r = radius[i] if isinstance(radius, list) else radius
-            rings.append([tuple(point[c] + r * (math.cos(TAU * s / segments) * side[c] + math.sin(TAU * s / segments) * up[c])
-                                for c in range(3)) for s in range(segments)])
-        self.loft(rings, material, smooth=True)
-
-    def bolts(self, centres, radius, height, material, axis="x", sides=6):
-        for centre in centres:
-            self.lathe([(0, radius), (height * 0.6, radius), (height, radius * 0.6)], sides, material, axis, centre, smooth=False,
-                       caps=(False, True))
-
-
-def cap_uv(ring, point):
-    """Flat coordinates of a cap: the two axes in which its ring is widest, over 1 m."""
-    spans = [max(p[c] for p in ring) - min(p[c] for p in ring) for c in range(3)]
-    flat = spans.index(min(spans))
-    a, b = [c for c in range(3) if c != flat]
-    return (point[a] % 1.0 if spans[a] > 1 else point[a] + 0.5, point[b] % 1.0 if spans[b] > 1 else point[b] + 0.5)
+BY_NAME = {name.split("_")[1]: i for i, (name, _, _) in enumerate(MATERIALS)}
 
 
 def inset(outline, distance):
@@ -281,27 +167,37 @@ def make_gun():
 
 
 def make_banner():
-    """Origin at the foot of the pole. The cloth hangs from the yard and is one grid, to be given bones later."""
+    """The pole and its yard, origin at the foot."""
     mesh = Mesh("Banner")
     mesh.lathe([(0.0, 0.05), (0.08, 0.05), (0.08, 0.028), (2.15, 0.022)], 10, STEEL, "y", smooth=[True, False, True])
     mesh.lathe([(2.13, 0.02), (2.17, 0.06), (2.22, 0.065), (2.27, 0.03), (2.42, 0.0)], 10, BRASS, "y", smooth=[True, True, True, False],
                caps=(True, False))
     mesh.lathe([(-0.56, 0.0), (-0.52, 0.035), (-0.48, 0.02), (0.48, 0.02), (0.52, 0.035), (0.56, 0.0)], 8, BRASS, "x", (0, 2.02, 0.03), True,
                caps=(False, False))
+    return mesh
+
+
+def make_cloth():
+    """The cloth that hangs from the banner's yard, in the banner's place: one grid over a row of bones."""
+    mesh = Mesh("Banner_Cloth")
     columns, rows = 12, 14
     group = mesh.new_group()
 
+    def bind(p):
+        place = max(0.0, min(3.0, (1.92 - p[1]) / 0.36))
+        lower = int(min(place, 2.0))
+        return [(clips.CLOTH_BONES[lower], 1 - (place - lower)), (clips.CLOTH_BONES[lower + 1], place - lower)]
+
     def point(i, j):
         u, v = i / columns, j / rows
-        tail = 0.16 * (1 - abs(2 * u - 1)) if j == rows else 0.0  # swallow-tailed
-        return (grid(-0.44 + 0.88 * u), grid(2.00 - 1.30 * v + tail), grid(0.03 - v * (0.10 * math.sin(5.2 * u + 3.5 * v) + 0.16)))
+        return (grid(-0.44 + 0.88 * u), grid(2.00 - 1.30 * v), grid(0.03 - v * (0.10 * math.sin(5.2 * u + 3.5 * v) + 0.16)))
 
     for j in range(rows):
         for i in range(columns):
             quad = [(i, j), (i, j + 1), (i + 1, j + 1), (i + 1, j)]
             corners = [(point(*c), (c[0] / columns, c[1] / rows)) for c in quad]
             for t in ((0, 1, 2), (0, 2, 3)):
-                mesh.faces.append((CLOTH, group, tuple(corners[k] for k in t)))
+                mesh.faces.append((CLOTH, group, tuple(corners[k] for k in t), bind))
     return mesh
 
 
@@ -316,120 +212,74 @@ def make_exhaust():
     return mesh
 
 
-def normals(mesh):
-    """Per face three normals: of its own group at its corners, or of the face alone in group 0."""
-    flat = [unit(cross(sub(t[1][0], t[0][0]), sub(t[2][0], t[0][0]))) for _, _, t in mesh.faces]
-    sums = {}
-    for (_, group, t), n in zip(mesh.faces, flat):
-        if group:
-            for p, _ in t:
-                s = sums.setdefault((p, group), [0.0, 0.0, 0.0])
-                for c in range(3):
-                    s[c] += n[c]
-    rounded = lambda n: tuple(round(x, 6) + 0.0 for x in unit(n))
-    return [tuple(rounded(sums[(p, group)]) if group else rounded(n) for p, _ in t) for (_, group, t), n in zip(mesh.faces, flat)]
-
-
-class Glb:
-    def __init__(self):
-        self.data = bytearray()
-        self.views = []
-        self.accessors = []
-
-    def accessor(self, values, kind, component, target):
-        form = {5126: "f", 5123: "H"}[component]
-        width = {"SCALAR": 1, "VEC2": 2, "VEC3": 3}[kind]
-        self.data += b"\0" * (-len(self.data) % 4)
-        flat = [x for v in values for x in v] if width > 1 else values
-        raw = struct.pack("<%d%s" % (len(flat), form), *flat)
-        self.views.append({"buffer": 0, "byteOffset": len(self.data), "byteLength": len(raw), "target": target})
-        self.data += raw
-        entry = {"bufferView": len(self.views) - 1, "componentType": component, "count": len(values), "type": kind}
-        if kind == "VEC3":
-            single = [struct.unpack("<3f", struct.pack("<3f", *v)) for v in values]
-            entry["min"] = [min(v[c] for v in single) for c in range(3)]
-            entry["max"] = [max(v[c] for v in single) for c in range(3)]
-        self.accessors.append(entry)
-        return len(self.accessors) - 1
-
-    def mesh(self, mesh):
-        primitives = []
-        face_normals = normals(mesh)
-        for material in sorted({f[0] for f in mesh.faces}):
-            seen, vertices, indices = {}, [], []
-            for (face_material, _, t), ns in zip(mesh.faces, face_normals):
-                if face_material != material:
-                    continue
-                for (p, uv), n in zip(t, ns):
-                    key = (p, n, tuple(round(x, 5) for x in uv))
-                    if key not in seen:
-                        seen[key] = len(vertices)
-                        vertices.append(key)
-                    indices.append(seen[key])
-            attributes = {name: self.accessor([v[i] for v in vertices], kind, 5126, 34962)
-                          for i, (name, kind) in enumerate((("POSITION", "VEC3"), ("NORMAL", "VEC3"), ("TEXCOORD_0", "VEC2")))}
-            primitives.append({"attributes": attributes, "indices": self.accessor(indices, "SCALAR", 5123, 34963), "material": material})
-        return {"name": mesh.name, "primitives": primitives}
-
-    def write(self, path, document):
-        self.data += b"\0" * (-len(self.data) % 4)
-        document.update(bufferViews=self.views, accessors=self.accessors, buffers=[{"byteLength": len(self.data)}])
-        text = json.dumps(document, separators=(",", ":")).encode()
-        text += b" " * (-len(text) % 4)
-        with open(path, "wb") as out:
-            out.write(struct.pack("<4sII", b"glTF", 2, 12 + 8 + len(text) + 8 + len(self.data)))
-            out.write(struct.pack("<I4s", len(text), b"JSON") + text)
-            out.write(struct.pack("<I4s", len(self.data), b"BIN\0") + self.data)
-
-
 def material(name, colour, traits):
     entry = {"name": name, "pbrMetallicRoughness": {"baseColorFactor": list(colour) + [1.0] * (4 - len(colour)),
                                                      "metallicFactor": 0.0, "roughnessFactor": traits["roughness"]}}
+    if "texture" in traits:
+        texture = {"index": TEXTURES.index(traits["texture"])}
+        if "transform" in traits:
+            texture["extensions"] = {"KHR_texture_transform": traits["transform"]}
+        entry["pbrMetallicRoughness"]["baseColorTexture"] = texture
     if "emissive" in traits:
         entry["emissiveFactor"] = list(traits["emissive"])
-    for key in ("doubleSided", "alphaMode"):
+    for key in ("doubleSided", "alphaMode", "extras"):
         if key in traits:
             entry[key] = traits[key]
     return entry
 
 
-def look_at(eye, target):
-    """The rotation of a camera at `eye`, which looks along its own -Z."""
-    back = unit(sub(eye, target))
-    right = unit(cross((0.0, 1.0, 0.0), back))
-    up = cross(back, right)
-    w = math.sqrt(1 + right[0] + up[1] + back[2]) / 2
-    return [round(x, 6) for x in ((up[2] - back[1]) / (4 * w), (back[0] - right[2]) / (4 * w), (right[1] - up[0]) / (4 * w), w)]
+def image(glb, name):
+    """Inside the file, but for the team's, which is a file of its own so that other units can use it."""
+    if name == TEAM_TEXTURE:
+        return {"name": "vanguard_team", "uri": name + ".tga"}
+    png = getattr(pictures, name)().png(alpha=name == "cloth")
+    return {"name": "vanguard_" + name, "mimeType": "image/png", "bufferView": glb.view(png)}
 
 
-class Nodes:
-    """The node list. Children are named when they are added under a parent that is there already."""
+def write_team_textures(folder):
+    os.makedirs(os.path.join(folder, os.path.dirname(TEAM_TEXTURE)), exist_ok=True)
+    files = {"": pictures.team(), **{"_default_" + name: layer for name, layer in pictures.team_layers().items()}}
+    for suffix, picture in files.items():
+        with open(os.path.join(folder, TEAM_TEXTURE + suffix + ".tga"), "wb") as out:
+            out.write(picture.tga())
+
+
+class Scene:
+    """Nodes, and the meshes and skins that they refer to."""
 
     def __init__(self):
-        self.list = []
-        self.index = {}
+        self.glb = Glb()
+        self.nodes = Nodes()
+        self.meshes = []
+        self.skins = []
+        self.faces = {}
 
-    def add(self, name, parent=None, at=None, **members):
-        node = {"name": name}
-        if at:
-            node["translation"] = list(at)
-        node.update(members)
-        self.index[name] = len(self.list)
-        self.list.append(node)
-        if parent:
-            self.list[self.index[parent]].setdefault("children", []).append(self.index[name])
+    def mesh(self, mesh, bones=()):
+        mesh.box_map(ARMOUR, 1.7)
+        mesh.box_map(TEAM, 1.4)
+        self.meshes.append(self.glb.mesh(mesh, bones))
+        self.faces[len(self.meshes) - 1] = len(mesh.faces)
+        return len(self.meshes) - 1
+
+    def skin(self, bones, mesh_place):
+        """The mesh is modelled around `mesh_place`, and no bone is turned."""
+        matrices = []
+        for bone in bones:
+            at = self.nodes.place(bone)
+            matrices.append((1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0) + tuple(round(m - b, 6) for m, b in zip(mesh_place, at)) + (1,))
+        self.skins.append({"inverseBindMatrices": self.glb.accessor(matrices, "MAT4", FLOAT),
+                           "joints": [self.nodes.index[b] for b in bones]})
+        return len(self.skins) - 1
 
 
-def build():
-    glb = Glb()
-    makers = [make_hull, make_fender, make_wheel, make_turret, make_gun, make_banner, make_exhaust]
-    parts = [maker() for maker in makers]
-    meshes = [glb.mesh(part) for part in parts]
-    hull, fender, wheel, turret, gun, banner, exhaust = range(len(parts))
+GUN_AT, GUN_REST = (0.0, 0.34, 0.92), -3
+
+
+def add_wagon(scene):
+    nodes = scene.nodes
+    hull, fender, wheel, turret, gun, banner, exhaust = (
+        scene.mesh(make()) for make in (make_hull, make_fender, make_wheel, make_turret, make_gun, make_banner, make_exhaust))
     mirrored = [-1.0, 1.0, 1.0]
-
-    nodes = Nodes()
-    nodes.add("Vanguard")
     nodes.add("Hull", "Vanguard", mesh=hull)
     nodes.add("Fender_L", "Hull", mesh=fender)
     nodes.add("Fender_R", "Hull", mesh=fender, scale=mirrored)
@@ -437,37 +287,72 @@ def build():
         nodes.add("Wheel_L%d" % number, "Hull", (1.22, 0.53, z), mesh=wheel)
         nodes.add("Wheel_R%d" % number, "Hull", (-1.22, 0.53, z), mesh=wheel, scale=mirrored)
     nodes.add("Turret", "Hull", (0.0, 1.84, -0.62), mesh=turret)
-    nodes.add("Gun", "Turret", (0.0, 0.34, 0.92), mesh=gun, rotation=[round(-math.sin(math.radians(3)), 6), 0.0, 0.0, round(math.cos(math.radians(3)), 6)])
+    nodes.add("Gun", "Turret", GUN_AT, mesh=gun, rotation=list(turn("x", GUN_REST)))
     nodes.add("Muzzle", "Gun", (0.0, 0.0, 2.68))
-    # Cloth is drawn after everything solid, is left out at low detail, and isn't there to be clicked at.
-    nodes.add("Banner", "Hull", (-0.55, 1.80, -2.20), mesh=banner,
-              extras={"RenderPriority": 10, "MeshMinDetail": "Medium", "No_Child_Selection": True})
-    for side, x in (("L", 0.62), ("R", -0.62)):
-        nodes.add("Exhaust_" + side, "Hull", (x + (0.3 if x > 0 else 0.0), 1.84, -1.75), mesh=exhaust,
-                  **({} if side == "L" else {"scale": mirrored}))
+    nodes.add("Banner", "Hull", (-0.55, 1.80, -2.20), mesh=banner)
+    for side, x in (("L", 0.92), ("R", -0.92)):
+        nodes.add("Exhaust_" + side, "Hull", (x, 1.84, -1.75), mesh=exhaust, **({} if side == "L" else {"scale": mirrored}))
         nodes.add("Smoke_" + side, "Exhaust_" + side, (0.0, 0.48, -0.42))
-    nodes.list[nodes.index["Exhaust_R"]]["translation"][0] = -0.92
-    eye, target = (5.6, 3.6, 7.2), (0.0, 1.35, 0.1)
-    nodes.add("Camera_Show", "Vanguard", eye, camera=0, rotation=look_at(eye, target))
 
-    distance = math.sqrt(dot(sub(eye, target), sub(eye, target)))
+
+def add_cloth(scene):
+    parent, y = "Banner", 2.00
+    for bone in clips.CLOTH_BONES:
+        scene.nodes.add(bone, parent, (0.0, y, 0.03) if parent == "Banner" else (0.0, -0.36, 0.0))
+        parent = bone
+    skin = scene.skin(clips.CLOTH_BONES, scene.nodes.place("Banner"))
+    # Cloth is drawn after everything solid, is left out at low detail, and isn't there to be clicked at.
+    scene.nodes.add("Banner_Cloth", "Vanguard", mesh=scene.mesh(make_cloth(), clips.CLOTH_BONES), skin=skin,
+                    extras={"RenderPriority": 10, "MeshMinDetail": "Medium", "No_Child_Selection": True})
+
+
+def add_guard(scene):
+    places = {}
+    scene.nodes.add("Guard_Place", "Vanguard", PLACE)
+    for bone, parent, at in all_bones():
+        places[bone] = at
+        above = places[parent] if parent else (0.0, 0.0, 0.0)
+        scene.nodes.add(bone, parent or "Guard_Place", tuple(round(c - p, 6) for c, p in zip(at, above)))
+    bones = list(places)
+    scene.nodes.add("Guard", "Vanguard", mesh=scene.mesh(make_guard(BY_NAME), bones), skin=scene.skin(bones, (0.0, 0.0, 0.0)))
+    scene.nodes.add("Halberd", "Guard_Hand_R", (0.0, -0.03, 0.07), mesh=scene.mesh(make_halberd(BY_NAME)))
+    scene.nodes.add("Halberd_Tip", "Halberd", (0.0, 1.66, 0.0))
+    scene.nodes.add("Guard_Eyes", "Guard_Head", (0.0, 0.105, 0.15))
+
+
+def build(folder):
+    scene = Scene()
+    scene.nodes.add("Vanguard")
+    add_wagon(scene)
+    add_cloth(scene)
+    add_guard(scene)
+    eye = (6.9, 3.3, 8.0)
+    scene.nodes.add("Camera_Show", "Vanguard", eye, camera=0, rotation=look_at(eye, clips.FOCUS))
+    away = sub(eye, clips.FOCUS)
+    animations = {"March": clips.march(), "Aim": clips.aim(GUN_AT, GUN_REST), "Flyby": clips.flyby(), "Alarm": clips.alarm()}
     document = {
         "asset": {"version": "2.0", "generator": "make_vanguard.py"},
+        "extensionsUsed": ["KHR_texture_transform"],
         "scene": 0,
         "scenes": [{"name": "Vanguard", "nodes": [0], "extras": {"Project": "Vanguard", "Unit": "war wagon"}}],
-        "nodes": nodes.list,
-        "meshes": meshes,
+        "nodes": scene.nodes.list,
+        "meshes": scene.meshes,
+        "skins": scene.skins,
+        "animations": [scene.glb.animation(name, scene.nodes, tracks) for name, tracks in animations.items()],
         "materials": [material(*m) for m in MATERIALS],
+        "textures": [{"source": i, "sampler": 0} for i in range(len(TEXTURES))],
+        "samplers": [{"magFilter": 9729, "minFilter": 9987, "wrapS": 10497, "wrapT": 10497}],
+        "images": [image(scene.glb, name) for name in TEXTURES],
         "cameras": [{"name": "Show", "type": "perspective",
                      "perspective": {"yfov": 0.6, "aspectRatio": 1.5, "znear": 0.1, "zfar": 100.0},
-                     "extras": {"host": {"clip": [0.1, 100.0], "targetDistance": round(distance, 4)}}}],
+                     "extras": {"host": {"clip": [0.1, 100.0], "targetDistance": round(math.sqrt(dot(away, away)), 4)}}}],
     }
-    path = os.path.join(os.path.dirname(os.path.abspath(__file__)), "Vanguard.glb")
-    glb.write(path, document)
-    faces = {part.name: len(part.faces) for part in parts}
-    placed = sum(faces[meshes[n["mesh"]]["name"]] for n in nodes.list if "mesh" in n)
-    print("%s: %d bytes, %d nodes, %d triangles placed (%s)" % (os.path.basename(path), os.path.getsize(path), len(nodes.list), placed,
-                                                               ", ".join("%s %d" % f for f in faces.items())))
+    path = os.path.join(folder, "Vanguard.glb")
+    scene.glb.write(path, document)
+    write_team_textures(folder)
+    placed = sum(scene.faces[n["mesh"]] for n in scene.nodes.list if "mesh" in n)
+    print("%s: %d bytes, %d nodes, %d triangles placed, clips %s" % (os.path.basename(path), os.path.getsize(path), len(scene.nodes.list),
+                                                                    placed, ", ".join(animations)))
 
 
-build()
+build(os.path.dirname(os.path.abspath(__file__)))
