@@ -19,7 +19,7 @@ constexpr std::string_view s_ToolAlias = "TOOL:";
 struct Notes {
     std::vector<std::string> bones;
     std::string lastFault;
-    std::string last;
+    std::string lastWarning;
 };
 Notes s_Notes;
 
@@ -44,14 +44,20 @@ std::string WithoutAlias(std::string_view line) {
     return std::string(line);
 }
 
-void Keep(dbMessage message) {
+void KeepFault(dbMessage message) {
+    for (const char* pLine : message)
+        if (const std::string_view line = WithoutPlace(pLine); line.starts_with(s_FaultMark))
+            s_Notes.lastFault = WithoutAlias(line);
+}
+
+void KeepWarning(dbMessage message) {
+    KeepFault(message);
     for (const char* pLine : message) {
         const std::string_view line = WithoutPlace(pLine);
         if (line.starts_with(s_BonesMark))
             s_Notes.bones.push_back(WithNativeFile(line));
-        else if (line.starts_with(s_FaultMark))
-            s_Notes.lastFault = WithoutAlias(line);
-        s_Notes.last = line;
+        else
+            s_Notes.lastWarning = line;
     }
 }
 
@@ -96,13 +102,13 @@ void CheckMergeInputs(const MergeArguments& arguments) {
 
 MergeNotes::MergeNotes() {
     s_Notes = {};
-    dbAddWarningSubscriber(Keep);
-    dbAddErrorSubscriber(Keep);
+    dbAddWarningSubscriber(KeepWarning);
+    dbAddErrorSubscriber(KeepFault);
 }
 
 MergeNotes::~MergeNotes() {
-    dbRemoveWarningSubscriber(Keep);
-    dbRemoveErrorSubscriber(Keep);
+    dbRemoveWarningSubscriber(KeepWarning);
+    dbRemoveErrorSubscriber(KeepFault);
 }
 
 void MergeNotes::PrintSummary(const MergeArguments& arguments, const Messages& messages) const {
@@ -112,9 +118,10 @@ void MergeNotes::PrintSummary(const MergeArguments& arguments, const Messages& m
 
 void MergeNotes::PrintFailure(const MergeArguments& arguments, bool silent, const Messages& messages) const {
     PrintBones(messages);
-    if (!s_Notes.lastFault.empty())
-        messages.Print(MessageKind::Error, s_Notes.lastFault);
-    else if (silent)
+    const std::string& reason = s_Notes.lastFault.empty() ? s_Notes.lastWarning : s_Notes.lastFault;
+    if (silent)
         messages.Print(MessageKind::Error,
-                       arguments.merged + ": the merge failed" + (s_Notes.last.empty() ? "" : ": " + s_Notes.last));
+                       arguments.merged + ": the merge failed" + (reason.empty() ? "" : ": " + reason));
+    else if (!reason.empty())
+        messages.Print(MessageKind::Error, reason);
 }

@@ -18,7 +18,7 @@ public:
 
     // The merged file and its size, and in what the animations' bones differ from the model's.
     void PrintSummary(const MergeArguments& arguments, const Messages& messages) const;
-    // The same for a merge that failed, with the fault that it met. `silent` when it has said nothing itself: then at
-    // least what the log said last.
+    // The same for a merge that failed, with what the log gave as the reason. `silent` when the merge has said nothing
+    // itself.
     void PrintFailure(const MergeArguments& arguments, bool silent, const Messages& messages) const;
 };

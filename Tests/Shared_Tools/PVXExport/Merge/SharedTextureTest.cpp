@@ -1,5 +1,6 @@
 #include "Shared/Cross/RenderAnim/Files/SharedShaderFile.h"
 #include "Shared/Cross/RenderAnim/Shader.h"
+#include "Shared/PC/Debug/Process.h"
 #include "Shared_Tools/PVXExport/Merge/OmbrelSharedShader.h"
 #include "Shared_Tools/PVXExport/Merge/mergeburn.h"
 #include "Tests/Shared_Tools/PVXExport/Merge/MergeFixture.h"
@@ -63,6 +64,49 @@ TEST_F(SharedTextures, AFileThatCannotBeOpenedIsAnException) {
     EXPECT_FALSE(Merge({}));
     EXPECT_THAT(m_Text, HasSubstr("Unable to open shared texture")) << "there is no port";
     OSFile::SetWritable(At("gen/art/Hull_Texture_SHARE.qsh").c_str(), true);
+}
+
+// With a burner that has nothing to say but that it is done.
+class BurntTextures : public MergeFixture {
+protected:
+    BurntTextures() {
+        std::filesystem::copy_file(Process::GetExecutableFolder() + "burner-standin",
+                                   m_Server.Native("Burner/BurnerImp.exe"));
+        setenv("PVX_PIPES", m_Server.Native("pipes").c_str(), 1);
+        setenv("BURNER_STANDIN_LOG", m_Server.Native("burner.log").c_str(), 1);
+    }
+    ~BurntTextures() override {
+        for (const char* pName : {"PVX_PIPES", "BURNER_STANDIN", "BURNER_STANDIN_LOG"})
+            unsetenv(pName);
+    }
+    static void AnswerWith(const char* pResult) {
+        setenv("BURNER_STANDIN", ("connect; read; send 42545242 01000000; read;" + std::string(pResult)).c_str(), 1);
+    }
+    static constexpr const char* s_Done = "send 53455242 01000000 01 00000000;";
+    // Result 0, and the error "no".
+    static constexpr const char* s_NotAll = "send 53455242 00000000 01 01000000 02000000 02000000 6e6f;";
+};
+
+TEST_F(BurntTextures, EachIsWrittenOnceWithItsPattern) {
+    WriteModel("int/ref.pvx", {}, {"art\\a_texture_share", "art\\steel", "art\\b_texture_share"});
+    const Bytes picture = MakeTga(4, 4, 32);
+    for (const char* pName : {"a_texture_share", "a_texture_share_default_primary", "steel", "steel_default_primary"})
+        m_Server.Write(std::string("src/art/") + pName + ".tga", {picture.begin(), picture.end()});
+    AnswerWith(s_Done);
+    EXPECT_TRUE(Merge({}));
+    EXPECT_EQ(m_Text, "");
+    EXPECT_TRUE(AreServicesDown());
+    for (const char* pName : {"a_texture_share_default.otp", "a_texture_share.qsh", "b_texture_share.qsh"})
+        EXPECT_EQ(m_Server.GetOpened(std::string("gen/art/") + pName), "add 1") << pName;
+    EXPECT_FALSE(m_Server.Has("gen/art/steel.qsh") || m_Server.Has("gen/art/steel_default.otp"));
+    EXPECT_FALSE(m_Server.Has("gen/art/b_texture_share_default.otp"));
+}
+
+TEST_F(BurntTextures, OnlyThatTheBurnCameToAResultCounts) {
+    WriteModel("int/ref.pvx", {}, {"art\\a_texture_share"});
+    AnswerWith(s_NotAll);
+    EXPECT_TRUE(Merge({}));
+    EXPECT_THAT(m_Server.Read("int/ref.log"), HasSubstr("BURNER -- '" + At("gen") + "\\art\\a_texture_share.qsh': no"));
 }
 
 TEST_F(SharedTextures, MarksAreSetAndCleared) {

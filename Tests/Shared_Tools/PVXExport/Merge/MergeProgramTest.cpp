@@ -1,0 +1,103 @@
+#include <gmock/gmock.h>
+
+#include "Tests/Host/App/ChildProgram.h"
+#include "Tests/Host/App/TestFolder.h"
+#include "Tests/Shared_Tools/PVXExport/Merge/ModelFiles.h"
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+// pvxhost merge as its users meet it.
+class MergeProgram : public TestFolder {
+protected:
+    MergeProgram() {
+        for (const char* pFolder : {"ToolsData", "Burner", "int"})
+            std::filesystem::create_directory(m_Folder / pFolder);
+        Write("pipeline.ini", std::string(s_GlobalSection) +
+                                  "[burner]\r\nburnerPath=Burner\r\n[p4]\r\nRevControlPort=\r\n" + s_ProjectSection);
+        WriteModel({"art\\steel"});
+        Write("int/run.pvx", MakeAnimFile({"hip", "knee"}));
+    }
+
+    void WriteModel(const std::vector<std::string>& shaders) const {
+        Write("int/ref.pvx", ModelServices().MakeModel({"hip", "knee"}, shaders));
+    }
+    ProgramResult Merge(const std::vector<std::string>& anims, std::vector<std::string> options = {}) const {
+        options.insert(options.begin(), {"merge", At("gen/new/tank.pvx"), At("int/ref.pvx")});
+        for (const std::string& name : anims)
+            options.push_back(At(name));
+        return RunProgram("pvxhost", options);
+    }
+    bool HasMerged() const { return std::filesystem::exists(At("gen/new/tank.pvx")); }
+};
+
+TEST_F(MergeProgram, TheSummaryTellsWhatWasMergedAndWhichBonesDiffer) {
+    Write("int/other.pvx", MakeAnimFile({"hip", "tail"}));
+    const ProgramResult result = Merge({"int/run.pvx", "int/other.pvx"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.out, "");
+    EXPECT_TRUE(HasMerged()) << "its folder is made";
+    const std::string size = std::to_string(std::filesystem::file_size(At("gen/new/tank.pvx")));
+    EXPECT_THAT(
+        Lines(result.err),
+        ElementsAre(At("gen/new/tank.pvx") + ": " + size + " bytes, " + At("int/ref.pvx") + " with 2 animation files",
+                    At("int/other.pvx") +
+                        ": bones: 1 of the model's missing in the animation, 1 of the animation's missing in "
+                        "the model, 0 with another parent, 0 with another rest pose",
+                    At("int/other.pvx") + ": missing in the animation: knee",
+                    At("int/other.pvx") + ": missing in the model: tail"));
+    EXPECT_THAT(Merge({"int/run.pvx"}, {"--quiet"}).err, IsEmpty());
+}
+
+TEST_F(MergeProgram, FilesThatCannotBeReadAreRefusedAheadOfTheWork) {
+    const ProgramResult result = Merge({"int/run.pvx", "int/none.pvx"});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.err, At("int/none.pvx") + ": there is no such file; name an exported animation\n");
+    EXPECT_FALSE(HasMerged());
+    EXPECT_EQ(Merge({"int/none.pvx"}, {"--no-model"}).status, 0) << "animations don't matter then";
+    EXPECT_EQ(Merge({"int"}).status, 2);
+    std::filesystem::remove(At("int/ref.pvx"));
+    EXPECT_EQ(Merge({}).status, 2);
+}
+
+TEST_F(MergeProgram, AFailureTellsItsReason) {
+    Write("int/bad.pvx", MakeAnimFile({"hip"}).substr(0, 100));
+    ProgramResult result = Merge({"int/bad.pvx"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "Merge: Unable to build the intermediate model (Data Intermediate)!\n");
+    EXPECT_THAT(result.err, HasSubstr("bad.pvx: "));
+
+    std::filesystem::remove(At("pipeline.ini"));
+    result = Merge({});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "") << "a start that fails says nothing by itself";
+    ASSERT_EQ(Lines(result.err).size(), 1u) << result.err;
+    EXPECT_THAT(result.err, HasSubstr("tank.pvx: the merge failed: PIPELINE -- no pipeline.ini"));
+}
+
+TEST_F(MergeProgram, ABareTextIsCaughtAndPrinted) {
+    WriteModel({"art\\hull_texture_share"});
+    ProgramResult result = Merge({});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.err, HasSubstr("Failed to locate the burner module"));
+    EXPECT_THAT(Lines(result.err).back(), testing::StartsWith("Merge: Unable to burn shared texture 'Z:"));
+    EXPECT_TRUE(HasMerged() && std::filesystem::exists(At("gen/art/hull_texture_share.qsh")));
+    result = RunProgram("pvxhost", {"merge", At("gen/new/tank.pvx"), At("int/ref.pvx"), "--no-textures"});
+    EXPECT_EQ(result.status, 0) << result.err;
+
+    // In a script it ends the script, as any error does.
+    const std::string script =
+        Write("merge.ms", "ombl_animerge \"gen\\\\x.pvx\" \"int\\\\ref.pvx\" #()\nombl_burner_reset\n");
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(m_Folder);
+    result = RunProgram("pvxhost", {"script", script});
+    std::filesystem::current_path(before);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_THAT(result.err, HasSubstr("merge.ms:1: Merge: Unable to burn shared texture"));
+}
+
+} // namespace
