@@ -1,8 +1,11 @@
 #include "Shared/Cross/RenderAnim/MeshGroup.h"
 
+#include <algorithm>
+
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/Shader.h"
 #include "Shared/Cross/RenderAnim/Skeleton.h"
+#include "Shared/Cross/Util/Hash.h"
 
 namespace ra {
 
@@ -16,6 +19,11 @@ const MeshRef& GetNoMesh() {
 const ShaderRef& GetNoShader() {
     static const ShaderRef s_noShader;
     return s_noShader;
+}
+
+std::string MakeLower(std::string name) {
+    std::ranges::transform(name, name.begin(), ToLower);
+    return name;
 }
 
 } // namespace
@@ -146,12 +154,15 @@ void MeshGroup::AddShader(const ShaderRef& shaderRef, bool owned) {
         return;
     }
     m_ShaderNames.try_emplace(shaderRef.GetResource()->GetName(), GetShaderCount());
+    m_LowerShaderNames.try_emplace(MakeLower(shaderRef.GetResource()->GetName()), GetShaderCount());
     m_cShaders.push_back({.shader = shaderRef, .owned = owned});
 }
 
 int32_t MeshGroup::FindShader(const char* pName) const {
-    const auto it = m_ShaderNames.find(pName);
-    return it != m_ShaderNames.end() ? static_cast<int32_t>(it->second) : InvalidIndex;
+    if (const auto it = m_ShaderNames.find(pName); it != m_ShaderNames.end())
+        return static_cast<int32_t>(it->second);
+    const auto it = m_LowerShaderNames.find(MakeLower(pName));
+    return it != m_LowerShaderNames.end() ? static_cast<int32_t>(it->second) : InvalidIndex;
 }
 
 uint32_t MeshGroup::GetPolyCount(uint32_t level) const {

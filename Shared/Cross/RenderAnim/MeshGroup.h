@@ -56,7 +56,7 @@ public:
     bool IsShaderOwned(uint32_t index) const;
     // A shader that is listed already only becomes owned, if it is now.
     void AddShader(const ShaderRef& shader, bool owned);
-    // By its exact name; -1 without one.
+    // By its exact name, or else without regard to case, in which the inventory renames what it loads; -1 without one.
     int32_t FindShader(const char* pName) const;
 
     // Totals of the meshes that were set.
@@ -97,6 +97,7 @@ private:
     // Where things are in the two lists. Only ever looked up, never walked.
     std::unordered_map<const Inv::Resource*, uint32_t> m_ShaderPlaces;
     std::unordered_map<std::string, uint32_t> m_ShaderNames;
+    std::unordered_map<std::string, uint32_t> m_LowerShaderNames;
     mutable std::unordered_map<Name, uint32_t> m_MeshPlaces;
     mutable bool m_MeshPlacesStale = true;
 };

@@ -27,7 +27,11 @@ TEST_F(MeshGroupTest, SettingMeshesGathersTotalsAndShaders) {
     EXPECT_EQ(m_Group.GetShaderCount(), 2u);
     EXPECT_TRUE(m_Group.IsShaderOwned(0));
     EXPECT_EQ(m_Group.FindShader("red"), 1);
-    EXPECT_EQ(m_Group.FindShader("RED"), -1);
+    EXPECT_EQ(m_Group.FindShader("Red"), 1);
+    EXPECT_EQ(m_Group.FindShader("green"), -1);
+    m_Group.AddShader(MakeShader("Red"), true);
+    EXPECT_EQ(m_Group.FindShader("Red"), 2);
+    EXPECT_EQ(m_Group.FindShader("RED"), 1);
     EXPECT_FALSE(m_Group.IsSkinned());
     EXPECT_THROW(m_Group.SetMesh(0, MeshRef()), std::runtime_error);
     EXPECT_THROW(m_Group.SetParentBone(3, 0), std::runtime_error);
