@@ -3,9 +3,9 @@
 #include <cstring>
 #include <utility>
 
-#include <nlohmann/json.hpp>
-
+#include "Shared/Cross/RenderAnim/AnimInterm.h"
 #include "Tools/pvxdump/AnimNames.h"
+#include "Tools/pvxdump/JsonValues.h"
 
 namespace {
 
@@ -25,21 +25,38 @@ json KeysToJson(const AnimStream<V>* pStream) {
     return keys;
 }
 
-json BonesToJson(const AnimInterm& anim, bool withKeys) {
+void AddMatrices(json& out, const MatrixStream* pStream, bool withKeys) {
+    out["keyCount"] = GetKeyCount(pStream);
+    if (withKeys)
+        out["keys"] = KeysToJson(pStream);
+}
+
+void AddPlaces(json& out, const Vec3Stream* pPosition, const QuatStream* pRotation, bool withKeys) {
+    out["positionKeyCount"] = GetKeyCount(pPosition);
+    out["rotationKeyCount"] = GetKeyCount(pRotation);
+    if (!withKeys)
+        return;
+    out["positionKeys"] = KeysToJson(pPosition);
+    out["rotationKeys"] = KeysToJson(pRotation);
+}
+
+json BonesToJson(const Anim& anim, bool withKeys) {
+    const auto* pInterm = dynamic_cast<const AnimInterm*>(&anim);
     json bones = json::array();
     for (uint32_t i = 0; i < anim.GetBoneCount(); ++i) {
-        const Anim::BoneStream& bone = anim.GetBone(static_cast<int32_t>(i));
-        const MatrixStream* pStream = anim.GetMatrixStream(static_cast<int32_t>(i));
-        json out = {
-            {"name", bone.name.GetTextOrEmpty()}, {"animated", bone.isAnimated}, {"keyCount", GetKeyCount(pStream)}};
-        if (withKeys)
-            out["keys"] = KeysToJson(pStream);
+        const auto index = static_cast<int32_t>(i);
+        const Anim::BoneStream& bone = anim.GetBone(index);
+        json out = {{"name", bone.name.GetTextOrEmpty()}, {"animated", bone.isAnimated}};
+        if (pInterm)
+            AddMatrices(out, pInterm->GetMatrixStream(index), withKeys);
+        else
+            AddPlaces(out, bone.pPosition.get(), bone.pRotation.get(), withKeys);
         bones.push_back(std::move(out));
     }
     return bones;
 }
 
-json ControlsToJson(const AnimInterm& anim, bool withKeys) {
+json ControlsToJson(const Anim& anim, bool withKeys) {
     json controls = json::array();
     for (uint32_t i = 0; i < anim.GetControlCount(); ++i) {
         const Anim::ControlStream& control = anim.GetControl(static_cast<int32_t>(i));
@@ -57,17 +74,12 @@ json ControlsToJson(const AnimInterm& anim, bool withKeys) {
     return controls;
 }
 
-json CamerasToJson(const AnimInterm& anim, bool withKeys) {
+json CamerasToJson(const Anim& anim, bool withKeys) {
     json cameras = json::array();
     for (uint32_t i = 0; i < anim.GetCameraCount(); ++i) {
         const Anim::CameraStream& camera = anim.GetCamera(static_cast<int32_t>(i));
-        json out = {{"name", camera.name.GetTextOrEmpty()},
-                    {"positionKeyCount", GetKeyCount(camera.pPosition.get())},
-                    {"rotationKeyCount", GetKeyCount(camera.pRotation.get())}};
-        if (withKeys) {
-            out["positionKeys"] = KeysToJson(camera.pPosition.get());
-            out["rotationKeys"] = KeysToJson(camera.pRotation.get());
-        }
+        json out = {{"name", camera.name.GetTextOrEmpty()}};
+        AddPlaces(out, camera.pPosition.get(), camera.pRotation.get(), withKeys);
         cameras.push_back(std::move(out));
     }
     return cameras;
@@ -77,9 +89,13 @@ json CamerasToJson(const AnimInterm& anim, bool withKeys) {
 
 json ToJson(const AnimationContent& animation, bool withKeys) {
     json out = {{"name", animation.name}, {"version", animation.version}, {"size", animation.size}};
-    if (!animation.pAnim)
+    if (animation.bounds)
+        out["bounds"] = ValueToJson(*animation.bounds);
+    if (!animation.pAnim) {
+        out["xref"] = {{"model", animation.xrefModel}, {"animation", animation.xrefAnim}};
         return out;
-    const AnimInterm& anim = *animation.pAnim;
+    }
+    const Anim& anim = *animation.pAnim;
     out["frameCount"] = anim.GetFrameCount();
     out["duration"] = anim.GetDuration();
     out["framesPerSecond"] = GetFramesPerSecond(anim);

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "Shared/Cross/RenderAnim/AnimInterm.h"
+#include "Shared/Cross/RenderAnim/Anim.h"
 #include "Tools/pvxdump/ModelNames.h"
 
 // What people call the numbers of an animation.

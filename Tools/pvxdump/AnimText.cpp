@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Shared/Cross/RenderAnim/AnimInterm.h"
 #include "Tools/pvxdump/AnimNames.h"
 #include "Tools/pvxdump/TextFormat.h"
 #include "Tools/pvxdump/TextTable.h"
@@ -31,14 +32,27 @@ private:
     uint32_t m_Most = 0;
 };
 
+void AddKeyCounts(KeyCounts& keyCounts, const Anim& anim, int32_t bone) {
+    if (const auto* pInterm = dynamic_cast<const AnimInterm*>(&anim)) {
+        keyCounts.Add(GetKeyCount(pInterm->GetMatrixStream(bone)));
+        return;
+    }
+    keyCounts.Add(GetKeyCount(anim.GetBone(bone).pPosition.get()));
+    keyCounts.Add(GetKeyCount(anim.GetBone(bone).pRotation.get()));
+}
+
+std::string FormatBounds(const std::optional<ra::AnimBounds>& bounds) {
+    return bounds ? TextFormat::Vector(bounds->minimum) + " to " + TextFormat::Vector(bounds->maximum) : "-";
+}
+
 std::vector<std::string> MakeRow(const AnimationContent& content) {
-    const AnimInterm& anim = *content.pAnim;
+    const Anim& anim = *content.pAnim;
     uint32_t animatedCount = 0;
     KeyCounts keyCounts;
     for (uint32_t i = 0; i < anim.GetBoneCount(); ++i) {
         const auto index = static_cast<int32_t>(i);
         animatedCount += anim.GetBone(index).isAnimated ? 1 : 0;
-        keyCounts.Add(GetKeyCount(anim.GetMatrixStream(index)));
+        AddKeyCounts(keyCounts, anim, index);
     }
     return {Name(content.name),
             Count(static_cast<uint32_t>(anim.GetFrameCount())),
@@ -104,14 +118,20 @@ void PrintAnimations(std::string& out, const std::vector<AnimationContent>& anim
                      {"controls", Right},
                      {"cameras", Right},
                      {"bytes", Right}});
-    TextTable others({{"animation"}, {"version", Right}, {"bytes", Right}});
+    TextTable others({{"animation"}, {"in model"}, {"name there"}, {"bounds"}});
+    TextTable bounds({{"animation"}, {"bounds"}});
     for (const AnimationContent& content : animations)
-        if (content.pAnim)
+        if (!content.pAnim)
+            others.AddRow(
+                {Name(content.name), Name(content.xrefModel), Name(content.xrefAnim), FormatBounds(content.bounds)});
+        else {
             table.AddRow(MakeRow(content));
-        else
-            others.AddRow({Name(content.name), std::to_string(content.version), Count(content.size)});
+            if (content.bounds)
+                bounds.AddRow({Name(content.name), FormatBounds(content.bounds)});
+        }
     table.PrintSection(out, Count(table.GetRowCount(), "animation", "animations"));
-    others.PrintSection(out, Count(others.GetRowCount(), "animation", "animations") + " of a form that isn't decoded");
+    bounds.PrintSection(out, "bounds of animations");
+    others.PrintSection(out, Count(others.GetRowCount(), "animation", "animations") + " of other models");
     for (const AnimationContent& content : animations) {
         if (!content.pAnim)
             continue;

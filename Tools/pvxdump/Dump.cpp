@@ -6,15 +6,23 @@
 #include <nlohmann/json.hpp>
 
 #include "Shared/Cross/FileSystem/Chunky.h"
+#include "Shared/Cross/RenderAnim/Chunks/TextureChunk.h"
 #include "Shared/Cross/RenderAnim/Files/SharedShaderLayout.h"
-#include "Shared/Cross/RenderAnim/Intermediate/IntermediateLayout.h"
+#include "Shared/Cross/RenderAnim/Final/FinalLayout.h"
+#include "Shared/Cross/RenderAnim/Motion/Chunks/EventChunk.h"
+#include "Shared/Cross/RenderAnim/Motion/Chunks/MotionChunks.h"
+#include "Shared/Cross/RenderAnim/Motion/Chunks/MotionTreeFiles.h"
 #include "Shared/Cross/TeamColour/PatternLayout.h"
 #include "Tools/pvxdump/ChunkTree.h"
 #include "Tools/pvxdump/ModelContent.h"
 #include "Tools/pvxdump/ModelJson.h"
 #include "Tools/pvxdump/ModelText.h"
+#include "Tools/pvxdump/MotionContent.h"
+#include "Tools/pvxdump/MotionJson.h"
+#include "Tools/pvxdump/MotionText.h"
 #include "Tools/pvxdump/PatternDump.h"
 #include "Tools/pvxdump/TextFormat.h"
+#include "Tools/pvxdump/TextureContent.h"
 #include "Tools/pvxdump/TextureFiles.h"
 
 namespace {
@@ -40,44 +48,84 @@ std::unique_ptr<TextureFiles> MakeTextureFiles(const DumpOptions& options) {
     return options.texturesFolder.empty() ? nullptr : std::make_unique<TextureFiles>(options.texturesFolder);
 }
 
-std::string DumpShaderFile(Chunky& chunky, const std::string& file, uint32_t size, const DumpOptions& options) {
-    const ModelContent content = ReadShaderFileContent(chunky, MakeTextureFiles(options).get());
-    if (!options.json) {
-        std::string out = file + ": " + TextFormat::Count(size, "byte", "bytes") + ", ";
-        PrintShaderFile(out, content);
-        return out;
-    }
-    json out = ShaderFileToJson(content);
-    out["file"] = file;
-    out["size"] = size;
-    return ToText(out);
-}
+struct FileKind;
 
-std::string DumpModel(Chunky& chunky, const std::string& file, uint32_t size, const DumpOptions& options) {
-    const ModelContent content = ReadModelContent(chunky, options.vertices, MakeTextureFiles(options).get());
-    if (!options.json) {
-        std::string out = file + ": " + TextFormat::Count(size, "byte", "bytes") + ", ";
-        PrintModel(out, content);
-        return out;
-    }
-    json out = ToJson(content, options.vertices, options.keys);
-    out["file"] = file;
-    out["size"] = size;
-    return ToText(out);
-}
+// One file on its way to text. `top` and `kind` are what stands at its top.
+struct Dumper {
+    Chunky& chunky;
+    const std::string& file;
+    uint32_t size;
+    const DumpOptions& options;
+    const ChunkInfo& top;
+    const FileKind& kind;
 
-// The kinds of files by their top chunk. The first one that is known decides; others, such as a burner's note, may
-// stand around it.
+    std::string Finish(json out) const {
+        out["file"] = file;
+        out["size"] = size;
+        return ToText(out);
+    }
+    std::string StartText() const { return file + ": " + TextFormat::Count(size, "byte", "bytes") + ", "; }
+};
+
+// A kind of file, by its top chunk.
 struct FileKind {
     uint32_t topChunk;
     uint32_t newestVersion;
     const char* pWords;
-    std::string (*pDump)(Chunky& chunky, const std::string& file, uint32_t size, const DumpOptions& options);
+    std::string (*pDump)(const Dumper& dumper);
 };
+
+std::string DumpModel(const Dumper& dumper) {
+    const DumpOptions& options = dumper.options;
+    const ModelContent content = ReadModelContent(dumper.chunky, options.vertices, MakeTextureFiles(options).get());
+    if (options.json)
+        return dumper.Finish(ToJson(content, options.vertices, options.keys));
+    std::string out = dumper.StartText();
+    PrintModel(out, content);
+    return out;
+}
+
+std::string DumpShaderFile(const Dumper& dumper) {
+    const ModelContent content = ReadShaderFileContent(dumper.chunky, MakeTextureFiles(dumper.options).get());
+    if (dumper.options.json)
+        return dumper.Finish(ShaderFileToJson(content));
+    std::string out = dumper.StartText();
+    PrintShaderFile(out, content);
+    return out;
+}
+
+std::string DumpTextureFile(const Dumper& dumper) {
+    const TextureContent content = ReadTextureContent(dumper.chunky, MakeTextureFiles(dumper.options).get());
+    if (dumper.options.json)
+        return dumper.Finish(TextureFileToJson(content));
+    std::string out = dumper.StartText();
+    PrintTextureFile(out, content);
+    return out;
+}
+
+std::string DumpMotionFile(const Dumper& dumper) {
+    MotionContent content = ReadMotionContent(dumper.chunky, dumper.top, dumper.kind.pWords);
+    if (dumper.options.json)
+        return dumper.Finish(ToJson(content, dumper.options.keys));
+    std::string out = dumper.StartText();
+    PrintMotionFile(out, content);
+    return out;
+}
+
+std::string DumpPatternFile(const Dumper& dumper) {
+    return DumpPattern(dumper.chunky, dumper.file, dumper.size, dumper.options);
+}
+
+// The first top chunk that is known decides; others, such as a burner's note, may stand around it.
 constexpr FileKind s_Kinds[] = {
-    {ra::s_ModelChunk, ra::s_ModelVersion, "model", DumpModel},
+    {ra::s_ModelChunk, ra::s_FinalModelVersion, "model", DumpModel},
+    {ra::s_MotionFileChunk, ra::s_MotionFileVersion, "motion file", DumpMotionFile},
     {ra::s_SharedShaderFileChunk, ra::s_SharedShaderFileVersion, "shader file", DumpShaderFile},
-    {s_PatternChunk, s_PatternVersion, "pattern", DumpPattern},
+    {ra::s_TextureChunk, s_TextureVersion, "texture", DumpTextureFile},
+    {ra::s_MotionListFileChunk, ra::s_MotionTreeFileVersion, "motion list", DumpMotionFile},
+    {ra::s_ActionTreeFileChunk, ra::s_MotionTreeFileVersion, "action tree", DumpMotionFile},
+    {ra::s_EventChunk, ra::s_EventVersion, "event", DumpMotionFile},
+    {s_PatternChunk, s_PatternVersion, "pattern", DumpPatternFile},
 };
 
 std::string DumpContent(ByteStream& stream, const std::string& file, const DumpOptions& options) {
@@ -90,7 +138,8 @@ std::string DumpContent(ByteStream& stream, const std::string& file, const DumpO
                 throw std::runtime_error("the " + std::string(kind.pWords) + " has version " +
                                          std::to_string(info.version) + ", this build decodes up to " +
                                          std::to_string(kind.newestVersion) + "; --chunks shows its chunks");
-            std::string out = kind.pDump(chunky, file, stream.GetLength(), options);
+            const ChunkInfo top = info;
+            std::string out = kind.pDump({chunky, file, stream.GetLength(), options, top, kind});
             // To the last byte: what follows has to be sound too.
             while (chunky.NextChunk(info)) {
             }

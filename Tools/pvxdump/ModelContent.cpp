@@ -1,13 +1,18 @@
 #include "Tools/pvxdump/ModelContent.h"
 
+#include <algorithm>
 #include <unordered_map>
 #include <utility>
 
 #include "Shared/Cross/RenderAnim/Chunks/MarkerChunk.h"
 #include "Shared/Cross/RenderAnim/Chunks/TextureChunk.h"
 #include "Shared/Cross/RenderAnim/Files/SharedShaderLayout.h"
-#include "Shared/Cross/RenderAnim/Intermediate/AnimChunk.h"
-#include "Shared/Cross/RenderAnim/Intermediate/IntermediateLayout.h"
+#include "Shared/Cross/RenderAnim/Final/FinalLayout.h"
+#include "Shared/Cross/RenderAnim/Final/FinalMarkerChunk.h"
+#include "Shared/Cross/RenderAnim/Final/FinalShaderChunk.h"
+#include "Shared/Cross/RenderAnim/Final/FinalSkeletonChunk.h"
+#include "Shared/Cross/RenderAnim/Generic/SkeletonChunk.h"
+#include "Shared/Cross/RenderAnim/Intermediate/SkeletonChunk.h"
 
 namespace {
 
@@ -67,23 +72,23 @@ private:
     std::unordered_map<std::string, size_t> m_Taken;
 };
 
+// What a chunk is tells its kind and version, and that of the model.
 class ModelReader {
 public:
     ModelReader(Chunky& chunky, ModelContent& content, bool withVertices, TextureFiles* pFiles)
         : m_Chunky(chunky), m_Content(content), m_WithVertices(withVertices), m_pFiles(pFiles) {}
 
     void ReadChildren() {
-        for (ChunkInfo child; m_Chunky.NextChunk(child);)
-            ReadChild(child);
+        for (ChunkInfo child; m_Chunky.NextChunk(child);) {
+            const bool known = child.kind == ChunkKind_Folder ? ReadFolder(child) : ReadData(child);
+            if (!known)
+                ++m_Content.undecoded[child.id];
+        }
         m_Chunky.EndChunk();
     }
 
 private:
-    void ReadChild(const ChunkInfo& child) {
-        const bool known = child.kind == ChunkKind_Folder ? ReadFolder(child) : ReadData(child.id);
-        if (!known)
-            ++m_Content.undecoded[child.id];
-    }
+    bool IsFinal() const { return m_Content.level == DataLevel::Final; }
 
     bool ReadFolder(const ChunkInfo& child) {
         switch (child.id) {
@@ -93,51 +98,73 @@ private:
         case ra::s_ShaderChunk:
             m_Content.shaders.push_back(ra::ReadShaderRecord(m_Chunky));
             return true;
-        case ra::s_MeshGroupChunk: {
-            GroupReader reader(m_Content, m_WithVertices);
-            ra::ReadMeshGroup(m_Chunky, reader);
-            m_Content.hasMeshGroup = true;
+        case ra::s_SkeletonChunk:
+            m_Content.level = DataLevel::Generic; // only there it is a folder
+            TakeBones(ra::generic::ReadBoneRecords(m_Chunky));
             return true;
-        }
+        case ra::s_MeshGroupChunk:
+            ReadMeshes();
+            return true;
         case ra::s_AnimChunk:
-            ReadAnim(child);
+            m_Content.animations.push_back(ReadAnimationContent(m_Chunky, child));
+            m_Content.level = std::max(m_Content.level, m_Content.animations.back().level);
             return true;
-        case ra::intermediate::s_SkeletonChunk:
-            m_Content.isGeneric = true; // only there it is a folder
-            return false;
         default:
             return false;
         }
     }
 
-    void ReadAnim(const ChunkInfo& child) {
-        AnimationContent animation{
-            .name = std::string(child.name.GetView()), .version = child.version, .size = child.size, .pAnim = nullptr};
-        if (child.version <= ra::intermediate::s_AnimVersion)
-            animation.pAnim = ra::intermediate::ReadAnim(m_Chunky);
-        else
-            m_Content.isGeneric = true;
-        m_Content.animations.push_back(std::move(animation));
-    }
-
-    bool ReadData(uint32_t id) {
-        switch (id) {
+    bool ReadData(const ChunkInfo& child) {
+        switch (child.id) {
         case ra::s_SharedShaderChunk:
-            m_Content.sharedShaders.push_back(ra::ReadSharedShaderName(m_Chunky));
+            m_Content.sharedShaders.push_back(child.version > 1 ? ra::ReadFinalSharedShaderName(m_Chunky)
+                                                                : ra::ReadSharedShaderName(m_Chunky));
             return true;
-        case ra::intermediate::s_SkeletonChunk:
-            m_Content.bones = ra::intermediate::ReadBoneRecords(m_Chunky);
-            m_Content.hasSkeleton = true;
+        case ra::s_SkeletonChunk:
+            if (IsFinal())
+                TakeBones(ra::ReadFinalBoneRecords(m_Chunky));
+            else
+                TakeBones(ra::intermediate::ReadBoneRecords(m_Chunky));
             return true;
         case ra::s_MarkerChunk:
-            m_Content.markers.push_back(ra::ReadMarker(m_Chunky));
+            if (IsFinal())
+                m_Content.markers = ra::ReadFinalMarkers(m_Chunky);
+            else
+                m_Content.markers.push_back(ra::ReadMarker(m_Chunky));
             return true;
         case ra::s_CameraChunk:
             m_Content.cameras.push_back(ra::ReadCamera(m_Chunky));
             return true;
+        case ra::s_CamerasChunk:
+            m_Content.cameras = ra::ReadFinalCameras(m_Chunky);
+            return true;
         default:
             return false;
         }
+    }
+
+    void TakeBones(std::vector<ra::generic::BoneRecord> bones) {
+        m_Content.hasSkeleton = true;
+        for (ra::generic::BoneRecord& bone : bones)
+            m_Content.bones.push_back({.name = std::move(bone.name),
+                                       .parent = bone.parent,
+                                       .position = bone.position,
+                                       .rotation = bone.rotation});
+    }
+
+    void TakeBones(std::vector<ra::intermediate::BoneRecord> bones) {
+        m_Content.hasSkeleton = true;
+        for (ra::intermediate::BoneRecord& bone : bones)
+            m_Content.bones.push_back({.name = std::move(bone.name),
+                                       .parent = bone.parent,
+                                       .transform = bone.transform,
+                                       .position = bone.transform[3]});
+    }
+
+    void ReadMeshes() {
+        GroupReader reader(m_Content, m_WithVertices);
+        ra::ReadMeshGroup(m_Chunky, reader, IsFinal() ? ra::MeshForm::Final : ra::MeshForm::Generic);
+        m_Content.hasMeshGroup = true;
     }
 
     Chunky& m_Chunky;
@@ -156,7 +183,9 @@ ModelContent Describe(const ChunkInfo& top) {
 } // namespace
 
 ModelContent ReadModelContent(Chunky& chunky, bool withVertices, TextureFiles* pFiles) {
-    ModelContent content = Describe(chunky.EnterFolder(ra::s_ModelChunk, ra::s_ModelVersion));
+    ModelContent content = Describe(chunky.EnterFolder(ra::s_ModelChunk, ra::s_FinalModelVersion));
+    if (content.version == ra::s_FinalModelVersion)
+        content.level = DataLevel::Final;
     ModelReader(chunky, content, withVertices, pFiles).ReadChildren();
     return content;
 }

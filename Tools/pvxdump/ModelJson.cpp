@@ -2,12 +2,9 @@
 
 #include <cstring>
 
-#include <glm/common.hpp>
-#include <glm/gtc/type_ptr.hpp>
-#include <nlohmann/json.hpp>
-
 #include "Shared/Cross/RenderAnim/VertexWeight.h"
 #include "Tools/pvxdump/AnimJson.h"
+#include "Tools/pvxdump/JsonValues.h"
 #include "Tools/pvxdump/ModelNames.h"
 #include "Tools/pvxdump/TextFormat.h"
 
@@ -15,32 +12,7 @@ namespace {
 
 using nlohmann::json;
 
-json ToJson(const glm::vec3& v) { return {v.x, v.y, v.z}; }
-
-json ToJson(const glm::quat& q) { return {q.x, q.y, q.z, q.w}; }
-
-json ToJson(const float* pValues, size_t count) {
-    json values = json::array();
-    for (size_t i = 0; i < count; ++i)
-        values.push_back(pValues[i]);
-    return values;
-}
-
-json ToJson(const glm::mat4x3& m) { return ToJson(glm::value_ptr(m), 12); }
-
-json ToJson(const glm::mat4& m) { return ToJson(glm::value_ptr(m), 16); }
-
 json ToJson(Colour colour) { return {{"r", colour.r}, {"g", colour.g}, {"b", colour.b}, {"a", colour.a}}; }
-
-json ToJson(const BoundVolume& volume) {
-    if (!volume.IsValid())
-        return nullptr;
-    const OrientedBox& box = volume.GetBox();
-    json rows = json::array();
-    for (int row = 0; row < 3; ++row)
-        rows.push_back(ToJson(box.rotation[row]));
-    return {{"centre", ToJson(box.centre)}, {"halfExtents", ToJson(box.halfExtents)}, {"rotation", rows}};
-}
 
 json ToJson(const TextureContent& texture) {
     json out = {{"name", texture.name},
@@ -65,8 +37,8 @@ json ToJson(const ra::ChannelRecord& channel, uint32_t n) {
             {"tile", channel.tile},
             {"filter", channel.filter},
             {"texGen", channel.texGen},
-            {"matrix", ToJson(channel.matrix)},
-            {"bakedMatrix", ToJson(channel.bakedMatrix)}};
+            {"matrix", ValueToJson(channel.matrix)},
+            {"bakedMatrix", ValueToJson(channel.bakedMatrix)}};
 }
 
 json ToJson(const ra::ShaderRecord& shader) {
@@ -82,11 +54,15 @@ json ToJson(const ra::ShaderRecord& shader) {
             {"channels", channels}};
 }
 
-json ToJson(const ModelContent& content, const ra::intermediate::BoneRecord& bone) {
-    return {{"name", bone.name},
-            {"parent", bone.parent},
-            {"parentName", GetBoneName(content, bone.parent)},
-            {"transform", ToJson(bone.transform)}};
+json ToJson(const ModelContent& content, const BoneContent& bone) {
+    json out = {{"name", bone.name}, {"parent", bone.parent}, {"parentName", GetBoneName(content, bone.parent)}};
+    if (content.level == DataLevel::Intermediate) {
+        out["transform"] = ValueToJson(bone.transform);
+    } else {
+        out["position"] = ValueToJson(bone.position);
+        out["rotation"] = ValueToJson(bone.rotation);
+    }
+    return out;
 }
 
 // One list of floats for each vertex.
@@ -95,7 +71,7 @@ json ArrayToJson(std::span<const std::byte> array, uint32_t vertexCount, size_t 
     for (uint32_t i = 0; i < vertexCount && !array.empty(); ++i) {
         float vertex[4];
         std::memcpy(vertex, array.data() + stride * i, floats * sizeof(float));
-        values.push_back(ToJson(vertex, floats));
+        values.push_back(FloatsToJson(vertex, floats));
     }
     return values;
 }
@@ -165,7 +141,7 @@ json ToJson(const ModelContent& content, const MeshContent& mesh, bool withVerti
     out["childSelection"] = mesh.mesh.childSelection;
     out["polygonsHigh"] = mesh.mesh.polyCountHigh;
     out["polygonsLow"] = mesh.mesh.polyCountLow;
-    out["bounds"] = ToJson(mesh.mesh.boundVolume);
+    out["bounds"] = ValueToJson(mesh.mesh.boundVolume);
     out["skinnedTransforms"] = transforms;
     AddLevel(out, mesh, ra::Mesh::Poly_High, withVertices);
     if (GetLowLevel(mesh).count > 0)
@@ -176,17 +152,17 @@ json ToJson(const ModelContent& content, const MeshContent& mesh, bool withVerti
 json ToJson(const Marker& marker) {
     return {{"name", marker.name.GetTextOrEmpty()},
             {"parentName", marker.m_parentName.GetTextOrEmpty()},
-            {"transform", ToJson(marker.m_transform)}};
+            {"transform", ValueToJson(marker.m_transform)}};
 }
 
 json ToJson(const CameraDef& camera) {
     return {{"name", camera.name.GetTextOrEmpty()},
-            {"position", ToJson(camera.position)},
-            {"rotation", ToJson(camera.rotation)},
+            {"position", ValueToJson(camera.position)},
+            {"rotation", ValueToJson(camera.rotation)},
             {"fov", camera.fieldOfView},
             {"near", camera.nearClip},
             {"far", camera.farClip},
-            {"target", ToJson(camera.target)}};
+            {"target", ValueToJson(camera.target)}};
 }
 
 template <class T>
@@ -197,18 +173,24 @@ json ListToJson(const std::vector<T>& items) {
     return list;
 }
 
-json UndecodedToJson(const ModelContent& content) {
+} // namespace
+
+json UndecodedToJson(const UndecodedChunks& chunks) {
     json undecoded = json::object();
-    for (const auto& [id, count] : content.undecoded)
+    for (const auto& [id, count] : chunks)
         undecoded[TextFormat::Code(id)] = count;
     return undecoded;
 }
 
-} // namespace
+json TextureFileToJson(const TextureContent& texture) {
+    json out = ToJson(texture);
+    out["kind"] = "texture";
+    return out;
+}
 
 nlohmann::json ToJson(const ModelContent& content, bool withVertices, bool withKeys) {
     json bones = json::array();
-    for (const ra::intermediate::BoneRecord& bone : content.bones)
+    for (const BoneContent& bone : content.bones)
         bones.push_back(ToJson(content, bone));
     json meshes = json::array();
     for (const MeshContent& mesh : content.meshes)
@@ -217,7 +199,7 @@ nlohmann::json ToJson(const ModelContent& content, bool withVertices, bool withK
     for (const AnimationContent& animation : content.animations)
         animations.push_back(ToJson(animation, withKeys));
     return {{"kind", "model"},
-            {"level", content.isGeneric ? "generic" : "intermediate"},
+            {"level", GetText(content.level)},
             {"name", content.name},
             {"version", content.version},
             {"textures", ListToJson(content.textures)},
@@ -225,11 +207,11 @@ nlohmann::json ToJson(const ModelContent& content, bool withVertices, bool withK
             {"sharedShaders", content.sharedShaders},
             {"skeleton", content.hasSkeleton ? json{{"bones", bones}} : json()},
             {"meshes", meshes},
-            {"bounds", ToJson(content.boundVolume)},
+            {"bounds", ValueToJson(content.boundVolume)},
             {"markers", ListToJson(content.markers)},
             {"cameras", ListToJson(content.cameras)},
             {"animations", animations},
-            {"undecoded", UndecodedToJson(content)}};
+            {"undecoded", UndecodedToJson(content.undecoded)}};
 }
 
 nlohmann::json ShaderFileToJson(const ModelContent& content) {
@@ -239,5 +221,5 @@ nlohmann::json ShaderFileToJson(const ModelContent& content) {
             {"textures", ListToJson(content.textures)},
             {"shaders", ListToJson(content.shaders)},
             {"sharedShaders", content.sharedShaders},
-            {"undecoded", UndecodedToJson(content)}};
+            {"undecoded", UndecodedToJson(content.undecoded)}};
 }

@@ -10,3 +10,7 @@
 nlohmann::json ToJson(const ModelContent& content, bool withVertices, bool withKeys);
 // A shader in a file of its own.
 nlohmann::json ShaderFileToJson(const ModelContent& content);
+// A texture in a file of its own.
+nlohmann::json TextureFileToJson(const TextureContent& texture);
+// How many chunks of which id aren't decoded.
+nlohmann::json UndecodedToJson(const UndecodedChunks& chunks);

@@ -107,13 +107,13 @@ std::vector<std::string> MakeChannelRow(const ra::ChannelRecord& channel, uint32
             FormatMatrix(channel.bakedMatrix)};
 }
 
-void PrintTextures(std::string& out, const ModelContent& content) {
+void PrintTextures(std::string& out, const std::vector<TextureContent>& textures) {
     const bool written =
-        std::ranges::any_of(content.textures, [](const TextureContent& texture) { return !texture.file.empty(); });
+        std::ranges::any_of(textures, [](const TextureContent& texture) { return !texture.file.empty(); });
     TextTable table({{"texture"}, {"size", Right}, {"type"}, {"levels", Right}, {"bytes", Right}});
     if (written)
         table.AddColumn({"picture"});
-    for (const TextureContent& texture : content.textures) {
+    for (const TextureContent& texture : textures) {
         std::vector<std::string> row = {Name(texture.name),
                                         std::to_string(texture.width) + "x" + std::to_string(texture.height),
                                         GetTextureTypeName(GuessFormat(texture.imageType)),
@@ -122,7 +122,7 @@ void PrintTextures(std::string& out, const ModelContent& content) {
             row.push_back(Name(texture.file));
         table.AddRow(std::move(row));
     }
-    PrintSection(out, Count(content.textures.size(), "texture", "textures"), table);
+    PrintSection(out, Count(textures.size(), "texture", "textures"), table);
 }
 
 void PrintShaders(std::string& out, const ModelContent& content) {
@@ -161,8 +161,10 @@ void PrintSkeleton(std::string& out, const ModelContent& content) {
     TextTable table({{"", Right}, {"bone"}, {"parent"}, {"position"}});
     for (size_t i = 0; i < content.bones.size(); ++i)
         table.AddRow({std::to_string(i), Name(content.bones[i].name), FormatBone(content, content.bones[i].parent),
-                      Vector(content.bones[i].transform[3])});
-    PrintSection(out, "skeleton of " + Count(content.bones.size(), "bone", "bones"), table);
+                      Vector(content.bones[i].position)});
+    const char* pWhere =
+        content.level == DataLevel::Intermediate ? ", positions in the world" : ", positions in their parents";
+    PrintSection(out, "skeleton of " + Count(content.bones.size(), "bone", "bones") + pWhere, table);
 }
 
 std::vector<std::string> MakeMeshRow(const ModelContent& content, const MeshContent& mesh) {
@@ -247,14 +249,14 @@ void PrintCameras(std::string& out, const ModelContent& content) {
     PrintSection(out, Count(content.cameras.size(), "camera", "cameras"), table);
 }
 
-void PrintUndecoded(std::string& out, const ModelContent& content) {
+} // namespace
+
+void PrintUndecoded(std::string& out, const UndecodedChunks& chunks) {
     TextTable table({{"chunk"}, {"count", Right}});
-    for (const auto& [id, count] : content.undecoded)
+    for (const auto& [id, count] : chunks)
         table.AddRow({TextFormat::Code(id), Count(count)});
     PrintSection(out, "not decoded", table);
 }
-
-} // namespace
 
 void PrintModel(std::string& out, const ModelContent& content) {
     uint64_t vertices = 0;
@@ -263,23 +265,30 @@ void PrintModel(std::string& out, const ModelContent& content) {
         vertices += GetHighLevel(mesh).count;
         triangles += CountTriangles(mesh, ra::Mesh::Poly_High);
     }
-    out += "model \"" + Name(content.name) + "\", " + (content.isGeneric ? "generic" : "intermediate") + ": " +
+    out += "model \"" + Name(content.name) + "\", " + GetText(content.level) + ": " +
            Count(content.meshes.size(), "mesh", "meshes") + ", " + Count(vertices, "vertex", "vertices") + ", " +
            Count(triangles, "triangle", "triangles") + '\n';
-    PrintTextures(out, content);
+    PrintTextures(out, content.textures);
     PrintShaders(out, content);
     PrintSkeleton(out, content);
     PrintMeshes(out, content);
     PrintMarkers(out, content);
     PrintCameras(out, content);
     PrintAnimations(out, content.animations);
-    PrintUndecoded(out, content);
+    PrintUndecoded(out, content.undecoded);
 }
 
 void PrintShaderFile(std::string& out, const ModelContent& content) {
     out +=
         "shared shader \"" + Name(content.name) + "\": " + Count(content.textures.size(), "texture", "textures") + '\n';
-    PrintTextures(out, content);
+    PrintTextures(out, content.textures);
     PrintShaders(out, content);
-    PrintUndecoded(out, content);
+    PrintUndecoded(out, content.undecoded);
+}
+
+void PrintTextureFile(std::string& out, const TextureContent& texture) {
+    out += std::string(texture.isFinal ? "final" : "generic") + " texture\n";
+    std::vector<TextureContent> textures;
+    textures.push_back(texture);
+    PrintTextures(out, textures);
 }

@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr uint32_t s_TextureVersion = 1;
 constexpr uint32_t s_HeadChunk = FourCC("HEAD");
 
 void AddImage(TextureContent& content, const ImageAttributes& image) {

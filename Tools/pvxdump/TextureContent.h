@@ -8,6 +8,8 @@
 
 class TextureFiles;
 
+constexpr uint32_t s_TextureVersion = 1; // of either form
+
 // A texture of a file, without its pixels.
 struct TextureContent {
     std::string name;

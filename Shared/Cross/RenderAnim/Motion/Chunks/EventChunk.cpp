@@ -15,7 +15,6 @@ namespace ra {
 namespace {
 
 constexpr uint32_t s_EventListVersion = 1;
-constexpr uint32_t s_EventVersion = 3;
 constexpr size_t s_ParameterMinBytes = 8; // two empty strings
 
 } // namespace

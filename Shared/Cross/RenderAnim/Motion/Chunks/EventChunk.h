@@ -10,6 +10,7 @@ namespace ra {
 
 constexpr uint32_t s_EventListChunk = FourCC("EVCT");
 constexpr uint32_t s_EventChunk = FourCC("EVNT");
+constexpr uint32_t s_EventVersion = 3;
 
 void WriteEvent(Chunky& chunky, PayloadWriter& writer, const Event& event);
 // The next chunk is an "EVNT".

@@ -19,10 +19,6 @@ namespace ra {
 
 namespace {
 
-constexpr uint32_t s_MotionListFileChunk = FourCC("ERML");
-constexpr uint32_t s_ActionTreeFileChunk = FourCC("ERTR");
-constexpr uint32_t s_FileVersion = 1; // of both
-
 // Lists that nobody owns yet.
 struct LooseParts {
     EventList events;
@@ -44,7 +40,7 @@ bool SaveFile(const char* pPath, uint32_t id, WriteContent write) {
             return false;
         Chunky chunky{ByteStreamAdapter(&pFile->GetStream())};
         PayloadWriter writer;
-        chunky.BeginFolder(id, s_FileVersion);
+        chunky.BeginFolder(id, s_MotionTreeFileVersion);
         write(chunky, writer);
         chunky.EndChunk();
         return pFile->Finish();
@@ -61,7 +57,7 @@ bool LoadFile(const char* pPath, uint32_t id, const MotionContext& context, Loos
         if (!pStream)
             return false;
         Chunky chunky{ByteStreamAdapter(pStream.get())};
-        chunky.EnterFolder(id, s_FileVersion);
+        chunky.EnterFolder(id, s_MotionTreeFileVersion);
         const MotionContext loose = {.pModelName = context.pModelName, .hasAnimation = {}, .checksReferences = false};
         for (ChunkInfo child; chunky.NextChunk(child);)
             ReadMotionPart(chunky, child, parts.Get(), loose);

@@ -8,6 +8,11 @@
 
 namespace ra {
 
+// The files' tops.
+constexpr uint32_t s_MotionListFileChunk = FourCC("ERML");
+constexpr uint32_t s_ActionTreeFileChunk = FourCC("ERTR");
+constexpr uint32_t s_MotionTreeFileVersion = 1; // of both
+
 // Under an alias path. False, with a line in the log, when it can't be written; what stood there is still there then.
 bool ExportMotionList(const char* pPath, const ConstMotionParts& parts);
 bool ExportActionTree(const char* pPath, const ConstMotionParts& parts);
