@@ -25,7 +25,7 @@ int Run(const std::string& file, const DumpOptions& options) {
     if (attributes == 0)
         return Fail(file, "there is no such file");
     if ((attributes & OSFile::F_ATTRIBUTE_DIRECTORY) != 0)
-        return Fail(file, "is a folder; a model file is wanted");
+        return Fail(file, "is a folder; a file is wanted");
     const std::unique_ptr<ByteStream> pStream = FilePathHDRaw(true).Open(path.c_str(), ByteStream::Mode_Read);
     if (!pStream)
         return Fail(file, "can't be opened: " + OSFile::LastErrorText());
@@ -43,7 +43,9 @@ int Run(const std::string& file, const DumpOptions& options) {
 
 int main(int argc, char** argv) {
     dbInstallCrashFilter();
-    CLI::App app("Prints what a model file holds.", "pvxdump");
+    CLI::App app("Prints what a file of the pipeline holds: models and their motion files at every level, shaders, "
+                 "textures, patterns.",
+                 "pvxdump");
     std::string file;
     DumpOptions options;
     bool breaksOnAssert = false;
