@@ -42,6 +42,18 @@ protected:
         pModel->GetAnimList()->GetNode(1)->SetBounds({-1, -2, -3}, {1, 2, 3});
         return pModel;
     }
+    // A sample of each object of it.
+    static void AddMotionSide(RenderModel& model) {
+        MotionSide side;
+        side.AddSamples();
+        const ra::MotionParts parts = model.GetMotionParts();
+        parts.events = std::move(side.events);
+        parts.clauses = std::move(side.clauses);
+        parts.conditions = std::move(side.conditions);
+        parts.modifiers = std::move(side.modifiers);
+        parts.motions = std::move(side.motions);
+        parts.actions = std::move(side.actions);
+    }
     static TextureRef AddTexture(const char* pName) {
         std::unique_ptr<Texture> pTexture = Image2Texture(MakeRandomImage(IMAGETYPE_DXT1, 16, 16, 2));
         pTexture->SetName(pName);
