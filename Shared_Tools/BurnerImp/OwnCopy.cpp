@@ -19,7 +19,7 @@ bool IsCopyName(std::string_view name) {
 
 } // namespace
 
-void DeleteOrphanedCopy() {
+void DeleteOwnCopy() {
     const std::string path = Process::GetExecutablePath();
     if (IsCopyName(std::string_view(path).substr(path.rfind('/') + 1)))
         OSFile::Delete(OSFile::FromNative(path).c_str());

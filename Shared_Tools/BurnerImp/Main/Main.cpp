@@ -16,7 +16,6 @@ int main(int argc, char** argv) {
         std::any_of(argv, argv + argc, [](const char* pWord) { return std::strcmp(pWord, "--break-on-assert") == 0; });
     dbSetThrowOnAssert(!breaks);
     const BurnStatus status = RunBurnSession();
-    if (status == Burn_Failed)
-        DeleteOrphanedCopy();
+    DeleteOwnCopy();
     return status;
 }
