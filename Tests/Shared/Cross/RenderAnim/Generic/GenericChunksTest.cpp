@@ -153,6 +153,11 @@ TEST_F(GenericChunks, StreamsAreChecked) {
     EXPECT_EQ(Fault([&] { ReadAnim(Anim("run", Info(), 4)); }), "Unsupported (newer) Chunk Version!");
 }
 
+TEST_F(GenericChunks, NamesHaveALimit) {
+    EXPECT_EQ(Fault([&] { ReadAnim(XRef("run", std::string(259, 'x'), "run")); }), "");
+    EXPECT_EQ(Fault([&] { ReadAnim(XRef("run", std::string(260, 'x'), "run")); }), "String buffer overrun!");
+}
+
 TEST_F(GenericChunks, BoundsBelongToTheNode) {
     const std::string bounds = NamedData("ANBV", "run", PayloadBytes().F32({-1, -2, -3, 4, 5, 6}).Get(), 1);
     const std::string data = NamedFolder("DATA", "run", Info(), 3);
