@@ -126,6 +126,42 @@ TEST_F(AnimSamplingTest, CamerasLookAlongTheGamesZ) {
     });
 }
 
+TEST_F(AnimSamplingTest, ACameraWithATargetFollowsIt) {
+    SetFrames(3);
+    scene::AddBone(m_Scene, "Bone");
+    AddQuad("Quad");
+    scene::Node& target = scene::AddDummy(m_Scene, "Target");
+    target.SetController(std::make_unique<SlideController>([this](TimeValue t) { return 4.0 * t / m_Ticks; }));
+    scene::AddCamera(m_Scene, "Eye", {}, &target).SetLocal({0, 5, 1});
+    WithAnim([&](const AnimInterm& anim) {
+        const Anim::CameraStream& camera = anim.GetCamera(0);
+        for (size_t frame = 0; frame < 3; ++frame) {
+            const glm::vec3 eye(0, 1, -5);
+            EXPECT_LT(glm::length(camera.pPosition->GetKeys()[frame].value - eye), s_Near);
+            const glm::mat4x3 m = ra::MakeTransform(camera.pRotation->GetKeys()[frame].value, {});
+            const glm::vec3 ahead = glm::vec3(-4.0f * static_cast<float>(frame), 0, 0) - eye;
+            EXPECT_LT(glm::length(m[2] - glm::normalize(ahead)), s_Near) << frame;
+        }
+    });
+}
+
+TEST_F(AnimSamplingTest, OneFrameGivesStreamsOfOneKey) {
+    SetFrames(1);
+    scene::AddBone(m_Scene, "Bone").SetLocal({1, 2, 3});
+    scene::AddCamera(m_Scene, "Eye", {});
+    AddQuad("Quad", &AddMaterial("Glows", {.selfIllum = Ramp(10.0 * m_Ticks, 0.0f, 1.0f)}))
+        .SetVisibility(Ramp(10.0 * m_Ticks, 0.25f, 1.0f));
+    WithAnim([&](const AnimInterm& anim) {
+        EXPECT_EQ(anim.GetFrameCount(), 1);
+        ASSERT_EQ(anim.GetMatrixStream(0)->GetKeyCount(), 1);
+        EXPECT_EQ(anim.GetMatrixStream(0)->GetKeys()[0].time, 0.0f);
+        EXPECT_LT(glm::length(anim.GetMatrixStream(0)->GetKeys()[0].value[3] - glm::vec3(-1, 3, -2)), s_Near);
+        EXPECT_EQ(anim.GetCamera(0).pRotation->GetKeyCount(), 1);
+        ASSERT_EQ(anim.GetControlCount(), 1u) << "visibility alone";
+        EXPECT_EQ(anim.GetControl(0).pValues->GetKeys()[0].value, 0.25f);
+    });
+}
+
 TEST_F(AnimSamplingTest, EveryMeshHasAVisibility) {
     SetFrames(11);
     scene::AddBone(m_Scene, "Bone");
@@ -192,6 +228,22 @@ TEST_F(AnimSamplingTest, MapsFadeAndMove) {
     EXPECT_THAT(m_Messages,
                 testing::Contains("Warning : Material [Water]: Material diffuse not set to black when animating "
                                   "texture diffuse amount - exported file may not look the same."));
+}
+
+TEST_F(AnimSamplingTest, AClipAloneSaysNothingAboutItsMaterials) {
+    SetFrames(11);
+    scene::AddBone(m_Scene, "Bone");
+    auto& bitmap = m_Scene.Make<scene::Bitmap>("Map", "Z:\\nowhere\\map.tga", scene::UVSettings{});
+    scene::StandardSettings settings;
+    settings.maps[ID_OP] = {.pMap = &bitmap, .amount = Ramp(10.0 * m_Ticks, 1.0f, 0.0f)};
+    AddQuad("Quad", &AddMaterial("Water", settings));
+    EXPECT_EQ(Export("Run.pvx", true), 1);
+    EXPECT_EQ(m_ErrorsShown, 0);
+    WithStoredAnim(
+        [&](const AnimInterm& anim) {
+            EXPECT_TRUE(FindControl(anim, "Water", ControlTarget_Shader, 4, ControlProperty_Amount));
+        },
+        "Run.pvx");
 }
 
 TEST_F(AnimSamplingTest, WithoutBonesNothingIsSampled) {

@@ -115,8 +115,12 @@ TEST_F(ExportDriver, SilentlyTheNameDecides) {
     EXPECT_EQ(Export("Car/REFERENCE/ref.pvx", true), 1);
     EXPECT_EQ(Export("Run.pvx", true), 1);
     EXPECT_EQ(m_OptionsShown, 0);
-    EXPECT_THAT(ReadBytes("Car/REFERENCE/ref.pvx"), HasSubstr("MSGR"));
-    EXPECT_THAT(ReadBytes("Run.pvx"), Not(HasSubstr("MSGR")));
+    for (const char* pModelChunk : {"MSGR", "SKEL", "MARK", "SHDR"}) {
+        EXPECT_THAT(ReadBytes("Car/REFERENCE/ref.pvx"), HasSubstr(pModelChunk));
+        EXPECT_THAT(ReadBytes("Run.pvx"), Not(HasSubstr(pModelChunk)));
+    }
+    EXPECT_THAT(ReadBytes("Car/REFERENCE/ref.pvx"), Not(HasSubstr("ANIM")));
+    EXPECT_THAT(ReadBytes("Run.pvx"), HasSubstr("ANIM"));
     WithModel([](const RenderModel& model) { EXPECT_STREQ(model.GetName(), "Car"); }, "Car/REFERENCE/ref.pvx");
 }
 

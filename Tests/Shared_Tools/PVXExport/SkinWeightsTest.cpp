@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "Host/Sdk/ClassIds.h"
 #include "Shared/Cross/Glaze/VertexSet.h"
 #include "Shared/Cross/RenderAnim/Mesh.h"
 #include "Shared/Cross/RenderAnim/MeshGroup.h"
@@ -22,19 +23,30 @@ protected:
         for (const char* pName : {"B0", "B1", "B2", "B3", "B4", "B5"})
             m_Bones.push_back(&scene::AddBone(m_Scene, pName));
     }
-    // A quad whose first vertex has these influences and whose others hang on bone 0.
-    scene::Node& AddSkinned(const Influences& first) {
-        scene::Node& node = scene::AddMesh(m_Scene, "Skin", MakeQuad(), &AddMaterial("Paint"));
+    // For the vertices of a quad; those that are left out hang on bone 0.
+    scene::SkinModifier& MakeSkin(const std::vector<Influences>& points) {
         scene::SkinWeights weights;
-        weights.AddPoint(first);
-        for (int i = 0; i < 3; ++i)
-            weights.AddPoint(Influences{{0, 1.0f}});
+        for (size_t i = 0; i < 4; ++i)
+            weights.AddPoint(i < points.size() ? points[i] : Influences{{0, 1.0f}});
         std::vector<scene::SkinBone> bones;
         for (scene::Node* pBone : m_Bones)
             bones.push_back({.pNode = pBone});
-        scene::AddSkin(node, std::move(bones), std::make_unique<scene::ReadySkinSource>(std::move(weights)));
+        return m_Scene.Make<scene::SkinModifier>(std::move(bones),
+                                                 std::make_unique<scene::ReadySkinSource>(std::move(weights)));
+    }
+    // Puts a modifier on top of what the node has.
+    void AddLevel(scene::Node& node, scene::MeshModifier& modifier) {
+        auto& derived = m_Scene.Make<scene::DerivedObject>(node.GetObjectRef());
+        derived.AddModifier(modifier);
+        node.SetObject(&derived);
+    }
+    scene::Node& AddSkinned(const std::vector<Influences>& points) {
+        scene::Node& node = scene::AddMesh(m_Scene, "Skin", MakeQuad(), &AddMaterial("Paint"));
+        AddLevel(node, MakeSkin(points));
+        node.SetWorldSpaceObject(true);
         return node;
     }
+    scene::Node& AddSkinned(const Influences& first) { return AddSkinned(std::vector<Influences>{first}); }
     // The weights of the vertices that don't hang on bone 0 alone.
     std::vector<VertexWeight> ExportedWeights() {
         std::vector<VertexWeight> weights;
@@ -105,6 +117,47 @@ TEST_F(SkinExport, AWeightAboveOneIsNotAdded) {
 TEST_F(SkinExport, ASumAHairAboveOneIsRefused) {
     ExpectFailure({{0, 0.75f}, {1, 0.2500001f}},
                   {"Error   : Mesh 'Skin', vertex 0 has an invalid bone weight!  Make sure it is normalized!"});
+}
+
+TEST_F(SkinExport, EveryBadVertexIsReported) {
+    AddSkinned({{{1, 0.0f}},
+                {{0, -0.5f}, {1, 0.75f}},
+                {{0, 0.5f}, {1, 0.125f}, {2, 0.125f}, {3, 0.125f}, {4, 0.125f}},
+                {{2, 1.5f}, {0, 1.0f}, {1, 0.5f}}});
+    EXPECT_EQ(Export(), 0);
+    EXPECT_THAT(
+        m_Messages,
+        ElementsAre(
+            "Error   : Mesh 'Skin', vertex 0 is not weighted to any bones!",
+            "Error   : Mesh 'Skin', vertex 1 has an invalid weight!  Make sure it is normalized / weighted!",
+            "Error   : Mesh 'Skin', vertex 2 is weighted by too many bones!  A maximum of 4 bones is supported!",
+            "Error   : Mesh 'Skin', vertex 3 has an invalid weight!  Make sure it is normalized / weighted!",
+            "Error   : Mesh 'Skin', vertex 3 has an invalid bone weight!  Make sure it is normalized!",
+            "Error   : 'Skin': Can't build skinning info", "Error   : 'Skin': Unable to build mesh!"));
+    EXPECT_FALSE(IsThere("Foo.pvx"));
+}
+
+// A Skin modifier of a host that hasn't got the module behind it.
+class DeadSkin : public scene::MeshModifier {
+public:
+    Class_ID ClassID() const override { return SKIN_CLASSID; }
+    void GetClassName(std::string& out) const override { out = "Missing Skin"; }
+    void Deform(Mesh&, TimeValue, INode*) override {}
+};
+
+TEST_F(SkinExport, ASkinWithoutItsInterfaceFails) {
+    AddLevel(scene::AddMesh(m_Scene, "Skin", MakeQuad(), &AddMaterial("Paint")), m_Scene.Make<DeadSkin>());
+    EXPECT_EQ(Export(), 0);
+    EXPECT_EQ(m_Messages.front(), "Error   : ISkin modifier not installed. Cannot export weighted mesh!");
+    EXPECT_FALSE(IsThere("Foo.pvx"));
+}
+
+TEST_F(SkinExport, OfSeveralSkinsTheLowestCounts) {
+    const Influences lower{{2, 1.0f}};
+    scene::Node& node = AddSkinned({lower, lower, lower, lower});
+    AddLevel(node, MakeSkin({{{1, 1.5f}}}));
+    EXPECT_EQ(Export(), 1);
+    EXPECT_THAT(BoneNames(), ElementsAre("B2"));
 }
 
 TEST_F(SkinExport, ARemovedBoneIsReplacedByTheFirst) {
