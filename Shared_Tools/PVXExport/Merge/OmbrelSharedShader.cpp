@@ -1,6 +1,5 @@
 #include "Shared_Tools/PVXExport/Merge/OmbrelSharedShader.h"
 
-#include <stdexcept>
 #include <string>
 #include <unordered_set>
 
@@ -70,20 +69,10 @@ bool ExportSharedTexture(const char* pProject, Shader* pShader) {
     if (!genericPath || !pShader)
         return false;
     const std::string file = std::string(genericPath) + "\\" + pShader->GetName() + ".qsh";
-    int32_t changelist = 0;
-    if (!MergeBurnOpenFile(changelist, file.c_str()))
-        throw std::runtime_error("Merge: Unable to open shared texture '" + file +
-                                 "' in P4!  Please make sure no one else has it checked-out in P4 "
-                                 "(Data Generic / Data Final)!\n");
-    MakeDirectoryPath(file.c_str());
-    {
+    MergeBurnWrite(file, "shared texture", [&](const char* pPath) {
         const UnsharedScope unshared(*pShader);
-        ra::SaveSharedShader(("TOOL:" + file).c_str(), *pShader);
-    }
-    if (!MergeBurnFile(file.c_str(), changelist))
-        ThrowText("Merge: Unable to burn shared texture '" + file +
-                  "' pattern in P4!  Please make sure no one else has it checked-out in P4 "
-                  "(Data Generic / Data Final)!\n");
+        ra::SaveSharedShader(pPath, *pShader);
+    });
     return true;
 }
 

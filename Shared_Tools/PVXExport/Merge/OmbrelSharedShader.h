@@ -17,8 +17,7 @@ void MarkSharedTextures(RenderModel& model);
 // stays done. False without a project, which is a mistake; otherwise throws as ExportSharedTexture does.
 bool ExportSharedTextures(const char* pMergedPath, const RenderModel& model);
 
-// One of them. Throws std::runtime_error when its file can't be opened under revision control, and a bare text (see
-// ThrowText) when it can't be burnt.
+// One of them. Throws what MergeBurnWrite throws.
 bool ExportSharedTexture(const char* pProject, Shader* pShader);
 
 } // namespace OmbrelSharedShader

@@ -165,17 +165,7 @@ bool ExportTeamPattern(const char* pProject, const char* pTextureName) {
         return true;
     const std::string file = std::string(Pipeline::Get()->GetFolder(pProject, Pipeline::Kind_Generic)) + "\\" +
                              pTextureName + "_" + s_DefaultScheme + ".otp";
-    int32_t changelist = 0;
-    if (!MergeBurnOpenFile(changelist, file.c_str()))
-        throw std::runtime_error("Merge: Unable to open team colour pattern '" + file +
-                                 "' in P4!  Please make sure no one else has it checked-out in P4 "
-                                 "(Data Generic / Data Final)!\n");
-    MakeDirectoryPath(file.c_str());
-    Pattern::Save(("TOOL:" + file).c_str(), *pPattern);
-    if (!MergeBurnFile(file.c_str(), changelist))
-        ThrowText("Merge: Unable to burn team colour pattern '" + file +
-                  "' pattern in P4!  Please make sure no one else has it checked-out in P4 "
-                  "(Data Generic / Data Final)!\n");
+    MergeBurnWrite(file, "team colour pattern", [&](const char* pPath) { Pattern::Save(pPath, *pPattern); });
     return true;
 }
 

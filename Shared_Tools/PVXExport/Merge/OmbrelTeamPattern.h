@@ -8,8 +8,8 @@ class Pattern;
 namespace OmbrelTeamPattern {
 
 // Writes the texture's pattern of the default scheme into the project's generic tree, and burns it. A texture without
-// layers has none, which is no failure. Throws std::runtime_error for pictures that don't fit together and for a file
-// that can't be opened under revision control, and a bare text (see ThrowText) for one that can't be burnt.
+// layers has none, which is no failure. Throws std::runtime_error for pictures that don't fit together, and what
+// MergeBurnWrite throws.
 bool ExportTeamPattern(const char* pProject, const char* pTextureName);
 
 // From the project's source tree; null without a texture or without any layer. Layers that are missed are reported in

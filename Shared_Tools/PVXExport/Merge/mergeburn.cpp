@@ -1,6 +1,7 @@
 #include "Shared_Tools/PVXExport/Merge/mergeburn.h"
 
 #include <memory>
+#include <stdexcept>
 
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/FileSystem/Paths/FilePath.h"
@@ -12,6 +13,18 @@
 namespace {
 
 constexpr const char* s_Changelist = "PVX Export Changes";
+
+constexpr const char* s_OpenAdvice =
+    "' in P4!  Please make sure no one else has it checked-out in P4 (Data Generic / Data Final)!\n";
+constexpr const char* s_BurnAdvice =
+    "' pattern in P4!  Please make sure no one else has it checked-out in P4 (Data Generic / Data Final)!\n";
+
+[[noreturn]] void ThrowText(const std::string& text) {
+    // Whoever catches it has nothing but the pointer.
+    static std::string s_Text;
+    s_Text = text;
+    throw s_Text.c_str();
+}
 
 } // namespace
 
@@ -48,9 +61,12 @@ bool MergeBurnFile(const char* pFilename, int32_t changelist) {
 
 void MakeDirectoryPath(const char* pFilename) { OSFile::MakeFolders(pFilename); }
 
-void ThrowText(const std::string& text) {
-    // Whoever catches it has nothing but the pointer.
-    static std::string s_Text;
-    s_Text = text;
-    throw s_Text.c_str();
+void MergeBurnWrite(const std::string& file, const char* pWhat, const std::function<void(const char* pPath)>& save) {
+    int32_t changelist = 0;
+    if (!MergeBurnOpenFile(changelist, file.c_str()))
+        throw std::runtime_error(std::string("Merge: Unable to open ") + pWhat + " '" + file + s_OpenAdvice);
+    MakeDirectoryPath(file.c_str());
+    save(("TOOL:" + file).c_str());
+    if (!MergeBurnFile(file.c_str(), changelist))
+        ThrowText(std::string("Merge: Unable to burn ") + pWhat + " '" + file + s_BurnAdvice);
 }

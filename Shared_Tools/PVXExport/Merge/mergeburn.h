@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 // Files that are written and burnt beside a merge. The pipeline configuration is up.
@@ -16,6 +17,9 @@ bool MergeBurnFile(const char* pFilename, int32_t changelist);
 // Makes all folders on the way to a file. That one can't be made shows when the file is written.
 void MakeDirectoryPath(const char* pFilename);
 
-// Ends a merge by a bare text, which is no standard exception: it passes the command's own guard by and reaches the
-// host's script layer. Scripts rely on the services being up then, as after any burn that failed.
-[[noreturn]] void ThrowText(const std::string& text);
+// Opens a file under revision control, has it saved by its alias path and burns it; what says what it is, "shared
+// texture". Throws std::runtime_error when it can't be opened. When it can't be burnt, throws the bare text of the
+// message, a const char*, which is no standard exception: it passes the command's own guard by and reaches the host's
+// script layer, with the services up, as scripts expect after a burn that failed. Whether it could be saved, the burn
+// shows.
+void MergeBurnWrite(const std::string& file, const char* pWhat, const std::function<void(const char* pPath)>& save);
