@@ -28,12 +28,14 @@ void AddFolder(const std::string& folder, const NameMatcher& matcher, bool subfo
             AddFolder(subfolder, matcher, subfolders, files);
 }
 
-std::string Count(size_t count, const char* pWhat) { return std::to_string(count) + " " + pWhat; }
-
 std::string Summarise(const BurnCounts& counts, size_t fileCount) {
-    std::string text = Count(fileCount, fileCount == 1 ? "file: " : "files: ") + Count(counts.burned, "burned, ") +
-                       Count(counts.upToDate, "up to date, ") + Count(counts.failed, "failed");
-    return counts.unmatched == 0 ? text : text + ", " + Count(counts.unmatched, "in no target group");
+    std::string text = std::to_string(fileCount) + (fileCount == 1 ? " file: " : " files: ");
+    text += std::to_string(counts.burned) + " burned, ";
+    text += std::to_string(counts.upToDate) + " up to date, ";
+    text += std::to_string(counts.failed) + " failed";
+    if (counts.unmatched > 0)
+        text += ", " + std::to_string(counts.unmatched) + " in no target group";
+    return text;
 }
 
 } // namespace

@@ -218,6 +218,8 @@ bool FileBurner::ReadParams(const BurnSource& source, const BurnerConfig& config
 }
 
 void FileBurner::Say(const BurnSource& source, const Target& target, const std::string& text) {
-    m_Report.AddInfo(source.relative,
-                     "[" + std::to_string(m_FileNumber) + "/" + m_FileCount + "] " + target.name + ": " + text);
+    std::string line = "[" + std::to_string(m_FileNumber);
+    line += "/" + m_FileCount + "] ";
+    line += target.name + ": " + text;
+    m_Report.AddInfo(source.relative, line);
 }

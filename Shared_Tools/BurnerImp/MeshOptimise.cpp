@@ -87,8 +87,9 @@ std::vector<uint16_t> Simplify(const gz::VertexSet& vertices, const gz::PrimSet&
                                bool lockBorder) {
     const std::span<const uint16_t> all = primSet.GetIndices();
     const std::vector<unsigned int> indices(all.begin(), all.end());
-    const auto triangles = static_cast<float>(indices.size() / s_TriangleCorners);
-    const size_t wanted = std::max<size_t>(1, static_cast<size_t>(triangles * share)) * s_TriangleCorners;
+    const size_t triangles = indices.size() / s_TriangleCorners;
+    const size_t wanted =
+        std::max<size_t>(1, static_cast<size_t>(static_cast<float>(triangles) * share)) * s_TriangleCorners;
     std::vector<unsigned int> kept(indices.size());
     kept.resize(meshopt_simplify(kept.data(), indices.data(), indices.size(),
                                  static_cast<const float*>(vertices.GetData(gz::VC_Position)), vertices.GetSize(),

@@ -17,6 +17,7 @@
 #include "Shared/Cross/Pipeline/Pipeline.h"
 #include "Shared/Cross/RevControlAPI/RevControlAPI.h"
 #include "Shared_Tools/Burner/Burner.h"
+#include "Shared_Tools/PVXExport/Commands/LocalBurnQuestion.h"
 
 #include <memory>
 #include <stdexcept>
@@ -61,6 +62,7 @@ void Start(const std::string& file) {
     if (!Pipeline::Get()->GetString("p4", "RevControlPort", port, sizeof port))
         Fail("Burner: 'RevControlPort' not listed under [p4] in pipeline.ini\n");
     s_RevCtrl = RevControlAPI::Create(port, RevControlAPI::Type_P4OrLocal);
+    LocalBurnQuestion::Install();
     if (!Burner::Init(burnerPath))
         Fail("Burner: Unable to set up the burner.\n");
     gz::DeviceConfig config;

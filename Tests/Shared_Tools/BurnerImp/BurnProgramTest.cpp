@@ -3,12 +3,14 @@
 #include "Shared/Cross/RenderAnim/AnimList.h"
 #include "Shared/Cross/RenderAnim/Files/ResourceLoaders.h"
 #include "Shared/Cross/RenderAnim/Final/FinalFile.h"
+#include "Shared_Tools/Burner/BurnerProcess.h"
 #include "Tests/Shared/Cross/RevControlAPI/P4Server.h"
 #include "Tests/Shared_Tools/BurnerImp/BurnProject.h"
 
 #include <csignal>
 #include <thread>
 
+#include <sys/ptrace.h>
 #include <sys/wait.h>
 
 namespace {
@@ -305,6 +307,28 @@ TEST_F(BurnProgram, AKilledHostLeavesNothing) {
     EXPECT_TRUE(m_Folder.IsClean());
     for (const auto& entry : std::filesystem::directory_iterator(m_Folder.Get().Native("fin/texts/art")))
         EXPECT_TRUE(entry.path().extension() == ".txt" && entry.file_size() == 10000u) << entry.path();
+}
+
+// A debugger on the host, which lets it run.
+TEST_F(BurnProgram, WithADebuggerTheLocalModuleCanBeChosen) {
+    m_Folder.Write("gen/art/a.txt", "a");
+    m_Folder.Get().Remove("net/BurnerImp.exe");
+    const pid_t host = fork();
+    if (host == 0) {
+        ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+        BurnerProcess::SetLocalQuestion([](const char* pTitle, const char* pText) {
+            return pTitle == std::string("Local Burn?") &&
+                   pText == std::string("Would you like to use the local BurnerImp.exe?");
+        });
+        const bool good = Burn("gen/art") == 1;
+        _exit(good && std::filesystem::exists(Process::GetExecutableFolder() + "BurnerImp.exe") ? 0 : 1);
+    }
+    int status = 0;
+    while (waitpid(host, &status, 0) == host && WIFSTOPPED(status))
+        ptrace(PTRACE_CONT, host, nullptr, WSTOPSIG(status));
+    EXPECT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_EQ(m_Folder.Read("fin/texts/art/a.txt"), "a");
 }
 
 } // namespace
