@@ -50,10 +50,10 @@ LuaConfig::LuaConfig(const char* pName, const Limits& limits)
     if (!m_pState)
         throw std::bad_alloc();
     m_pGuard->pMain = m_pState;
-    lua_atpanic(m_pState, OnPanic);
     if (lua_cpcall(m_pState, SetUp, this) != 0)
         throw std::bad_alloc();
     lua_settop(m_pState, 0);
+    lua_atpanic(m_pState, OnPanic);
     m_pGuard->SetThreshold(s_GcThreshold);
     lua_pushvalue(m_pState, LUA_GLOBALSINDEX);
 }
