@@ -11,7 +11,6 @@ namespace {
 
 constexpr std::string_view s_PlaceEnd = ":!"; // behind the place in the source that warns
 constexpr std::string_view s_BonesMark = "MERGE -- '";
-constexpr std::string_view s_FileEnd = "': ";
 constexpr std::string_view s_FaultMark = "RENDER ANIM -- "; // a file that couldn't be read or written
 constexpr std::string_view s_ToolAlias = "TOOL:";
 
@@ -28,26 +27,25 @@ std::string_view WithoutPlace(std::string_view line) {
     return end == line.npos ? line : line.substr(end + s_PlaceEnd.size());
 }
 
-// The module names files in the system's form.
-std::string WithNativeFile(std::string_view line) {
-    line.remove_prefix(s_BonesMark.size());
-    const size_t end = line.find(s_FileEnd);
+// A line that goes on with a file, which the module names in the system's form, up to the end mark.
+std::string WithNativeFile(std::string_view line, std::string_view fileEnd) {
+    const size_t end = line.find(fileEnd);
     if (end == line.npos)
         return std::string(line);
-    return OSFile::ToNative(line.substr(0, end)) + ": " + std::string(line.substr(end + s_FileEnd.size()));
+    return OSFile::ToNative(line.substr(0, end)) + ": " + std::string(line.substr(end + fileEnd.size()));
 }
 
-std::string WithoutAlias(std::string_view line) {
+std::string DescribeFault(std::string_view line) {
     line.remove_prefix(s_FaultMark.size());
     if (line.starts_with(s_ToolAlias))
         line.remove_prefix(s_ToolAlias.size());
-    return std::string(line);
+    return WithNativeFile(line, ": ");
 }
 
 void KeepFault(dbMessage message) {
     for (const char* pLine : message)
         if (const std::string_view line = WithoutPlace(pLine); line.starts_with(s_FaultMark))
-            s_Notes.lastFault = WithoutAlias(line);
+            s_Notes.lastFault = DescribeFault(line);
 }
 
 void KeepWarning(dbMessage message) {
@@ -55,7 +53,7 @@ void KeepWarning(dbMessage message) {
     for (const char* pLine : message) {
         const std::string_view line = WithoutPlace(pLine);
         if (line.starts_with(s_BonesMark))
-            s_Notes.bones.push_back(WithNativeFile(line));
+            s_Notes.bones.push_back(WithNativeFile(line.substr(s_BonesMark.size()), "': "));
         else
             s_Notes.lastWarning = line;
     }
