@@ -183,14 +183,16 @@ TEST_F(AniMergeTest, AFileWithoutAnAnimationAddsNothing) {
 }
 
 TEST_F(AniMergeTest, AMergedFileThatCannotBeWrittenIsNamed) {
-    m_Server.Write("gen/art/tank.pvx", "old");
-    OSFile::SetWritable(At("gen/art/tank.pvx").c_str(), false);
+    // Read-only, as every file that one hasn't opened; this one can't be, since somebody else has it.
+    m_Server.Submit("gen/art/tank.pvx", "old", true, "binary+l");
+    m_Server.OpenByOther("gen/art/tank.pvx", true);
     EXPECT_FALSE(Merge({}));
     EXPECT_EQ(m_Text, "Merge: Unable to save the model 'tank'\n.  Please make sure no one else has it checked-out in "
                       "P4 (Data Generic / Data Final)!\n");
     EXPECT_TRUE(AreServicesUp());
     EXPECT_EQ(m_Server.Read("gen/art/tank.pvx"), "old");
-    OSFile::SetWritable(At("gen/art/tank.pvx").c_str(), true);
+    AniMergeShutdown(0);
+    EXPECT_THAT(ReadLog(), HasSubstr("RENDER ANIM -- TOOL:gen\\art\\tank.pvx: "));
 }
 
 TEST_F(AniMergeTest, TheSameFilesGiveTheSameBytes) {
