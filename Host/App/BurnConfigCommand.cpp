@@ -54,7 +54,7 @@ private:
 };
 
 std::string FindFile(const std::string& nativeFile) {
-    const std::string file = Pipeline::GetFullPath(OSFile::FromNative(nativeFile).c_str());
+    std::string file = Pipeline::GetFullPath(OSFile::FromNative(nativeFile).c_str());
     if (!OSFile::FileAttr(file.c_str()))
         throw HostError(2, nativeFile + ": there is no such file or folder; name one in a project's generic folder");
     return file;
@@ -75,7 +75,6 @@ ConfigOrigins LoadConfig(const std::string& file, const Messages& messages) {
     return origins;
 }
 
-// Hands each group's name with its targets' ids to a function.
 using TargetIDs = std::vector<BurnerConfig::TargetID>;
 
 TargetIDs GetTargets(const BurnerConfig& config, const char* pGroup) {

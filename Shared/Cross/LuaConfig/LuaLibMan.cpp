@@ -38,7 +38,7 @@ LuaLibMan::~LuaLibMan() {
 }
 
 bool LuaLibMan::AddLibrary(const char* libname, LuaLib& lib) {
-    dbAssert(libname != NULL);
+    dbAssertText(libname != nullptr, "libname != NULL");
     if (!libname)
         return false;
     const auto found = m_Libraries.try_emplace(libname, &lib).first;
@@ -47,7 +47,7 @@ bool LuaLibMan::AddLibrary(const char* libname, LuaLib& lib) {
 }
 
 bool LuaLibMan::Bind(LuaConfig& config, const char* libname) {
-    dbAssert(libname != NULL);
+    dbAssertText(libname != nullptr, "libname != NULL");
     const auto found = libname ? m_Libraries.find(libname) : m_Libraries.end();
     if (found == m_Libraries.end())
         return false;

@@ -30,6 +30,7 @@ bool IsSavedType(LuaConfig::ValueType type) {
 // The numbers that the keys begin with, in order and each once.
 std::vector<long> ReadNumbers(const std::vector<std::string>& keys) {
     std::vector<long> numbers;
+    numbers.reserve(keys.size());
     for (const std::string& key : keys)
         numbers.push_back(std::strtol(key.c_str(), nullptr, 10));
     std::ranges::sort(numbers);

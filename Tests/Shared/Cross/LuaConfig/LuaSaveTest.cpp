@@ -113,7 +113,8 @@ TEST_F(LuaSave, ATableThatHoldsItselfIsRefused) {
     Run("t = {} t.t = t");
     EXPECT_FALSE(LuaConfigSave::SaveToStream(m_Config, true, true, stream));
     ExpectReportWith("too deep or too large to be saved");
-    Run("t = { 1 } for i = 1, 150 do t = { t, t } end");
+    m_Config.SetString("s", std::string(1000, 's').c_str());
+    Run("t = { s, s, s, s } for i = 1, 150 do t = { t, t } end");
     EXPECT_FALSE(LuaConfigSave::SaveToStream(m_Config, false, false, stream));
     ExpectReportWith("too deep or too large to be saved");
     EXPECT_EQ(stream.GetLength(), 0u);
