@@ -68,7 +68,7 @@ void BurnReport::Append(BurnerMessageList&& messages) {
 }
 
 void BurnReport::Send() {
-    if (m_Cut || m_Messages.empty() || (m_Bytes < s_MuchToSend && !m_Pipe.IsFlushed()))
+    if (m_Cut || m_Messages.empty() || (m_Bytes < s_MuchToSend && !m_Pipe.HasRoom()))
         return;
     m_Cut = !NamedPipeMsg::SendMsg(m_Pipe, BurnerUpdateMsg{.messages = Take()});
 }

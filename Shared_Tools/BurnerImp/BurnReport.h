@@ -7,8 +7,8 @@
 
 class NamedPipe;
 
-// What the burner says to the tools, sent as the other side takes it: as long as it hasn't taken the last message, new
-// ones gather, so that neither waits for the other.
+// What the burner says to the tools, sent as long as the pipe has room; when the other side is slow, messages gather,
+// so that neither waits for the other.
 class BurnReport {
 public:
     explicit BurnReport(NamedPipe& pipe) : m_Pipe(pipe) {}
@@ -20,7 +20,7 @@ public:
     void AddError(const std::string& source, const std::string& text);
     void Append(BurnerMessageList&& messages);
 
-    // Sends what has gathered, if the other side has taken the last message or it is much.
+    // Sends what has gathered, if the pipe has room or it is much.
     void Send();
     // Whether the other side has gone: there is nobody to burn for.
     bool IsCut();

@@ -46,6 +46,8 @@ public:
     bool Read(void* pBuffer, uint32_t length, uint32_t& read, bool& more);
     // Whether the other side has taken all that was written; true too when it is gone.
     bool IsFlushed() const;
+    // Whether the other side has taken so much of it that a small message needn't wait.
+    bool HasRoom() const;
 
     // Drops what is waiting. The client's end first waits until the other side has taken all that was written or is
     // gone; what the server wrote stays readable.
@@ -59,6 +61,7 @@ private:
     bool OpenClient();
     bool Accept();
     bool ReceiveMessage();
+    uint32_t GetUntaken() const;
     void Flush() const;
     void Withdraw();
 

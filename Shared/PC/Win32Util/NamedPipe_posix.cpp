@@ -27,6 +27,7 @@ constexpr int s_NoLimit = -1;
 // A packet has to fit the socket's buffer; a longer message goes as a file in memory, whose descriptor is passed.
 constexpr uint32_t s_MaxPacket = 0x10000;
 constexpr size_t s_DropSize = 1024;
+constexpr uint32_t s_RoomLimit = 0x10000; // less than half of what a socket holds by default
 
 short PollFor(int descriptor, short events, int limit) {
     pollfd entry{descriptor, events, 0};
@@ -294,11 +295,17 @@ bool NamedPipe::Read(void* pBuffer, uint32_t length, uint32_t& read, bool& more)
     return true;
 }
 
-bool NamedPipe::IsFlushed() const {
-    int waiting = 0;
-    return !m_bConnected || ioctl(m_hPipe, SIOCOUTQ, &waiting) != 0 || waiting == 0 ||
-           (PollFor(m_hPipe, 0, 0) & (POLLHUP | POLLERR)) != 0;
+// In the system's count, which has the bookkeeping of each packet in it.
+uint32_t NamedPipe::GetUntaken() const {
+    int bytes = 0;
+    const bool isThere =
+        m_bConnected && ioctl(m_hPipe, SIOCOUTQ, &bytes) == 0 && (PollFor(m_hPipe, 0, 0) & (POLLHUP | POLLERR)) == 0;
+    return isThere ? static_cast<uint32_t>(bytes) : 0;
 }
+
+bool NamedPipe::IsFlushed() const { return GetUntaken() == 0; }
+
+bool NamedPipe::HasRoom() const { return GetUntaken() < s_RoomLimit; }
 
 void NamedPipe::Flush() const {
     while (!IsFlushed())

@@ -211,12 +211,14 @@ TEST_F(BurnerTest, ModulesThatCantBeStarted) {
 }
 
 TEST_F(BurnerTest, TheFirstFreeNameIsTaken) {
-    const std::string folder = Process::GetExecutableFolder();
-    int number = 0;
-    while (std::filesystem::exists(folder + "Burner_" + std::to_string(number) + ".exe"))
-        ++number;
-    const std::string leftover = folder + "Burner_" + std::to_string(number) + ".exe";
-    std::ofstream(leftover) << "left by a crash";
+    // A new file, since other tests have their copies in this folder, too.
+    std::string leftover;
+    std::FILE* pFile = nullptr;
+    for (int number = 0; !pFile; ++number) {
+        leftover = Process::GetExecutableFolder() + "Burner_" + std::to_string(number) + ".exe";
+        pFile = std::fopen(leftover.c_str(), "wx");
+    }
+    std::fclose(pFile);
     ASSERT_TRUE(Burn(std::string(s_Start) + s_Result));
     EXPECT_NE(m_Folder.GetLog()[0], leftover);
     EXPECT_TRUE(std::filesystem::exists(leftover));

@@ -115,6 +115,20 @@ TEST_F(NamedPipeTest, AFullPipeWaitsForItsReader) {
     EXPECT_EQ(total, size_t{1000} * count);
 }
 
+TEST_F(NamedPipeTest, APipeTellsWhenItFills) {
+    Connect();
+    EXPECT_TRUE(m_Client.IsFlushed());
+    int count = 0;
+    for (; m_Client.HasRoom(); ++count)
+        ASSERT_TRUE(Send(m_Client, std::string(100, 'x')));
+    EXPECT_GT(count, 20);
+    EXPECT_FALSE(m_Client.IsFlushed());
+    while (count-- > 0)
+        Take(m_Server);
+    EXPECT_TRUE(m_Client.HasRoom());
+    EXPECT_TRUE(m_Client.IsFlushed());
+}
+
 TEST_F(NamedPipeTest, WhatWasSentOutlivesItsSender) {
     Connect();
     EXPECT_TRUE(Send(m_Client, "last words"));
