@@ -11,7 +11,6 @@ namespace {
 
 using enum TextTable::Align;
 using TextFormat::Count;
-using TextFormat::Number;
 
 std::string Name(const ra::Name& name) { return TextFormat::Name(name.GetTextOrEmpty()); }
 

@@ -1,6 +1,6 @@
 #include "Shared/Cross/RenderAnim/Chunks/MarkerChunk.h"
 
-#include "Shared/Cross/RenderAnim/Chunks/PayloadReader.h"
+#include <string>
 
 // "MARK", data, version 1, name of the marker:
 //   string  parent bone's name, empty for none
@@ -24,9 +24,39 @@ constexpr uint32_t s_OldestCameraVersion = 1;
 
 } // namespace
 
-void WriteMarker(Chunky& chunky, PayloadWriter& writer, const Marker& marker) {
+void WriteMarkerFields(PayloadWriter& writer, const Marker& marker) {
     writer.WriteString(marker.m_parentName.GetText());
     writer.WriteMat43(marker.m_transform);
+}
+
+void ReadMarkerFields(PayloadReader& reader, Marker& marker) {
+    const std::string parentName = reader.ReadString("parent name");
+    if (!parentName.empty())
+        marker.m_parentName = Name(parentName.c_str());
+    marker.m_transform = reader.ReadMat43("transform");
+}
+
+void WriteCameraFields(PayloadWriter& writer, const CameraDef& camera) {
+    writer.WriteVec3(camera.position);
+    writer.WriteQuat(camera.rotation);
+    writer.Write(camera.fieldOfView);
+    writer.Write(camera.nearClip);
+    writer.Write(camera.farClip);
+    writer.WriteVec3(camera.target);
+}
+
+void ReadCameraFields(PayloadReader& reader, CameraDef& camera, bool hasTarget) {
+    camera.position = reader.ReadVec3("position");
+    camera.rotation = reader.ReadQuat("rotation");
+    camera.fieldOfView = reader.Read<float>("field of view");
+    camera.nearClip = reader.Read<float>("near clip");
+    camera.farClip = reader.Read<float>("far clip");
+    if (hasTarget)
+        camera.target = reader.ReadVec3("target");
+}
+
+void WriteMarker(Chunky& chunky, PayloadWriter& writer, const Marker& marker) {
+    WriteMarkerFields(writer, marker);
     writer.WriteChunk(chunky, s_MarkerChunk, s_MarkerVersion, marker.name.GetText());
 }
 
@@ -35,21 +65,13 @@ Marker ReadMarker(Chunky& chunky) {
     PayloadReader reader(chunky, "marker", info.name.GetText());
     Marker marker;
     marker.name = Name(info.name.GetText());
-    const std::string parentName = reader.ReadString("parent name");
-    if (!parentName.empty())
-        marker.m_parentName = Name(parentName.c_str());
-    marker.m_transform = reader.ReadMat43("transform");
+    ReadMarkerFields(reader, marker);
     chunky.EndChunk();
     return marker;
 }
 
 void WriteCamera(Chunky& chunky, PayloadWriter& writer, const CameraDef& camera) {
-    writer.WriteVec3(camera.position);
-    writer.WriteQuat(camera.rotation);
-    writer.Write(camera.fieldOfView);
-    writer.Write(camera.nearClip);
-    writer.Write(camera.farClip);
-    writer.WriteVec3(camera.target);
+    WriteCameraFields(writer, camera);
     writer.WriteChunk(chunky, s_CameraChunk, s_CameraVersion, camera.name.GetText());
 }
 
@@ -58,13 +80,7 @@ CameraDef ReadCamera(Chunky& chunky) {
     PayloadReader reader(chunky, "camera", info.name.GetText());
     CameraDef camera;
     camera.name = Name(info.name.GetText());
-    camera.position = reader.ReadVec3("position");
-    camera.rotation = reader.ReadQuat("rotation");
-    camera.fieldOfView = reader.Read<float>("field of view");
-    camera.nearClip = reader.Read<float>("near clip");
-    camera.farClip = reader.Read<float>("far clip");
-    if (info.version >= 2)
-        camera.target = reader.ReadVec3("target");
+    ReadCameraFields(reader, camera, info.version >= 2);
     chunky.EndChunk();
     return camera;
 }

@@ -1,6 +1,7 @@
 #include "Shared/Cross/RenderAnim/Chunks/MeshChunk.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
 
 #include "Shared/Cross/Debug/db.h"
@@ -97,8 +98,10 @@ void WriteTriangles(PayloadWriter& writer, const gz::PrimSet* pPrimSet, MeshForm
 }
 
 void WritePrimSets(PayloadWriter& writer, const Mesh& mesh, MeshForm form) {
-    writer.Write(mesh.GetShaderCount());
-    for (uint32_t i = 0; i < mesh.GetShaderCount(); ++i) {
+    const uint32_t primsetCount = mesh.GetShaderCount();
+    dbAssert(primsetCount < INT_MAX);
+    writer.Write(primsetCount);
+    for (uint32_t i = 0; i < primsetCount; ++i) {
         const ShaderRef& shader = mesh.GetShader(i);
         writer.WriteString(shader.IsValid() ? shader.GetResource()->GetName() : nullptr);
         WriteTriangles(writer, mesh.GetPrimSet(i, Mesh::Poly_High), form);

@@ -1,9 +1,6 @@
 #include "Shared/Cross/RenderAnim/Final/FinalMarkerChunk.h"
 
-#include <string>
-
 #include "Shared/Cross/RenderAnim/Chunks/MarkerChunk.h"
-#include "Shared/Cross/RenderAnim/Chunks/PayloadReader.h"
 
 // "MARK", data, version 1, without a name:
 //   uint32   markers; for each:
@@ -36,8 +33,7 @@ void WriteFinalMarkers(Chunky& chunky, PayloadWriter& writer, std::span<const Ma
     writer.Write(static_cast<uint32_t>(markers.size()));
     for (const Marker& marker : markers) {
         writer.WriteString(marker.name.GetText());
-        writer.WriteString(marker.m_parentName.GetText());
-        writer.WriteMat43(marker.m_transform);
+        WriteMarkerFields(writer, marker);
     }
     writer.WriteChunk(chunky, s_MarkerChunk, s_MarkersVersion);
 }
@@ -48,10 +44,7 @@ std::vector<Marker> ReadFinalMarkers(Chunky& chunky) {
     std::vector<Marker> markers(reader.ReadCount(s_MarkerMinBytes, "marker count"));
     for (Marker& marker : markers) {
         marker.name = Name(reader.ReadString("marker name").c_str());
-        const std::string parentName = reader.ReadString("parent name");
-        if (!parentName.empty())
-            marker.m_parentName = Name(parentName.c_str());
-        marker.m_transform = reader.ReadMat43("transform");
+        ReadMarkerFields(reader, marker);
     }
     chunky.EndChunk();
     return markers;
@@ -61,12 +54,7 @@ void WriteFinalCameras(Chunky& chunky, PayloadWriter& writer, std::span<const Ca
     writer.Write(static_cast<uint32_t>(cameras.size()));
     for (const CameraDef& camera : cameras) {
         writer.WriteString(camera.name.GetText());
-        writer.WriteVec3(camera.position);
-        writer.WriteQuat(camera.rotation);
-        writer.Write(camera.fieldOfView);
-        writer.Write(camera.nearClip);
-        writer.Write(camera.farClip);
-        writer.WriteVec3(camera.target);
+        WriteCameraFields(writer, camera);
     }
     writer.WriteChunk(chunky, s_CamerasChunk, s_CamerasVersion);
 }
@@ -77,12 +65,7 @@ std::vector<CameraDef> ReadFinalCameras(Chunky& chunky) {
     std::vector<CameraDef> cameras(reader.ReadCount(s_CameraMinBytes, "camera count"));
     for (CameraDef& camera : cameras) {
         camera.name = Name(reader.ReadString("camera name").c_str());
-        camera.position = reader.ReadVec3("position");
-        camera.rotation = reader.ReadQuat("rotation");
-        camera.fieldOfView = reader.Read<float>("field of view");
-        camera.nearClip = reader.Read<float>("near clip");
-        camera.farClip = reader.Read<float>("far clip");
-        camera.target = reader.ReadVec3("target");
+        ReadCameraFields(reader, camera, true);
     }
     chunky.EndChunk();
     return cameras;

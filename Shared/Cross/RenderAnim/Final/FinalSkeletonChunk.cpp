@@ -1,7 +1,7 @@
 #include "Shared/Cross/RenderAnim/Final/FinalSkeletonChunk.h"
 
-#include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/Chunks/ModelLayout.h"
+#include "Shared/Cross/RenderAnim/Chunks/ParentField.h"
 #include "Shared/Cross/RenderAnim/Chunks/PayloadReader.h"
 #include "Shared/Cross/RenderAnim/Skeleton.h"
 
@@ -25,12 +25,8 @@ void WriteFinalSkeleton(Chunky& chunky, PayloadWriter& writer, const Skeleton& s
     writer.Write(skeleton.GetBoneCount());
     for (uint32_t i = 0; i < skeleton.GetBoneCount(); ++i) {
         const Bone& bone = skeleton.GetBone(static_cast<int32_t>(i));
-        const int32_t parentIndex = skeleton.GetParentIndex(static_cast<int32_t>(i));
-        if (parentIndex != Bone::InvalidIndex)
-            dbAssertText(static_cast<uint32_t>(parentIndex) < skeleton.GetBoneCount(),
-                         "parentIndex < skeleton.GetBoneCount()");
         writer.WriteString(bone.GetName().GetText());
-        writer.Write(parentIndex);
+        WriteParent(writer, skeleton, static_cast<int32_t>(i));
         writer.WriteVec3(bone.GetLocalPosition());
         writer.WriteQuat(bone.GetLocalRotation());
     }
@@ -45,9 +41,7 @@ std::vector<generic::BoneRecord> ReadFinalBoneRecords(Chunky& chunky) {
     for (int32_t i = 0; i < count; ++i) {
         generic::BoneRecord& bone = bones[static_cast<size_t>(i)];
         bone.name = reader.ReadString("bone name");
-        bone.parent = reader.Read<int32_t>("parent of a bone");
-        if (bone.parent < -1 || bone.parent >= count || bone.parent == i)
-            reader.Fail("parent of a bone", std::to_string(bone.parent) + " is no other bone");
+        bone.parent = ReadParent(reader, i, count);
         bone.position = reader.ReadVec3("bone position");
         bone.rotation = reader.ReadQuat("bone rotation");
     }

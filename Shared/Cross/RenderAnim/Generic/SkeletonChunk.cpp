@@ -1,6 +1,6 @@
 #include "Shared/Cross/RenderAnim/Generic/SkeletonChunk.h"
 
-#include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/RenderAnim/Chunks/ParentField.h"
 #include "Shared/Cross/RenderAnim/Chunks/PayloadReader.h"
 #include "Shared/Cross/RenderAnim/Skeleton.h"
 #include "Shared/Cross/RenderAnim/Transform.h"
@@ -34,11 +34,7 @@ constexpr uint32_t s_BoneMinBytes = 52; // a chunk's header, a parent, a positio
 
 void WriteBone(Chunky& chunky, PayloadWriter& writer, const Skeleton& skeleton, int32_t index) {
     const Bone& bone = skeleton.GetBone(index);
-    const int32_t parentIndex = skeleton.GetParentIndex(index);
-    if (parentIndex != Bone::InvalidIndex)
-        dbAssertText(static_cast<uint32_t>(parentIndex) < skeleton.GetBoneCount(),
-                     "parentIndex < skeleton.GetBoneCount()");
-    writer.Write(parentIndex);
+    WriteParent(writer, skeleton, index);
     writer.WriteVec3(bone.GetLocalPosition());
     writer.WriteQuat(bone.GetLocalRotation());
     writer.WriteChunk(chunky, s_BoneChunk, s_BoneVersion, bone.GetName().GetText());
@@ -74,9 +70,7 @@ BoneRecord ReadBone(Chunky& chunky, uint32_t index, uint32_t count) {
         reader.Read<float>("unused float");
     if (info.version < 2)
         reader.ReadVec3("unused floats");
-    bone.parent = reader.Read<int32_t>("parent");
-    if (bone.parent < -1 || bone.parent >= static_cast<int64_t>(count) || bone.parent == static_cast<int64_t>(index))
-        reader.Fail("parent", std::to_string(bone.parent) + " is no other bone");
+    bone.parent = ReadParent(reader, index, count);
     ReadPlace(reader, info.version, bone);
     if (info.version < 4)
         for (int i = 0; i < 2; ++i)

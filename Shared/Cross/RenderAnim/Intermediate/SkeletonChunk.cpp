@@ -1,6 +1,6 @@
 #include "Shared/Cross/RenderAnim/Intermediate/SkeletonChunk.h"
 
-#include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/RenderAnim/Chunks/ParentField.h"
 #include "Shared/Cross/RenderAnim/Chunks/PayloadReader.h"
 #include "Shared/Cross/RenderAnim/Skeleton.h"
 
@@ -23,12 +23,8 @@ void WriteSkeleton(Chunky& chunky, PayloadWriter& writer, const Skeleton& skelet
     writer.Write(skeleton.GetBoneCount());
     for (uint32_t i = 0; i < skeleton.GetBoneCount(); ++i) {
         const Bone& bone = skeleton.GetBone(static_cast<int32_t>(i));
-        const int32_t parentIndex = skeleton.GetParentIndex(static_cast<int32_t>(i));
-        if (parentIndex != Bone::InvalidIndex)
-            dbAssertText(static_cast<uint32_t>(parentIndex) < skeleton.GetBoneCount(),
-                         "parentIndex < skeleton.GetBoneCount()");
         writer.WriteString(bone.GetName().GetText());
-        writer.Write(parentIndex);
+        WriteParent(writer, skeleton, static_cast<int32_t>(i));
         writer.WriteMat43(bone.GetReferenceMatrix());
     }
     writer.WriteChunk(chunky, s_SkeletonChunk, s_SkeletonVersion);
@@ -42,9 +38,7 @@ std::vector<BoneRecord> ReadBoneRecords(Chunky& chunky) {
     for (int32_t i = 0; i < count; ++i) {
         BoneRecord& bone = bones[static_cast<size_t>(i)];
         bone.name = reader.ReadString("bone name");
-        bone.parent = reader.Read<int32_t>("parent of a bone");
-        if (bone.parent < -1 || bone.parent >= count || bone.parent == i)
-            reader.Fail("parent of a bone", std::to_string(bone.parent) + " is no other bone");
+        bone.parent = ReadParent(reader, i, count);
         bone.transform = reader.ReadMat43("bone transform");
     }
     chunky.EndChunk();
