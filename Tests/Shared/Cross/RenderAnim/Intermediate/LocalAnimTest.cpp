@@ -70,7 +70,7 @@ protected:
         Inv::PurgeUnreferenced();
     }
 
-    void AddControl(const char* pName, const ControlRef& ref, std::initializer_list<float> values) {
+    void AddControl(const char* pName, const ControlRef& ref, const std::vector<float>& values) {
         auto pValues = std::make_unique<FloatStream>();
         const std::span<FloatKey> keys = pValues->SetKeyCount(static_cast<uint32_t>(values.size()));
         float time = 0;
@@ -200,7 +200,7 @@ TEST_F(LocalAnim, AShadersValuesAreOffsetsToItsOwn) {
     struct Case {
         int32_t channel;
         int32_t property;
-        std::initializer_list<float> values;
+        std::vector<float> values;
         std::vector<float> offsets; // empty for a stream that isn't kept
     };
     const std::vector<Case> cases = {
