@@ -14,11 +14,12 @@ class Scene;
 
 // The world transformations of all nodes of a scene. Nodes that never move are worked out once. The others are worked
 // out for a whole tick at a time, parents before children, when the first of them is asked for; the last ticks are
-// kept, so that the nodes may be asked frame by frame, or node by node within a run of frames.
+// kept. So the nodes are best asked frame by frame.
 class Evaluator {
 public:
-    // The frames that are kept. Node by node through a longer run, every frame is worked out again for every node.
-    static constexpr int FramesKept = 32;
+    // The frames that are kept: few, so that they stay in the processor's cache. Node by node through a longer run,
+    // every frame is worked out again for every node.
+    static constexpr int FramesKept = 4;
 
     // Everything is to be worked out again: a node was added, or one has got another local transformation.
     void Invalidate() { m_Valid = false; }

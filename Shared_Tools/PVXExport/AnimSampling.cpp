@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "Host/Sdk/Core.h"
@@ -22,9 +23,9 @@
 
 namespace {
 
-// Bones are sampled one after the other within a block of frames: the host still knows the block's frames from the
-// first bone, and the keys of a bone are written where the last ones were.
-constexpr size_t s_FramesInBlock = 32;
+// The host works out a whole frame at a time, so all bones are asked for it while it is in the processor's cache. Their
+// keys wait until there are some frames of them: a stream of keys lies far from the next bone's.
+constexpr size_t s_FramesInBlock = 8;
 
 glm::vec3 GetTargetPosition(INode& node, TimeValue t) {
     Matrix3 target = IdentityMatrix();
@@ -51,35 +52,84 @@ glm::mat4x3 GetCameraMatrix(INode& node, TimeValue t) {
     return m;
 }
 
-void SampleBones(const BoneNodes& bones, std::span<const AnimFrame> frames, AnimInterm& anim) {
-    std::vector<std::span<MatrixKey>> streams;
-    streams.reserve(bones.size());
-    for (size_t bone = 0; bone < bones.size(); ++bone) {
-        const auto index = static_cast<int32_t>(bone);
-        anim.SetBoneName(index, ra::Name(bones[bone].name.c_str()));
-        anim.SetBoneAnimated(index, bones[bone].visible);
-        streams.push_back(anim.MakeMatrixStream(index, static_cast<uint32_t>(frames.size())));
+// Gathers the keys of all bones.
+class BoneSampler {
+public:
+    BoneSampler(const BoneNodes& bones, size_t frameCount, AnimInterm& anim)
+        : m_Bones(bones), m_Block(bones.size() * s_FramesInBlock) {
+        m_Streams.reserve(bones.size());
+        for (size_t bone = 0; bone < bones.size(); ++bone) {
+            const auto index = static_cast<int32_t>(bone);
+            anim.SetBoneName(index, ra::Name(bones[bone].name.c_str()));
+            anim.SetBoneAnimated(index, bones[bone].visible);
+            m_Streams.push_back(anim.MakeMatrixStream(index, static_cast<uint32_t>(frameCount)));
+        }
     }
-    for (size_t begin = 0; begin < frames.size(); begin += s_FramesInBlock) {
-        const size_t end = std::min(begin + s_FramesInBlock, frames.size());
-        for (size_t bone = 0; bone < bones.size(); ++bone)
-            for (size_t i = begin; i < end; ++i)
-                streams[bone][i] = {std::clamp(frames[i].time, 0.0f, 1.0f),
-                                    GetBoneMatrix(*bones[bone].pNode, frames[i].tick)};
-    }
-}
 
-void SampleCamera(INode& node, std::span<const AnimFrame> frames, Anim& anim) {
-    auto pPosition = std::make_unique<Vec3Stream>();
-    auto pRotation = std::make_unique<QuatStream>();
-    const std::span<Vec3Key> positions = pPosition->SetKeyCount(static_cast<uint32_t>(frames.size()));
-    const std::span<QuatKey> rotations = pRotation->SetKeyCount(static_cast<uint32_t>(frames.size()));
-    for (size_t i = 0; i < frames.size(); ++i) {
-        const glm::mat4x3 m = GetCameraMatrix(node, frames[i].tick);
-        positions[i] = {frames[i].time, m[3]};
-        rotations[i] = {frames[i].time, ra::GetRotation(m)};
+    // Frame after frame, and `Flush` at the end.
+    void Sample(const AnimFrame& frame) {
+        const float time = std::clamp(frame.time, 0.0f, 1.0f);
+        MatrixKey* pKey = m_Block.data() + m_InBlock;
+        for (const BoneNode& bone : m_Bones) {
+            *pKey = {time, GetBoneMatrix(*bone.pNode, frame.tick)};
+            pKey += s_FramesInBlock;
+        }
+        if (++m_InBlock == s_FramesInBlock)
+            Flush();
     }
-    anim.SetCameraStreams(anim.AddCamera(ra::Name(node.GetName())), std::move(pPosition), std::move(pRotation));
+    void Flush() {
+        for (size_t bone = 0; bone < m_Streams.size(); ++bone)
+            std::copy_n(m_Block.data() + bone * s_FramesInBlock, m_InBlock, m_Streams[bone].data() + m_Done);
+        m_Done += std::exchange(m_InBlock, 0);
+    }
+
+private:
+    const BoneNodes& m_Bones;
+    std::vector<std::span<MatrixKey>> m_Streams;
+    std::vector<MatrixKey> m_Block; // bone by bone
+    size_t m_InBlock = 0;
+    size_t m_Done = 0;
+};
+
+class CameraSampler {
+public:
+    CameraSampler(INode& node, size_t frameCount)
+        : m_Node(node), m_pPosition(std::make_unique<Vec3Stream>()), m_pRotation(std::make_unique<QuatStream>()),
+          m_Positions(m_pPosition->SetKeyCount(static_cast<uint32_t>(frameCount))),
+          m_Rotations(m_pRotation->SetKeyCount(static_cast<uint32_t>(frameCount))) {}
+
+    void Sample(const AnimFrame& frame, size_t number) {
+        const glm::mat4x3 m = GetCameraMatrix(m_Node, frame.tick);
+        m_Positions[number] = {frame.time, m[3]};
+        m_Rotations[number] = {frame.time, ra::GetRotation(m)};
+    }
+    void AddTo(Anim& anim) {
+        anim.SetCameraStreams(anim.AddCamera(ra::Name(m_Node.GetName())), std::move(m_pPosition),
+                              std::move(m_pRotation));
+    }
+
+private:
+    INode& m_Node;
+    std::unique_ptr<Vec3Stream> m_pPosition;
+    std::unique_ptr<QuatStream> m_pRotation;
+    std::span<Vec3Key> m_Positions;
+    std::span<QuatKey> m_Rotations;
+};
+
+// One pass over the frames for all that moves. Returns the cameras, which come into the animation behind the materials.
+std::vector<CameraSampler> SampleNodes(const ExportScene& scene, std::span<const AnimFrame> frames, AnimInterm& anim) {
+    BoneSampler bones(scene.m_BoneNodes, frames.size(), anim);
+    std::vector<CameraSampler> cameras;
+    cameras.reserve(scene.m_CameraNodes.size());
+    for (INode* pNode : scene.m_CameraNodes)
+        cameras.emplace_back(*pNode, frames.size());
+    for (size_t i = 0; i < frames.size(); ++i) {
+        bones.Sample(frames[i]);
+        for (CameraSampler& camera : cameras)
+            camera.Sample(frames[i], i);
+    }
+    bones.Flush();
+    return cameras;
 }
 
 // The group's index of each of the scene's meshes, by name; -1 for one that isn't there.
@@ -131,10 +181,10 @@ void Sample(const ExportScene& scene, const ExportContext& context, const Interf
     pAnim->SetLength(static_cast<int32_t>(all.size()), static_cast<float>(GetFrameRate()));
     pAnim->SetBoneCount(boneCount);
 
-    SampleBones(scene.m_BoneNodes, frames, *pAnim);
+    std::vector<CameraSampler> cameras = SampleNodes(scene, frames, *pAnim);
     ControlTracks::AddMaterials(scene, context, frames, *pAnim);
-    for (INode* pNode : scene.m_CameraNodes)
-        SampleCamera(*pNode, frames, *pAnim);
+    for (CameraSampler& camera : cameras)
+        camera.AddTo(*pAnim);
     ControlTracks::AddVisibility(scene, frames, *pAnim);
 
     AnimRef anim;

@@ -24,13 +24,13 @@ struct Rows {
     glm::vec3 Get(int row) const { return {x[row], y[row], z[row]}; }
 };
 
-Lane GetLengths(const Rows& rows) {
+inline Lane GetLengths(const Rows& rows) {
     const Lane squares = rows.x * rows.x + rows.y * rows.y + rows.z * rows.z;
     return Lane{std::sqrt(squares[0]), std::sqrt(squares[1]), std::sqrt(squares[2]), std::sqrt(squares[3])};
 }
 
 // To unit length. A row of length 0, of something scaled flat, stays one.
-Rows Normalise(const Rows& rows, const Lane& lengths) {
+inline Rows Normalise(const Rows& rows, const Lane& lengths) {
     const Lane divisors = lengths > 0.0f ? lengths : Lane{1.0f, 1.0f, 1.0f, 1.0f};
     return {rows.x / divisors, rows.y / divisors, rows.z / divisors};
 }

@@ -153,16 +153,18 @@ TEST_F(SceneAnimation, EveryNodeIsEvaluatedOncePerTick) {
     MakeChain(100);
     Node& hanging = m_Scene.AddNode("hanging", m_Chain.back());
     const int ticks = GetTicksPerFrame();
-    // Node by node through a block of frames, as well as frame by frame.
-    for (Node* pNode : m_Chain)
-        for (int frame = -10; frame < 20; ++frame)
-            pNode->GetNodeTM(frame * ticks);
     for (int frame = -10; frame < 20; ++frame) {
+        for (Node* pNode : m_Chain)
+            pNode->GetNodeTM(frame * ticks);
         EXPECT_EQ(GetRow(m_Chain[49]->GetNodeTM(frame * ticks), 3), Point3(1000 + 25 * frame * ticks, 0, 0));
         EXPECT_EQ(GetRow(hanging.GetNodeTM(frame * ticks), 3), Point3(1000 + 50 * frame * ticks, 0, 0));
     }
     for (const SlideController* pController : m_Controllers)
         EXPECT_EQ(pController->GetCalls(), 30);
+    EXPECT_EQ(m_Scene.GetEvaluator().GetPassCount(), 30u);
+    // The last frames are still known.
+    for (int frame = 20 - scene::Evaluator::FramesKept; frame < 20; ++frame)
+        m_Chain[0]->GetNodeTM(frame * ticks);
     EXPECT_EQ(m_Scene.GetEvaluator().GetPassCount(), 30u);
     // A time inside a frame is a time of its own, though it shares its place with the frame.
     EXPECT_EQ(GetRow(m_Chain[0]->GetNodeTM(2), 3), Point3(1001, 0, 0));
