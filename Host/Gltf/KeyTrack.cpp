@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace gltf {
 
@@ -78,7 +79,7 @@ uint32_t KeySampler::FindNextKey(double seconds) const {
 
 void KeySampler::MoveTo(double seconds) {
     const uint32_t count = m_Track.times.count;
-    m_Next = FindNextKey(seconds);
+    const uint32_t last = std::exchange(m_Next, FindNextKey(seconds));
     m_From = m_Next > 0 ? ReadTime(m_Next - 1) : -s_Endless;
     m_To = m_Next < count ? ReadTime(m_Next) : s_Endless;
     if (m_Next == 0)
@@ -86,7 +87,7 @@ void KeySampler::MoveTo(double seconds) {
     else if (m_Next == count || m_Track.interpolation == Interpolation::Step)
         SetStanding(m_Next - 1);
     else
-        SetSpan(m_Next - 1);
+        SetSpan(m_Next - 1, !m_Stands && m_Next == last + 1);
 }
 
 void KeySampler::SetStanding(uint32_t key) {
@@ -94,7 +95,7 @@ void KeySampler::SetStanding(uint32_t key) {
     m_A = ReadValue(m_Track.interpolation == Interpolation::CubicSpline ? key * 3 + 1 : key);
 }
 
-void KeySampler::SetSpan(uint32_t key) {
+void KeySampler::SetSpan(uint32_t key, bool goesOn) {
     m_Stands = false;
     m_Span = m_To - m_From;
     if (m_Track.interpolation == Interpolation::CubicSpline) {
@@ -105,7 +106,7 @@ void KeySampler::SetSpan(uint32_t key) {
         m_B = ReadValue(key * 3 + 4);
         return;
     }
-    m_A = ReadValue(key);
+    m_A = goesOn ? m_B : ReadValue(key); // perhaps the negative of a rotation, which is the same one
     m_B = ReadValue(key + 1);
     if (m_Size != s_RotationSize)
         return;

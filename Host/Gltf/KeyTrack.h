@@ -44,7 +44,8 @@ private:
     double ReadTime(uint32_t key) const;
     KeyValue ReadValue(uint32_t index) const;
     void SetStanding(uint32_t key);
-    void SetSpan(uint32_t key);
+    // `goesOn`: it was in the span before this one.
+    void SetSpan(uint32_t key, bool goesOn);
 
     KeyValue Interpolate(double share) const;
     KeyValue Turn(double share) const;
