@@ -16,7 +16,9 @@ void AddFolder(const std::string& folder, const NameMatcher& matcher, bool subfo
                std::vector<std::string>& files) {
     std::vector<std::string> folders;
     for (const std::string& name : OSFile::List((folder + "\\*").c_str())) {
-        std::string path = folder + "\\" + name;
+        std::string path = folder;
+        path += '\\';
+        path += name;
         const uint32_t attributes = OSFile::FileAttr(path.c_str());
         if ((attributes & OSFile::F_ATTRIBUTE_DIRECTORY) != 0)
             folders.push_back(std::move(path));

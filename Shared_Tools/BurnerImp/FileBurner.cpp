@@ -199,22 +199,25 @@ bool FileBurner::ReadParams(const BurnSource& source, const BurnerConfig& config
                             Target& target) {
     bool good = true;
     BurnerConfig::Param param;
-    for (uint32_t i = 0; i < config.GetParamCount(id) && config.GetParam(i, id, param); ++i) {
-        std::string expected;
-        const std::string start = "target '" + target.name + "': parameter '" + param.name + "'";
-        switch (TakeParam(target.params, target.pPlugin->GetKnownParams(), param.name, param.value, expected)) {
-        case ParamResult::Taken:
-            break;
-        case ParamResult::Unknown:
-            m_Report.AddWarning(source.relative, start + " is unknown to plug-in '" + target.pPlugin->GetName() + "'");
-            break;
-        case ParamResult::BadValue:
-            m_Report.AddError(source.relative, start + " is '" + param.value + "' and has to be " + expected);
-            good = false;
-            break;
-        }
-    }
+    for (uint32_t i = 0; i < config.GetParamCount(id) && config.GetParam(i, id, param); ++i)
+        good &= ReadParam(source, param, target);
     return good;
+}
+
+bool FileBurner::ReadParam(const BurnSource& source, const BurnerConfig::Param& param, Target& target) {
+    std::string expected;
+    const std::string start = "target '" + target.name + "': parameter '" + param.name + "'";
+    switch (TakeParam(target.params, target.pPlugin->GetKnownParams(), param.name, param.value, expected)) {
+    case ParamResult::Taken:
+        break;
+    case ParamResult::Unknown:
+        m_Report.AddWarning(source.relative, start + " is unknown to plug-in '" + target.pPlugin->GetName() + "'");
+        break;
+    case ParamResult::BadValue:
+        m_Report.AddError(source.relative, start + " is '" + param.value + "' and has to be " + expected);
+        return false;
+    }
+    return true;
 }
 
 void FileBurner::Say(const BurnSource& source, const Target& target, const std::string& text) {

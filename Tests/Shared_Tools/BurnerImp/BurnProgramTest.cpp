@@ -234,7 +234,8 @@ TEST_F(BurnProgram, TheSameBytesEachTime) {
     for (size_t at = 0; (at = dated.find("January 02, 1970", at)) != dated.npos; ++at)
         ++count;
     EXPECT_EQ(count, 4u);
-    Chunky chunky{ByteStreamAdapter(MakeReadStream(m_Folder.Read("fin/art/a.obm")).release())};
+    const auto pStream = MakeReadStream(m_Folder.Read("fin/art/a.obm"));
+    Chunky chunky{ByteStreamAdapter(pStream.get())};
     EXPECT_EQ(ReadFileBurnInfo(chunky).first, "art\\a.pvx");
 }
 
