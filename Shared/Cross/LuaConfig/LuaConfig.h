@@ -69,7 +69,8 @@ public:
     // Back to the table from which this one was entered.
     void EndTable();
 
-    // False, with `out` as before, unless the entry is of that type. A number is a string too.
+    // False, with `out` as before, unless the entry is of that type. A number is a string too; a string
+    // ends at its first NUL.
     bool GetString(const char* pKey, std::string& out);
     bool GetNumber(const char* pKey, double& out);
     bool GetUnsigned(const char* pKey, uint32_t& out); // false for a negative number, too; fractions are cut

@@ -139,10 +139,9 @@ bool LuaConfig::GetString(const char* pKey, std::string& out) {
         return false;
     const StackScope scope(m_pState);
     PushEntry(pKey);
-    size_t size = 0;
-    const char* pText = lua_tolstring(m_pState, -1, &size);
+    const char* pText = lua_tostring(m_pState, -1);
     if (pText)
-        out.assign(pText, size);
+        out = pText;
     return pText != nullptr;
 }
 

@@ -8,14 +8,18 @@ namespace {
 
 char ToLowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
-// The place of the first one of that name; -1 for none and for no name.
+// The place of the first one of that name; -1 for none.
+template <class Item>
+int32_t FindByName(const std::vector<Item>& items, std::string_view name) {
+    const auto it =
+        std::ranges::find_if(items, [&](const Item& item) { return BurnerConfig::IsSameText(item.name, name); });
+    return it != items.end() ? static_cast<int32_t>(it - items.begin()) : -1;
+}
+
+// The same for a name that may be null, which nothing has.
 template <class Item>
 int32_t FindByName(const std::vector<Item>& items, const char* pName) {
-    if (!pName)
-        return -1;
-    const auto it =
-        std::ranges::find_if(items, [&](const Item& item) { return BurnerConfig::IsSameText(item.name, pName); });
-    return it != items.end() ? static_cast<int32_t>(it - items.begin()) : -1;
+    return pName ? FindByName(items, std::string_view(pName)) : -1;
 }
 
 } // namespace
@@ -114,7 +118,7 @@ bool BurnerConfig::SetParam(const Param& param, TargetID id) {
     Target* pTarget = GetTarget(id);
     if (!pTarget)
         return false;
-    const int32_t index = FindByName(pTarget->params, param.name.c_str());
+    const int32_t index = FindByName(pTarget->params, std::string_view(param.name));
     if (index < 0) {
         pTarget->params.push_back(param);
         return true;

@@ -36,6 +36,8 @@ TEST_F(LuaAccess, ValuesComeAsTheirTypeAlone) {
     bool flag = false;
     uint32_t number = 7;
     EXPECT_EQ(String("s"), "text");
+    Run("z = 'cut\\0here'");
+    EXPECT_EQ(String("z"), "cut");
     EXPECT_EQ(String("n"), "1.5"); // a number is a string too
     EXPECT_EQ(String("b"), "(none)");
     EXPECT_EQ(Number("n"), 1.5);

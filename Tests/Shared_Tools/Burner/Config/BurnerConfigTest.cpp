@@ -66,6 +66,9 @@ TEST_F(BurnerConfigTest, SettingFoldsLevelsTogether) {
     EXPECT_TRUE(Get("new").inherited);
     EXPECT_TRUE(m_Config.RemoveParam("NEW", m_Id));
     EXPECT_EQ(m_Config.GetParamCount(m_Id), 1u);
+    const BurnerConfig::Param odd{std::string("n\0l", 3), "x", false};
+    EXPECT_TRUE(m_Config.SetParam(odd, m_Id) && m_Config.SetParam(odd, m_Id));
+    EXPECT_EQ(m_Config.GetParamCount(m_Id), 2u);
 }
 
 TEST_F(BurnerConfigTest, InheritanceOfTargetsAndGroups) {
