@@ -11,8 +11,8 @@
 #include "Shared/Cross/RenderAnim/Texture.h"
 #include "Shared_Tools/PVXExport/ExportContext.h"
 #include "Shared_Tools/PVXExport/ExportScene.h"
-#include "Shared_Tools/PVXExport/SharedTextureName.h"
 #include "Shared_Tools/PVXExport/PVXErrors.h"
+#include "Shared_Tools/PVXExport/SharedTextureName.h"
 #include "Shared_Tools/PVXExport/TextureLoad.h"
 #include "Shared_Tools/PVXExport/TextureMatrix.h"
 
