@@ -11,6 +11,7 @@ constexpr int s_MaxFramesPerSecond = 4800; // one tick a frame
 struct Parser {
     CLI::App app{"Plays the host of the export module: exports scenes, and calls the module's script commands."};
     CommandLine result;
+    std::string_view wanted; // empty for all
 
     ExportArguments exported;
     MergeArguments merged;
@@ -27,7 +28,15 @@ struct Parser {
     CLI::App* pScript = nullptr;
     CLI::App* pCommands = nullptr;
 
-    Parser() {
+    static std::string_view FindName(std::string_view word) {
+        constexpr std::string_view names[] = {"export", "merge", "burn", "burnconfig", "call", "script", "commands"};
+        const auto it = std::ranges::find(names, word);
+        return it == std::end(names) ? std::string_view() : *it;
+    }
+
+    // Options are made for the command that the first word names, and for all if it names none: a short export would
+    // spend a tenth of its time on those of others.
+    explicit Parser(std::string_view firstWord) : wanted(FindName(firstWord)) {
         app.name("pvxhost");
         app.require_subcommand(1);
         AddExport();
@@ -36,7 +45,10 @@ struct Parser {
         AddOthers();
     }
 
+    // Null for a command that isn't wanted.
     CLI::App* Add(const char* pName, const char* pDescription) {
+        if (!wanted.empty() && wanted != pName)
+            return nullptr;
         CLI::App* pCommand = app.add_subcommand(pName, pDescription);
         pCommand->add_flag("-q,--quiet", result.quiet, "No notes, only warnings and errors");
         pCommand->add_flag("-v,--verbose", result.verbose, "Tell what is done");
@@ -56,6 +68,8 @@ struct Parser {
 
     void AddExport() {
         pExport = Add("export", "Exports a glTF scene to a model file");
+        if (!pExport)
+            return;
         pExport->add_option("SCENE", exported.scene, "The scene, .gltf or .glb")->required();
         pExport->add_option("OUT", exported.output, "The model file, .pvx, in a folder that exists")->required();
         pExport->add_flag(
@@ -75,6 +89,8 @@ struct Parser {
 
     void AddMerge() {
         pMerge = Add("merge", "Merges a model and its animations into one model file");
+        if (!pMerge)
+            return;
         pMerge->add_option("MERGED", merged.merged, "The merged model file")->required();
         pMerge->add_option("MODEL", merged.model, "The model's file")->required();
         pMerge->add_option("ANIM", merged.animations, "The animations' files");
@@ -84,6 +100,8 @@ struct Parser {
 
     void AddBurnConfig() {
         pBurnConfig = Add("burnconfig", "Shows and changes what a burn does to a file");
+        if (!pBurnConfig)
+            return;
         pBurnConfig->require_subcommand(1);
         AddBurnConfigAction(BurnConfigArguments::Action::Show, "show",
                             "Shows a file's targets and parameters, and which script each value comes from");
@@ -110,31 +128,36 @@ struct Parser {
     }
 
     void AddOthers() {
-        pBurn = Add("burn", "Burns generic files to what the game loads");
-        pBurn->add_option("FILE", burnt.file, "A merged model or another generic file, a folder, or files by * and ?")
-            ->required();
-        pCall = Add("call", "Calls a script command");
-        pCall->add_option("COMMAND", called.command, "Its name; pvxhost commands lists them")->required();
-        pCall->add_option(
-            "ARG", called.arguments,
-            "Its arguments: a value in the script's notation; a word with a / is a native path, any other a text");
-        pScript = Add("script", "Runs a script, one command a line");
-        pScript->add_option("FILE", scripted.file, "The script; - is standard input")->required();
+        if ((pBurn = Add("burn", "Burns generic files to what the game loads")))
+            pBurn
+                ->add_option("FILE", burnt.file,
+                             "A merged model or another generic file, a folder, or files by * and ?")
+                ->required();
+        if ((pCall = Add("call", "Calls a script command"))) {
+            pCall->add_option("COMMAND", called.command, "Its name; pvxhost commands lists them")->required();
+            pCall->add_option(
+                "ARG", called.arguments,
+                "Its arguments: a value in the script's notation; a word with a / is a native path, any other a text");
+        }
+        if ((pScript = Add("script", "Runs a script, one command a line")))
+            pScript->add_option("FILE", scripted.file, "The script; - is standard input")->required();
         pCommands = Add("commands", "Lists the script commands");
     }
 
+    static bool IsCalled(const CLI::App* pCommand) { return pCommand && pCommand->parsed(); }
+
     void TakeCommand() {
-        if (pExport->parsed())
+        if (IsCalled(pExport))
             result.command = std::move(exported);
-        else if (pMerge->parsed())
+        else if (IsCalled(pMerge))
             result.command = std::move(merged);
-        else if (pBurn->parsed())
+        else if (IsCalled(pBurn))
             result.command = std::move(burnt);
-        else if (pBurnConfig->parsed())
+        else if (IsCalled(pBurnConfig))
             result.command = std::move(configured);
-        else if (pCall->parsed())
+        else if (IsCalled(pCall))
             result.command = std::move(called);
-        else if (pScript->parsed())
+        else if (IsCalled(pScript))
             result.command = std::move(scripted);
         else
             result.command = CommandsArguments{};
@@ -143,7 +166,7 @@ struct Parser {
     // The help of the command that is being read, else of the program.
     const CLI::App& Current() const {
         for (const CLI::App* pCommand : {pExport, pMerge, pBurn, pBurnConfig, pCall, pScript, pCommands})
-            if (pCommand->parsed())
+            if (IsCalled(pCommand))
                 return pCommand->get_subcommands().empty() ? *pCommand : *pCommand->get_subcommands().front();
         return app;
     }
@@ -185,7 +208,7 @@ const char* FindContradiction(const CommandLine& line, const ExportArguments& ex
 } // namespace
 
 std::variant<CommandLine, CommandLineEnd> ParseCommandLine(const std::vector<std::string>& words) {
-    Parser parser;
+    Parser parser(words.empty() ? std::string_view() : words.front());
     try {
         // The parser wants the words in reverse.
         parser.app.parse(std::vector<std::string>(words.rbegin(), words.rend()));

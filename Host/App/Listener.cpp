@@ -26,7 +26,9 @@ void Listener::puts(const char* pText) {
 }
 
 void Listener::EndLine() {
-    if (m_LineOpen)
-        std::fputc('\n', m_pOut);
+    if (!m_LineOpen)
+        return;
+    std::fputc('\n', m_pOut);
+    std::fflush(m_pOut);
     m_LineOpen = false;
 }

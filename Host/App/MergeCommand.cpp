@@ -1,6 +1,7 @@
 #include "Host/App/MergeCommand.h"
 
 #include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/Pipeline/Pipeline.h"
 #include "Shared/PC/FileSystem/OSFile.h"
 
 #include <string>
@@ -66,6 +67,20 @@ void CheckReadable(const std::string& nativePath, const char* pWhat) {
         throw HostError(2, nativePath + ": " + (attributes ? "is a folder" : "there is no such file") + "; " + pWhat);
 }
 
+// Shared textures and patterns go to the project that the merged model lies in. A project tree that can't be read is
+// told by the merge itself.
+void CheckInGenericTree(const MergeArguments& arguments) {
+    if (Pipeline::Initialize(OSFile::FromNative(arguments.model).c_str()) != Pipeline::Result_Ok)
+        return;
+    const std::string merged = OSFile::FromNative(arguments.merged);
+    const bool isInside = Pipeline::Get()->FindProjectForFile(merged.c_str(), Pipeline::Kind_Generic) != nullptr;
+    const std::string iniFile = OSFile::ToNative(Pipeline::Get()->GetIniFile());
+    Pipeline::Shutdown();
+    if (!isInside)
+        throw HostError(2, arguments.merged + ": lies in the generic folder of no project of \"" + iniFile +
+                               "\"; name a file in one, or leave shared textures out by --no-textures");
+}
+
 uint64_t GetFileSize(const std::string& nativePath) {
     uint64_t size = 0;
     const OSFile::Handle file =
@@ -92,6 +107,8 @@ void PrintBones(const Messages& messages) {
 
 void CheckMergeInputs(const MergeArguments& arguments) {
     CheckReadable(arguments.model, "name the model that was exported with its meshes");
+    if (!arguments.noTextures)
+        CheckInGenericTree(arguments);
     if (arguments.noModel)
         return;
     for (const std::string& animation : arguments.animations)

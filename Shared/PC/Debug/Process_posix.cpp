@@ -6,6 +6,7 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <memory>
 
 #include <climits>
 #include <pwd.h>
@@ -50,6 +51,17 @@ time_t ReadBootTime() {
     return at == std::string::npos ? 0 : static_cast<time_t>(std::strtoll(stat.c_str() + at + 6, nullptr, 10));
 }
 
+// Of the machine's own users; empty for others, whom the system has to ask servers for, which takes longer.
+std::string FindLocalUser(uid_t id) {
+    const std::unique_ptr<FILE, int (*)(FILE*)> pUsers(std::fopen("/etc/passwd", "re"), std::fclose);
+    while (pUsers)
+        if (const passwd* pEntry = fgetpwent(pUsers.get()); !pEntry)
+            break;
+        else if (pEntry->pw_uid == id)
+            return pEntry->pw_name;
+    return {};
+}
+
 } // namespace
 
 std::string GetCommandLine() {
@@ -61,9 +73,12 @@ std::string GetCommandLine() {
 }
 
 std::string GetExecutablePath() {
-    char path[PATH_MAX];
-    const ssize_t size = readlink("/proc/self/exe", path, sizeof path);
-    return size > 0 ? std::string(path, static_cast<size_t>(size)) : std::string();
+    static const std::string s_Path = [] {
+        char path[PATH_MAX];
+        const ssize_t size = readlink("/proc/self/exe", path, sizeof path);
+        return size > 0 ? std::string(path, static_cast<size_t>(size)) : std::string();
+    }();
+    return s_Path;
 }
 
 std::string GetExecutableFolder() { return FolderOf(GetExecutablePath()); }
@@ -92,6 +107,8 @@ uint32_t GetId() { return static_cast<uint32_t>(getpid()); }
 std::string GetUserName() {
     if (const char* pUser = std::getenv("USER"); pUser && *pUser)
         return pUser;
+    if (std::string name = FindLocalUser(getuid()); !name.empty())
+        return name;
     if (const passwd* pEntry = getpwuid(getuid()))
         return pEntry->pw_name;
     return "Unknown";

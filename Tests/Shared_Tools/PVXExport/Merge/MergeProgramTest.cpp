@@ -59,6 +59,14 @@ TEST_F(MergeProgram, FilesThatCannotBeReadAreRefusedAheadOfTheWork) {
     EXPECT_FALSE(HasMerged());
     EXPECT_EQ(Merge({"int/none.pvx"}, {"--no-model"}).status, 0) << "animations don't matter then";
     EXPECT_EQ(Merge({"int"}).status, 2);
+
+    const auto mergeElsewhere = [this](std::vector<std::string> options) {
+        options.insert(options.begin(), {"merge", At("int/tank.pvx"), At("int/ref.pvx")});
+        return RunProgram("pvxhost", options);
+    };
+    EXPECT_THAT(mergeElsewhere({}).err,
+                testing::StartsWith(At("int/tank.pvx") + ": lies in the generic folder of no project of \""));
+    EXPECT_EQ(mergeElsewhere({"--no-textures"}).status, 0) << "no project is asked for";
     std::filesystem::remove(At("int/ref.pvx"));
     EXPECT_EQ(Merge({}).status, 2);
 }
