@@ -39,10 +39,17 @@ std::string GetSystemText() {
     return text;
 }
 
-std::string FindFreeName(const std::string& folder) {
-    for (uint32_t n = 0;; ++n)
-        if (std::string name = folder + s_CopyStem + std::to_string(n) + s_CopyExtension; !Exists(name))
-            return name;
+// Under the first free name, which it leaves in `to`. Several hosts in one folder look for one at the same time;
+// whoever is late takes the next.
+bool CopyUnderFreeName(const std::string& from, const std::string& folder, std::string& to) {
+    for (uint32_t n = 0;; ++n) {
+        to = folder + s_CopyStem + std::to_string(n) + s_CopyExtension;
+        if (Exists(to))
+            continue;
+        const ProgramCopy copy = CopyProgram(from.c_str(), to.c_str());
+        if (copy != ProgramCopy::NameTaken)
+            return copy == ProgramCopy::Made;
+    }
 }
 
 WaitResult WaitFor(ChildProcess& process, milliseconds limit) {
@@ -87,11 +94,7 @@ bool BurnerProcess::ChooseModule(const std::string& burnerPath, const std::strin
 }
 
 bool BurnerProcess::CopyModule(const std::string& source, const std::string& hostFolder) {
-    do {
-        m_modulePath = FindFreeName(hostFolder);
-        m_Copied = CopyProgram(source.c_str(), m_modulePath.c_str());
-        // Several hosts in one folder look for a free name at the same time; whoever is late looks again.
-    } while (!m_Copied && Exists(m_modulePath));
+    m_Copied = CopyUnderFreeName(source, hostFolder, m_modulePath);
     if (!m_Copied) {
         m_ErrorText =
             "Failed to copy network file to local drive: src '" + source + "' -> dest '" + m_modulePath + "'.";

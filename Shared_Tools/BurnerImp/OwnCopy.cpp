@@ -3,10 +3,16 @@
 #include "Shared/PC/Debug/Process.h"
 #include "Shared/PC/FileSystem/OSFile.h"
 
+#include <chrono>
 #include <string>
+#include <thread>
 
 namespace {
 
+using std::chrono::milliseconds;
+
+constexpr milliseconds s_EndOfHost{300};
+constexpr milliseconds s_Pause{5};
 constexpr std::string_view s_Stem = "Burner_";
 constexpr std::string_view s_Extension = ".exe";
 
@@ -19,7 +25,19 @@ bool IsCopyName(std::string_view name) {
 
 } // namespace
 
-void DeleteOwnCopy() {
+OwnCopy::OwnCopy() : m_Host(Process::GetParentId()) {}
+
+bool OwnCopy::WaitForEndOfHost() const {
+    const auto end = std::chrono::steady_clock::now() + s_EndOfHost;
+    while (Process::GetParentId() == m_Host && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(s_Pause);
+    return Process::GetParentId() != m_Host;
+}
+
+void OwnCopy::DeleteIfHostIsGone(bool mayBeLast) const {
+    const bool isGone = mayBeLast ? WaitForEndOfHost() : Process::GetParentId() != m_Host;
+    if (!isGone)
+        return;
     const std::string path = Process::GetExecutablePath();
     if (IsCopyName(std::string_view(path).substr(path.rfind('/') + 1)))
         OSFile::Delete(OSFile::FromNative(path).c_str());

@@ -1,5 +1,20 @@
 #pragma once
 
-// The tools run the burner as a copy of its own, "Burner_<n>.exe", and delete that in the end, unless they are gone by
-// then. So a copy takes itself away; under any other name the program isn't deleted.
-void DeleteOwnCopy();
+#include <cstdint>
+
+// The tools run the burner as a copy of its own, "Burner_<n>.exe", and delete that in the end. Made at the program's
+// start, to know who the tools are.
+class OwnCopy {
+public:
+    OwnCopy();
+
+    // Takes the copy away when the tools are gone and can't any more; under any other name the program isn't deleted.
+    // As long as they are there, the name may be another host's as soon as they have deleted it, so it isn't touched.
+    // `mayBeLast` when the pipe was lost, which a host that ends closes a moment before it is gone.
+    void DeleteIfHostIsGone(bool mayBeLast) const;
+
+private:
+    bool WaitForEndOfHost() const;
+
+    uint32_t m_Host;
+};

@@ -23,6 +23,8 @@ std::string GetConfigFolder();
 std::string GetLogFolder();
 std::string GetWorkingFolder();
 uint32_t GetId();
+// Of who started it; another one once that is gone.
+uint32_t GetParentId();
 // "Unknown" if there's none.
 std::string GetUserName();
 

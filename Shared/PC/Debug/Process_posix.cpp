@@ -73,12 +73,10 @@ std::string GetCommandLine() {
 }
 
 std::string GetExecutablePath() {
-    static const std::string s_Path = [] {
-        char path[PATH_MAX];
-        const ssize_t size = readlink("/proc/self/exe", path, sizeof path);
-        return size > 0 ? std::string(path, static_cast<size_t>(size)) : std::string();
-    }();
-    return s_Path;
+    // Asked anew each time, since the file may have been renamed or deleted in between.
+    char path[PATH_MAX];
+    const ssize_t size = readlink("/proc/self/exe", path, sizeof path);
+    return size > 0 ? std::string(path, static_cast<size_t>(size)) : std::string();
 }
 
 std::string GetExecutableFolder() { return FolderOf(GetExecutablePath()); }
@@ -103,6 +101,8 @@ std::string GetWorkingFolder() {
 }
 
 uint32_t GetId() { return static_cast<uint32_t>(getpid()); }
+
+uint32_t GetParentId() { return static_cast<uint32_t>(getppid()); }
 
 std::string GetUserName() {
     if (const char* pUser = std::getenv("USER"); pUser && *pUser)

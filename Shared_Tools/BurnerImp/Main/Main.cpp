@@ -10,12 +10,13 @@
 // Takes no arguments of its own. The words of the diagnostics, such as -notrap, are looked for by those in the whole
 // command line; -debug asks for nothing that isn't there without it.
 int main(int argc, char** argv) {
+    const OwnCopy ownCopy;
     KeepFreedMemory();
     dbInstallCrashFilter();
     const bool breaks =
         std::any_of(argv, argv + argc, [](const char* pWord) { return std::strcmp(pWord, "--break-on-assert") == 0; });
     dbSetThrowOnAssert(!breaks);
     const BurnStatus status = RunBurnSession();
-    DeleteOwnCopy();
+    ownCopy.DeleteIfHostIsGone(status != Burn_Done);
     return status;
 }
