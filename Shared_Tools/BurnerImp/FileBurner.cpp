@@ -152,8 +152,7 @@ FileBurner::Outcome FileBurner::BurnTarget(const BurnSource& source, const Burne
             Say(source, target, "would write " + Join(outputs));
             return Outcome::Burned;
         }
-        if (!Write(source, target, outputs))
-            return Outcome::Failed;
+        Write(source, target, outputs);
         Say(source, target, "wrote " + Join(outputs));
         return Outcome::Burned;
     } catch (const std::exception& error) {
@@ -162,7 +161,7 @@ FileBurner::Outcome FileBurner::BurnTarget(const BurnSource& source, const Burne
     }
 }
 
-bool FileBurner::Write(const BurnSource& source, const Target& target, const std::vector<std::string>& outputs) {
+void FileBurner::Write(const BurnSource& source, const Target& target, const std::vector<std::string>& outputs) {
     if (m_Options.revisionControl)
         for (const std::string& output : outputs)
             if (!m_Control.Open(output))
@@ -172,7 +171,6 @@ bool FileBurner::Write(const BurnSource& source, const Target& target, const std
     OutputFiles files(outputs);
     target.pPlugin->Burn(source, target.params, files.GetStreams());
     files.Finish();
-    return true;
 }
 
 bool FileBurner::ReadTarget(const BurnSource& source, const BurnerConfig& config, BurnerConfig::TargetID id,

@@ -45,7 +45,7 @@ private:
     bool ReadTarget(const BurnSource& source, const BurnerConfig& config, BurnerConfig::TargetID id, Target& target);
     bool ReadParams(const BurnSource& source, const BurnerConfig& config, BurnerConfig::TargetID id, Target& target);
     bool ReadParam(const BurnSource& source, const BurnerConfig::Param& param, Target& target);
-    bool Write(const BurnSource& source, const Target& target, const std::vector<std::string>& outputs);
+    void Write(const BurnSource& source, const Target& target, const std::vector<std::string>& outputs);
     void Say(const BurnSource& source, const Target& target, const std::string& text);
 
     const BurnOptions m_Options;

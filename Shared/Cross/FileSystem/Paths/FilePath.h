@@ -113,7 +113,7 @@ public:
     static bool ToAliasName(std::string& name);
     static bool HasAlias(const char* pName);
 
-    // The last component of the spec may hold wildcards. A folder's files come ahead of those in its subfolders,
+    // The last component of the path may hold wildcards. A folder's files come ahead of those in its subfolders,
     // sources by priority.
     static FileSet FindFiles(const char* pFilespec, bool recurse, SEARCH_Type searchType);
     static Type GetType(const char* pName);

@@ -8,9 +8,8 @@
 
 #include <benchmark/benchmark.h>
 
-#include "Shared/Cross/Assist/Inventory.h"
+#include "Bench/Shared/Cross/RenderAnim/ModelServices.h"
 #include "Shared/Cross/FileSystem/Paths/FilePath.h"
-#include "Shared/Cross/FileSystem/Paths/FilePathHD.h"
 #include "Shared/Cross/Glaze/Device.h"
 #include "Shared/Cross/RenderAnim/AnimList.h"
 #include "Shared/Cross/RenderAnim/Chunks/AnimNodes.h"
@@ -21,7 +20,6 @@
 #include "Shared/Cross/RenderAnim/Skeleton.h"
 #include "Shared/Cross/RenderAnim/Texture.h"
 #include "Shared/Cross/RenderAnim/TextureConvert.h"
-#include "Tests/Shared/PC/FileSystem/TempFolder.h"
 
 namespace {
 
@@ -53,26 +51,6 @@ constexpr int s_ClipCount = 20;
 constexpr uint32_t s_KeyCount = 60; // two seconds at 30 frames a second
 constexpr uint32_t s_TextureCount = 10;
 constexpr char s_Path[] = "DATA:model.obm";
-
-// What models stand on, and a tree of files.
-class Services {
-public:
-    Services() {
-        gz::Start({.name = "Null"});
-        Inv::Initialize();
-        FilePath::AddSource("DATA", "HD", 0, FilePathHD::Create(m_Folder.Path().c_str(), ByteStream::Mode_Both));
-    }
-    ~Services() {
-        FilePath::RemoveSource("DATA", "HD");
-        Inv::Shutdown();
-        gz::Stop();
-    }
-    Services(const Services&) = delete;
-    Services& operator=(const Services&) = delete;
-
-private:
-    TempFolder m_Folder;
-};
 
 ShaderRef MakeShader(uint32_t index) {
     std::unique_ptr<Texture> pTexture = Image2Texture(Image::Create(IMAGETYPE_DXT5, 512, 512, 8));
@@ -170,7 +148,7 @@ uint32_t SaveFile() {
 void SetBytes(benchmark::State& state, uint32_t size) { state.SetBytesProcessed(state.iterations() * int64_t{size}); }
 
 void BM_PlainRead(benchmark::State& state) {
-    const Services services;
+    const ModelServices services;
     const uint32_t size = SaveFile();
     Inv::PurgeUnreferenced();
     for (auto _ : state) {
@@ -185,7 +163,7 @@ void BM_PlainRead(benchmark::State& state) {
 
 // What went before is taken away outside of the time.
 void BM_LoadFinal(benchmark::State& state) {
-    const Services services;
+    const ModelServices services;
     const uint32_t size = SaveFile();
     uint64_t allocations = 0;
     for (auto _ : state) {
@@ -206,7 +184,7 @@ void BM_LoadFinal(benchmark::State& state) {
 }
 
 void BM_SaveFinal(benchmark::State& state) {
-    const Services services;
+    const ModelServices services;
     const std::unique_ptr<RenderModel> pModel = MakeModel();
     const uint32_t size = SaveFile();
     for (auto _ : state)

@@ -8,8 +8,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "Bench/Shared/Cross/RenderAnim/ModelServices.h"
 #include "Shared/Cross/FileSystem/Paths/FilePath.h"
-#include "Shared/Cross/FileSystem/Paths/FilePathHD.h"
 #include "Shared/Cross/Glaze/Device.h"
 #include "Shared/Cross/RenderAnim/AnimInterm.h"
 #include "Shared/Cross/RenderAnim/AnimListGeneric.h"
@@ -20,33 +20,12 @@
 #include "Shared/Cross/RenderAnim/RenderModel.h"
 #include "Shared/Cross/RenderAnim/Skeleton.h"
 #include "Shared/Cross/RenderAnim/Transform.h"
-#include "Tests/Shared/PC/FileSystem/TempFolder.h"
 
 namespace {
 
 constexpr uint32_t s_FrameCount = 60; // two seconds at 30 frames a second
 constexpr char s_ClipPath[] = "DATA:clip.pvx";
 constexpr char s_ModelPath[] = "DATA:model.pvx";
-
-// What models stand on, and a tree of files.
-class Services {
-public:
-    Services() {
-        gz::Start({.name = "Null"});
-        Inv::Initialize();
-        FilePath::AddSource("DATA", "HD", 0, FilePathHD::Create(m_Folder.Path().c_str(), ByteStream::Mode_Both));
-    }
-    ~Services() {
-        FilePath::RemoveSource("DATA", "HD");
-        Inv::Shutdown();
-        gz::Stop();
-    }
-    Services(const Services&) = delete;
-    Services& operator=(const Services&) = delete;
-
-private:
-    TempFolder m_Folder;
-};
 
 ra::Name BoneName(int32_t bone) { return ra::Name(("bone" + std::to_string(bone)).c_str()); }
 
@@ -101,7 +80,7 @@ void SetCounters(benchmark::State& state, size_t keyBytes) {
 constexpr size_t s_LocalKeyBytes = sizeof(Vec3Key) + sizeof(QuatKey);
 
 void BM_Append(benchmark::State& state) {
-    const Services services;
+    const ModelServices services;
     SaveClip(static_cast<int32_t>(state.range(0)));
     for (auto _ : state) {
         benchmark::DoNotOptimize(Merge(state));
@@ -113,7 +92,7 @@ void BM_Append(benchmark::State& state) {
 }
 
 void BM_Save(benchmark::State& state) {
-    const Services services;
+    const ModelServices services;
     SaveClip(static_cast<int32_t>(state.range(0)));
     const std::unique_ptr<RenderModel> pModel = Merge(state);
     for (auto _ : state)
@@ -124,7 +103,7 @@ void BM_Save(benchmark::State& state) {
 
 // The least that the bytes cost: into a new file, in one piece.
 void BM_PlainWrite(benchmark::State& state) {
-    const Services services;
+    const ModelServices services;
     const std::vector<char> bytes(static_cast<size_t>(state.range(0) * state.range(1)) * s_FrameCount *
                                   s_LocalKeyBytes);
     for (auto _ : state) {
@@ -137,7 +116,7 @@ void BM_PlainWrite(benchmark::State& state) {
 }
 
 void BM_Load(benchmark::State& state) {
-    const Services services;
+    const ModelServices services;
     SaveClip(static_cast<int32_t>(state.range(0)));
     ra::SaveGeneric(*Merge(state), s_ModelPath);
     for (auto _ : state) {
@@ -150,7 +129,7 @@ void BM_Load(benchmark::State& state) {
 }
 
 void BM_PlainRead(benchmark::State& state) {
-    const Services services;
+    const ModelServices services;
     SaveClip(static_cast<int32_t>(state.range(0)));
     ra::SaveGeneric(*Merge(state), s_ModelPath);
     for (auto _ : state) {
