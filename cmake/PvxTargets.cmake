@@ -24,6 +24,8 @@ target_compile_options(PvxOptions INTERFACE
   -Wall -Wextra -Wshadow -Wconversion
   # The same scene has to give the same bytes on every machine, so no fused operations behind our back.
   -ffp-contract=off
+  # Where sources are compiled several at a time, what is local to one of them looks to the compiler as if a header held it.
+  $<$<BOOL:${CMAKE_UNITY_BUILD}>:-Wno-subobject-linkage>
   $<$<BOOL:${PVX_WERROR}>:-Werror>)
 target_include_directories(PvxOptions INTERFACE ${CMAKE_SOURCE_DIR})
 if(PVX_SANITIZE)

@@ -19,7 +19,7 @@ namespace {
 using Bytes = std::vector<std::byte>;
 
 // The table of mapped files counts in pages of this size.
-constexpr uint64_t s_PageSize = 4096;
+constexpr uint64_t s_TablePageSize = 4096;
 
 template <typename T>
 void Append(Bytes& to, const T& value) {
@@ -116,14 +116,14 @@ void AppendFiles(Bytes& notes, const std::vector<Mapping>& mappings) {
         ++count;
         Append(rows, mapping.start);
         Append(rows, mapping.end);
-        Append(rows, mapping.offset / s_PageSize);
+        Append(rows, mapping.offset / s_TablePageSize);
         const auto name = std::as_bytes(std::span(mapping.path));
         names.insert(names.end(), name.begin(), name.end());
         names.push_back(std::byte{0});
     }
     Bytes contents;
     Append(contents, count);
-    Append(contents, s_PageSize);
+    Append(contents, s_TablePageSize);
     contents.insert(contents.end(), rows.begin(), rows.end());
     contents.insert(contents.end(), names.begin(), names.end());
     AppendNote(notes, NT_FILE, contents);
