@@ -59,7 +59,8 @@ void Walk(LuaConfig& config, int depth) {
     std::string text;
     double number = 0;
     for (LuaConfig::Iterator it = config.Begin(); it != config.End(); it.Next()) {
-        if (!it.HasPlainKey())
+        // What leads back to the globals would have them walked once more at every depth.
+        if (!it.HasPlainKey() || it.Key() == "_G")
             continue;
         const std::string key = it.Key();
         config.GetString(key.c_str(), text);
@@ -115,10 +116,15 @@ void UseConfig(BurnerConfig config) {
         Stop("a configuration that was written can't be read");
 }
 
-bool ReadBurnScript(std::span<const uint8_t> input, bool isBase) {
+BurnerConfig ReadBase() {
     BurnerConfig config;
-    if (!isBase)
-        BurnScripts::Read(*MakeReadStream(s_Base), true, config, nullptr);
+    BurnScripts::Read(*MakeReadStream(s_Base), true, config, nullptr);
+    return config;
+}
+
+bool ReadBurnScript(std::span<const uint8_t> input, bool isBase) {
+    static const BurnerConfig s_Parsed = ReadBase();
+    BurnerConfig config = isBase ? BurnerConfig() : s_Parsed;
     BurnerMessageList messages;
     const bool read = BurnScripts::Read(*MakeReadStream({reinterpret_cast<const char*>(input.data()), input.size()}),
                                         isBase, config, &messages);
