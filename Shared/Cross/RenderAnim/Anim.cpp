@@ -71,9 +71,8 @@ void Anim::SetLength(int32_t frameCount, float framesPerSecond) {
 }
 
 void Anim::SetBoneCount(uint32_t count) {
-    for (size_t i = count; i < m_boneAnims.size(); ++i)
-        if (FindBone(m_boneAnims[i].name) == static_cast<int32_t>(i))
-            m_BoneIndices.erase(m_boneAnims[i].name);
+    if (count < m_boneAnims.size())
+        m_BoneIndices.reset();
     m_boneAnims.resize(count);
 }
 
@@ -87,7 +86,17 @@ Anim::BoneStream* Anim::GetOwnBone(int32_t boneIndex) {
     return GetOwnStream(m_boneAnims, boneIndex);
 }
 
-int32_t Anim::FindBone(const ra::Name& name) const { return FindIndex(m_BoneIndices, name); }
+const Anim::NameIndices& Anim::GetBoneIndices() const {
+    if (!m_BoneIndices) {
+        m_BoneIndices.emplace();
+        for (size_t i = 0; i < m_boneAnims.size(); ++i)
+            if (m_boneAnims[i].name.IsValid())
+                m_BoneIndices->try_emplace(m_boneAnims[i].name, static_cast<int32_t>(i));
+    }
+    return *m_BoneIndices;
+}
+
+int32_t Anim::FindBone(const ra::Name& name) const { return FindIndex(GetBoneIndices(), name); }
 
 int32_t Anim::AddBone(const ra::Name& name) {
     if (const int32_t found = FindBone(name); found != InvalidIndex)
@@ -103,7 +112,8 @@ void Anim::SetBoneName(int32_t boneIndex, const ra::Name& name) {
     BoneStream* pBone = GetOwnBone(boneIndex);
     if (!pBone || !name.IsValid())
         return;
-    ChangeKey(m_BoneIndices, pBone->name, name, boneIndex);
+    if (m_BoneIndices)
+        ChangeKey(*m_BoneIndices, pBone->name, name, boneIndex);
     pBone->name = name;
 }
 

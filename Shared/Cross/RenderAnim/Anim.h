@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -100,6 +101,8 @@ public:
     void SetControlIndex(int32_t controlIndex, int32_t targetIndex); // ControlRef::m_index
 
 private:
+    using NameIndices = std::unordered_map<ra::Name, int32_t>;
+
     struct ControlKey {
         ra::Name name;
         ControlRef ref;
@@ -109,6 +112,7 @@ private:
         size_t operator()(const ControlKey& key) const;
     };
 
+    const NameIndices& GetBoneIndices() const;
     BoneStream* GetOwnBone(int32_t boneIndex);
     CameraStream* GetOwnCamera(int32_t cameraIndex);
     ControlStream* GetOwnControl(int32_t controlIndex);
@@ -118,9 +122,10 @@ private:
     std::vector<BoneStream> m_boneAnims;
     std::vector<CameraStream> m_cameraAnims;
     std::vector<ControlStream> m_controlAnims;
-    // The first index of each; looked things up in, never walked.
-    std::unordered_map<ra::Name, int32_t> m_BoneIndices;
-    std::unordered_map<ra::Name, int32_t> m_CameraIndices;
+    // The first index of each; looked things up in, never walked. That of the bones is made by the first search, which
+    // an animation of the model's own never sees.
+    mutable std::optional<NameIndices> m_BoneIndices;
+    NameIndices m_CameraIndices;
     std::unordered_map<ControlKey, int32_t, ControlHash> m_ControlIndices;
 };
 

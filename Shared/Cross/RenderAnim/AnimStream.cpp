@@ -1,17 +1,44 @@
 #include "Shared/Cross/RenderAnim/AnimStream.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/AnimSampling.h"
 
 namespace {
 
+constexpr size_t s_LargestKeyBlock = 16 << 20;
+
 void ReportFull(uint32_t limit) {
     dbWarningf("Animation has exceeded %d key frames. Failing addition.", static_cast<int>(limit));
 }
 
 } // namespace
+
+// Keys of any kind lie behind each other without a gap.
+static_assert(alignof(FloatKey) == 4 && alignof(Vec3Key) == 4 && alignof(QuatKey) == 4 && alignof(MatrixKey) == 4);
+
+AnimKeyBlock::AnimKeyBlock(size_t size) : m_Size(std::clamp<size_t>(size, 1, s_LargestKeyBlock)) {
+    m_pBytes.reset(static_cast<std::byte*>(MMAlloc(AnimStaticPool::Get(), m_Size)));
+}
+
+std::shared_ptr<AnimKeyBlock> AnimKeyBlock::Make(size_t size) {
+    return std::allocate_shared<AnimKeyBlock>(MMAllocator<AnimKeyBlock, AnimStaticPool>(), size);
+}
+
+void* AnimKeyBlock::Take(size_t size) {
+    if (size > m_Size - m_Used)
+        return nullptr;
+    void* pPlace = m_pBytes.get() + m_Used;
+    m_Used += size;
+    return pPlace;
+}
+
+bool AnimKeyBlock::Holds(const void* pPlace) const {
+    const auto* pByte = static_cast<const std::byte*>(pPlace);
+    return std::greater_equal<>()(pByte, m_pBytes.get()) && std::less<>()(pByte, m_pBytes.get() + m_Size);
+}
 
 template <class V>
 std::span<AnimKey<V>> AnimStream<V>::SetKeyCount(uint32_t count) {

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -12,18 +14,54 @@
 // The memory of all that an animation is made of.
 using AnimStaticPool = MMNamedPool<"AnimStatic">;
 
-// Takes keys from the pool and leaves new ones as they are: whoever lays a stream down writes each of them.
-template <class Key>
-class AnimKeyAllocator : public MMAllocator<Key, AnimStaticPool> {
+// Room for the keys of many streams in one piece, for whoever knows ahead how much they take: each stream takes its
+// keys from the front of what is left, and from the pool when that isn't enough. The streams keep the block, which goes
+// with the last of them; keys that a stream gives up stay unused until then.
+class AnimKeyBlock {
 public:
-    template <class Other>
-    struct rebind {
-        using other = AnimKeyAllocator<Other>;
+    // Never more than 16 MB, whatever is asked for.
+    explicit AnimKeyBlock(size_t size);
+    static std::shared_ptr<AnimKeyBlock> Make(size_t size);
+
+    // Null when there is no such piece left. Nobody gives one back.
+    void* Take(size_t size);
+    bool Holds(const void* pPlace) const;
+
+private:
+    struct FreeBytes {
+        void operator()(std::byte* pBytes) const { MMFree(AnimStaticPool::Get(), pBytes); }
     };
 
+    std::unique_ptr<std::byte, FreeBytes> m_pBytes;
+    size_t m_Size;
+    size_t m_Used = 0;
+};
+
+// Takes keys from a block or else from the pool, and leaves new ones as they are: whoever lays a stream down writes
+// each of them.
+template <class Key>
+class AnimKeyAllocator {
+public:
+    using value_type = Key;
+    using propagate_on_container_move_assignment = std::true_type;
+
     AnimKeyAllocator() = default;
+    explicit AnimKeyAllocator(std::shared_ptr<AnimKeyBlock> pBlock) : m_pBlock(std::move(pBlock)) {}
     template <class Other>
-    AnimKeyAllocator(const AnimKeyAllocator<Other>&) {}
+    AnimKeyAllocator(const AnimKeyAllocator<Other>& other) : m_pBlock(other.GetBlock()) {}
+    // A copy has keys of its own.
+    AnimKeyAllocator select_on_container_copy_construction() const { return {}; }
+
+    Key* allocate(size_t count) {
+        if (void* pPlace = m_pBlock ? m_pBlock->Take(count * sizeof(Key)) : nullptr)
+            return static_cast<Key*>(pPlace);
+        return MMAllocator<Key, AnimStaticPool>().allocate(count);
+    }
+    void deallocate(Key* pKeys, size_t count) {
+        if (!m_pBlock || !m_pBlock->Holds(pKeys))
+            MMAllocator<Key, AnimStaticPool>().deallocate(pKeys, count);
+    }
+    size_t max_size() const { return MMAllocator<Key, AnimStaticPool>().max_size(); }
 
     template <class Object>
     void construct(Object* pPlace) {
@@ -33,6 +71,15 @@ public:
     void construct(Object* pPlace, Arguments&&... arguments) {
         ::new (static_cast<void*>(pPlace)) Object{std::forward<Arguments>(arguments)...};
     }
+
+    const std::shared_ptr<AnimKeyBlock>& GetBlock() const { return m_pBlock; }
+    template <class Other>
+    bool operator==(const AnimKeyAllocator<Other>& other) const {
+        return m_pBlock == other.GetBlock();
+    }
+
+private:
+    std::shared_ptr<AnimKeyBlock> m_pBlock;
 };
 
 // Keys in the order of their times. A stream is either laid down in one piece, sized once and filled through the span,
@@ -43,6 +90,10 @@ public:
     using Key = AnimKey<V>;
 
     static constexpr uint32_t MaxKeyCount = 65535;
+
+    AnimStream() = default;
+    // With keys from the block, which may be null.
+    explicit AnimStream(std::shared_ptr<AnimKeyBlock> pBlock) : m_keyData(AnimKeyAllocator<Key>(std::move(pBlock))) {}
 
     bool IsEmpty() const { return m_keyData.empty(); }
     uint16_t GetKeyCount() const { return static_cast<uint16_t>(m_keyData.size()); }

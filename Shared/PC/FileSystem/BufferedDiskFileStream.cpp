@@ -11,6 +11,8 @@ namespace {
 
 // Makes a system call per field of a chunky file one per hundreds of fields.
 constexpr uint32_t s_BufferCapacity = 0x40000;
+// From here on a copy costs more than a system call.
+constexpr uint32_t s_LeastDirect = 0x4000;
 
 using FileSysPool = MMNamedPool<"FileSysMem", MMPoolKind::Heap, 0x10000>;
 
@@ -89,6 +91,8 @@ uint32_t BufferedDiskFileStream::Read(void* pDest, uint32_t size) {
         std::memcpy(pBytes + done, m_Buffer + m_currentBufferPosition, rest);
         done += rest;
         done += ReadDirectly(pBytes + done, size - done);
+        if (done == size)
+            return size;
         Fill();
         if (m_bufferSize == 0)
             return done;
@@ -98,13 +102,15 @@ uint32_t BufferedDiskFileStream::Read(void* pDest, uint32_t size) {
     return size;
 }
 
-// Whole buffers' worth of a large request, with nothing left in the buffer: they needn't pass through it.
+// A large request with nothing left in the buffer needn't pass through it. The buffer stays empty until a small one.
 uint32_t BufferedDiskFileStream::ReadDirectly(void* pDest, uint32_t size) {
-    const uint32_t wanted = std::min(size, m_FileSize - m_FilePos) / s_BufferCapacity * s_BufferCapacity;
-    if (wanted == 0)
+    const uint32_t wanted = std::min(size, m_FileSize - m_FilePos);
+    if (wanted < s_LeastDirect)
         return 0;
     const uint32_t got = OSFile::ReadAt(GetHandle(), m_FilePos, pDest, wanted);
     m_FilePos += got;
+    m_bufferSize = 0;
+    m_currentBufferPosition = 0;
     return got;
 }
 

@@ -32,8 +32,9 @@ void AnimPartReader::Fail(const std::string& fault) const {
 
 void AnimPartReader::ReadBytes(void* pTarget, size_t size, const char* pField) {
     const auto bytes = static_cast<uint32_t>(size); // held against the chunk
-    if (m_Chunky.GetRemaining() < size || m_Chunky.GetStream().Read(pTarget, bytes) != bytes)
+    if (m_Remaining < size || m_Stream.Read(pTarget, bytes) != bytes)
         Fail(std::string(pField) + " goes beyond its chunk");
+    m_Remaining -= bytes;
 }
 
 glm::vec3 AnimPartReader::ReadVec3(const char* pField) {
@@ -54,7 +55,7 @@ std::string AnimPartReader::ReadString(const char* pField) {
 
 uint32_t AnimPartReader::ReadCount(size_t leastBytes, const char* pField) {
     const auto count = Read<uint32_t>(pField);
-    if (count > m_Chunky.GetRemaining() / leastBytes)
+    if (count > m_Remaining / leastBytes)
         Fail(std::string(pField) + ' ' + std::to_string(count) + " exceeds its chunk");
     return count;
 }
@@ -63,14 +64,14 @@ template <class V>
 std::unique_ptr<AnimStream<V>> AnimPartReader::ReadKeys(const char* pField) {
     using Stream = AnimStream<V>;
     const auto count = Read<uint32_t>(pField);
-    if (count > m_Chunky.GetRemaining() / sizeof(AnimKey<V>))
+    if (count > m_Remaining / sizeof(AnimKey<V>))
         Fail(std::string(pField) + " count " + std::to_string(count) + " exceeds its chunk");
     if (count > Stream::MaxKeyCount)
         Fail(std::string(pField) + " count " + std::to_string(count) + " exceeds " +
              std::to_string(Stream::MaxKeyCount));
     if (count == 0)
         return nullptr;
-    auto pStream = std::make_unique<Stream>();
+    auto pStream = std::make_unique<Stream>(m_pKeyBlock);
     const std::span<AnimKey<V>> keys = pStream->SetKeyCount(count);
     ReadBytes(static_cast<void*>(keys.data()), keys.size_bytes(), pField);
     if (const size_t place = FindBackward<V>(keys); place != 0)

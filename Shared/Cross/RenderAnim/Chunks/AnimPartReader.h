@@ -4,6 +4,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <utility>
 
 #include <glm/vec3.hpp>
 
@@ -17,14 +18,16 @@ namespace ra {
 // string that no buffer of ours holds throws ByteStream::Exception.
 class AnimPartReader {
 public:
-    // `what` tells messages whose data it is, such as "animation 'run', bone 'hip'".
-    AnimPartReader(Chunky& chunky, std::string what) : m_Chunky(chunky), m_What(std::move(what)) {}
+    // `what` tells messages whose data it is, such as "animation 'run', bone 'hip'". Nobody else reads the chunk
+    // meanwhile. Keys come from the block if there is one.
+    AnimPartReader(Chunky& chunky, std::string what, std::shared_ptr<AnimKeyBlock> pKeyBlock = nullptr)
+        : m_Stream(chunky.GetStream()), m_Remaining(chunky.GetRemaining()), m_What(std::move(what)),
+          m_pKeyBlock(std::move(pKeyBlock)) {}
 
     template <StreamScalar T>
     T Read(const char* pField) {
         T value{};
-        if (m_Chunky.GetRemaining() < sizeof(value) || !m_Chunky.GetStream().ReadValue(value))
-            Fail(std::string(pField) + " goes beyond its chunk");
+        ReadBytes(&value, sizeof(value), pField);
         return value;
     }
     glm::vec3 ReadVec3(const char* pField);
@@ -40,8 +43,10 @@ public:
 private:
     void ReadBytes(void* pTarget, size_t size, const char* pField);
 
-    Chunky& m_Chunky;
+    ByteStreamAdapter& m_Stream;
+    uint32_t m_Remaining; // of the chunk
     std::string m_What;
+    std::shared_ptr<AnimKeyBlock> m_pKeyBlock;
 };
 
 extern template std::unique_ptr<FloatStream> AnimPartReader::ReadKeys(const char* pField);

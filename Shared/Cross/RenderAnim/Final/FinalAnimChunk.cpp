@@ -44,9 +44,9 @@ constexpr uint32_t s_FinalAnimVersion = 3;
 constexpr uint32_t s_FinalAnimDataVersion = 2;
 constexpr uint32_t s_OldestAnimDataVersion = 1;
 constexpr uint32_t s_FinalXRefVersion = 1;
-constexpr size_t s_BoneMinBytes = 13;    // an empty name, two empty lists and a mark
-constexpr size_t s_ControlMinBytes = 20; // an empty name, three numbers and an empty list
-constexpr size_t s_CameraMinBytes = 12;  // an empty name and two empty lists
+constexpr size_t s_BoneKeysMinBytes = 13;   // an empty name, two empty lists and a mark
+constexpr size_t s_ControlMinBytes = 20;    // an empty name, three numbers and an empty list
+constexpr size_t s_CameraKeysMinBytes = 12; // an empty name and two empty lists
 
 // Null is written as no keys.
 template <class V>
@@ -99,7 +99,7 @@ void WriteData(Chunky& chunky, PayloadWriter& writer, const Anim& anim) {
 }
 
 void ReadBones(AnimPartReader& reader, Anim& anim) {
-    const uint32_t count = reader.ReadCount(s_BoneMinBytes, "bone count");
+    const uint32_t count = reader.ReadCount(s_BoneKeysMinBytes, "bone count");
     anim.SetBoneCount(count);
     for (uint32_t i = 0; i < count; ++i) {
         const auto index = static_cast<int32_t>(i);
@@ -124,7 +124,7 @@ void ReadControls(AnimPartReader& reader, Anim& anim) {
 }
 
 void ReadCameras(AnimPartReader& reader, Anim& anim) {
-    const uint32_t count = reader.ReadCount(s_CameraMinBytes, "camera count");
+    const uint32_t count = reader.ReadCount(s_CameraKeysMinBytes, "camera count");
     for (uint32_t i = 0; i < count; ++i) {
         const int32_t index = anim.AddCamera(Name(reader.ReadString("camera name").c_str()));
         std::unique_ptr<Vec3Stream> pPosition = reader.ReadKeys<glm::vec3>("camera position key");
@@ -134,7 +134,8 @@ void ReadCameras(AnimPartReader& reader, Anim& anim) {
 
 std::unique_ptr<Anim> ReadData(Chunky& chunky, const std::string& name) {
     const ChunkInfo info = EnterData(chunky, s_AnimDataChunk, s_OldestAnimDataVersion, s_FinalAnimDataVersion);
-    AnimPartReader reader(chunky, "animation '" + name + '\'');
+    // Nearly all of the chunk is keys.
+    AnimPartReader reader(chunky, "animation '" + name + '\'', AnimKeyBlock::Make(chunky.GetRemaining()));
     auto pAnim = std::make_unique<Anim>();
     pAnim->SetName(name.c_str());
     const auto frameCount = reader.Read<int32_t>("frame count");

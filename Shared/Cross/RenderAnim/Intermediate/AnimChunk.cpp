@@ -1,5 +1,8 @@
 #include "Shared/Cross/RenderAnim/Intermediate/AnimChunk.h"
 
+#include <string>
+#include <utility>
+
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/AnimInterm.h"
 #include "Shared/Cross/RenderAnim/Chunks/AnimParts.h"
@@ -110,13 +113,14 @@ void AnimReader::ReadPart(const ChunkInfo& child) {
 }
 
 void AnimReader::ReadBone(const ChunkInfo& child) {
-    AnimPartReader reader(m_Chunky, DescribeAnimPart(m_Anim.GetName(), "bone", child.name.GetText()));
+    std::string what = DescribeAnimPart(m_Anim.GetName(), "bone", child.name.GetText());
     if (child.name.GetView().empty())
-        reader.Fail("name is empty");
+        throw Chunky::Exception(ChunkyError_BadChunk, what + ": name is empty");
     const int32_t index = PlaceBone(child.name.GetText());
     if (index == Anim::InvalidIndex)
         return;
     EnterData(m_Chunky, s_BoneAnimChunk, s_AnimPartVersion, s_AnimPartVersion);
+    AnimPartReader reader(m_Chunky, std::move(what));
     TakeMatrices(index, reader.ReadKeys<glm::mat4x3>("key"));
     m_Anim.SetBoneAnimated(index, reader.Read<uint8_t>("animated mark") != 0);
     m_Chunky.EndChunk();

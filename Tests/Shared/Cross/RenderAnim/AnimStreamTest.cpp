@@ -161,6 +161,29 @@ TEST(AnimStream, MemoryIsTheKeys) {
     EXPECT_EQ(MMPoolGetCounts(AnimStaticPool::Get()).liveCount, before.liveCount);
 }
 
+TEST(AnimStream, KeysOfABlockOutliveItsMakerAndLeaveItWhenItIsFull) {
+    const MMPoolCounts before = MMPoolGetCounts(AnimStaticPool::Get());
+    {
+        std::shared_ptr<AnimKeyBlock> pBlock = AnimKeyBlock::Make(3 * sizeof(FloatKey) + sizeof(Vec3Key));
+        FloatStream first(pBlock);
+        Vec3Stream second(pBlock);
+        first.SetKeyCount(3);
+        second.SetKeyCount(1);
+        EXPECT_EQ(MMPoolGetCounts(AnimStaticPool::Get()).liveCount, before.liveCount + 2); // the block and its bytes
+        EXPECT_EQ(static_cast<void*>(second.GetKeys().data()), static_cast<void*>(first.GetKeys().data() + 3));
+        pBlock.reset();
+        for (uint32_t i = 0; i < 3; ++i)
+            first.GetKeys()[i] = {static_cast<float>(i), 7};
+        FloatStream copy = first;
+        first.AddKey(5, 8);
+        const FloatStream moved = std::move(first);
+        copy.SetKey(0, 9);
+        EXPECT_THAT(TimesOf(moved), ElementsAre(0, 1, 2, 5));
+        EXPECT_EQ(moved.GetKey(0).value, 7);
+    }
+    EXPECT_EQ(MMPoolGetCounts(AnimStaticPool::Get()).liveCount, before.liveCount);
+}
+
 // The passes one key at a time, as they are told.
 void ThinByPasses(FloatStream& stream, float tolerance) {
     for (bool changed = true; changed;) {

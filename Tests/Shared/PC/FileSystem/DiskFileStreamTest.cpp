@@ -89,6 +89,24 @@ TEST_F(DiskStream, SeeksInsideAndOutsideOfTheBuffer) {
     EXPECT_THROW(Put(*pStream, "x"), std::runtime_error);
 }
 
+TEST_F(DiskStream, LargeAndSmallReadsInTurnGiveTheFile) {
+    const std::string bytes = Pattern(size_t{4} * s_Block + 77);
+    m_Folder.Write("file", bytes);
+    const auto pStream = Open("file", Mode_Read);
+    std::mt19937 random(1);
+    size_t at = 0;
+    for (int i = 0; i < 300; ++i) {
+        const auto size = static_cast<uint32_t>(random() % (1u << random() % 20));
+        EXPECT_EQ(Take(*pStream, size), bytes.substr(at, size)) << at;
+        at = std::min(at + size, bytes.size());
+        EXPECT_EQ(pStream->GetPos(), at);
+        if (at == bytes.size() || random() % 8 == 0) {
+            at = random() % bytes.size();
+            EXPECT_TRUE(pStream->Seek(static_cast<uint32_t>(at)));
+        }
+    }
+}
+
 TEST_F(DiskStream, AFileThatShrinksEndsEarly) {
     m_Folder.Write("file", Pattern(size_t{2} * s_Block));
     const auto pStream = Open("file", Mode_Read);
