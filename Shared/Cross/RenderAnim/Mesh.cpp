@@ -4,17 +4,13 @@
 
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/MeshTypeInfo.h"
+#include "Shared/Cross/RenderAnim/Shader.h"
 
 namespace ra {
 
 namespace {
 
 const Mesh::SkinnedTransform s_NoTransform;
-
-const ShaderRef& GetNoShader() {
-    static const ShaderRef s_noShader;
-    return s_noShader;
-}
 
 } // namespace
 

@@ -16,11 +16,6 @@ const MeshRef& GetNoMesh() {
     return s_noMesh;
 }
 
-const ShaderRef& GetNoShader() {
-    static const ShaderRef s_noShader;
-    return s_noShader;
-}
-
 std::string MakeLower(std::string name) {
     std::ranges::transform(name, name.begin(), ToLower);
     return name;

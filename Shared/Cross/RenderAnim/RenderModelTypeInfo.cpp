@@ -9,7 +9,7 @@
 
 namespace {
 
-constinit ra::ResourceLoaders<RenderModel> s_loaders;
+constinit ra::ResourceLoaders<RenderModel> s_modelLoaders;
 constinit bool s_loadingDefault = false;
 
 // The model that stands in for missing ones may lack something itself; nothing stands in for that.
@@ -21,7 +21,7 @@ public:
     DefaultLoad& operator=(const DefaultLoad&) = delete;
 
     std::unique_ptr<RenderModel> Load() const {
-        return m_Nested ? nullptr : s_loaders.Load(RenderModelTypeInfo::MissingModel);
+        return m_Nested ? nullptr : s_modelLoaders.Load(RenderModelTypeInfo::MissingModel);
     }
 
 private:
@@ -36,7 +36,7 @@ std::unique_ptr<Inv::NamedResource> RenderModelTypeInfo::Load(const char* pName)
     if (RunOptions::IsSet("nomodels"))
         if (std::unique_ptr<RenderModel> pMissing = DefaultLoad().Load())
             return pMissing;
-    return s_loaders.Load(pName);
+    return s_modelLoaders.Load(pName);
 }
 
 void RenderModelTypeInfo::Report(Inv::DebugToolDumpInfo& sink, const Inv::Resource&, const char* pName,
@@ -44,9 +44,9 @@ void RenderModelTypeInfo::Report(Inv::DebugToolDumpInfo& sink, const Inv::Resour
     sink.Add({.typeName = GetTypeName(), .name = pName, .frame = pFrameName, .refCount = refCount});
 }
 
-void RenderModelTypeInfo::SetGenericLoader(Loader pLoader) { s_loaders.pGeneric = pLoader; }
+void RenderModelTypeInfo::SetGenericLoader(Loader pLoader) { s_modelLoaders.pGeneric = pLoader; }
 
-void RenderModelTypeInfo::SetFinalLoader(Loader pLoader) { s_loaders.pFinal = pLoader; }
+void RenderModelTypeInfo::SetFinalLoader(Loader pLoader) { s_modelLoaders.pFinal = pLoader; }
 
 namespace ra {
 

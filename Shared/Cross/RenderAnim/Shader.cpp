@@ -15,6 +15,11 @@ std::unique_ptr<Shader> Shader::Create() {
     return std::make_unique<ShaderImp>(pDevice ? pDevice->MakeShader() : nullptr);
 }
 
+const ShaderRef& GetNoShader() {
+    static const ShaderRef s_noShader;
+    return s_noShader;
+}
+
 bool Shader::IsOpaque() const { return GetBlendSource() == s_BlendOne && GetBlendDestination() == s_BlendZero; }
 
 bool Shader::IsInvisible() const {

@@ -72,6 +72,9 @@ public:
     virtual const std::shared_ptr<gz::Shader>& GetDeviceShader() const = 0;
 };
 
+// Holds nothing, for those who have to answer with a hold on a shader and have none.
+const ShaderRef& GetNoShader();
+
 constexpr int32_t s_BlendOne = 1;
 constexpr int32_t s_BlendZero = 0;
 constexpr int32_t s_BlendSourceAlpha = 6;

@@ -12,7 +12,7 @@ namespace {
 
 constexpr char s_MissingShader[] = "DATA:art/shaders/missingshader";
 
-constinit ra::ResourceLoaders<Shader> s_loaders;
+constinit ra::ResourceLoaders<Shader> s_shaderLoaders;
 
 } // namespace
 
@@ -33,7 +33,7 @@ std::unique_ptr<Inv::NamedResource> ShaderTypeInfo::CreateDefault(const char*) {
     return pShader;
 }
 
-std::unique_ptr<Inv::NamedResource> ShaderTypeInfo::Load(const char* pName) { return s_loaders.Load(pName); }
+std::unique_ptr<Inv::NamedResource> ShaderTypeInfo::Load(const char* pName) { return s_shaderLoaders.Load(pName); }
 
 void ShaderTypeInfo::Report(Inv::DebugToolDumpInfo& sink, const Inv::Resource&, const char* pName,
                             const char* pFrameName, uint32_t refCount) const {
@@ -41,7 +41,7 @@ void ShaderTypeInfo::Report(Inv::DebugToolDumpInfo& sink, const Inv::Resource&, 
 }
 
 void ShaderTypeInfo::SetLoaders(Loader pGeneric, Loader pFinal) {
-    s_loaders = {.pGeneric = pGeneric, .pFinal = pFinal};
+    s_shaderLoaders = {.pGeneric = pGeneric, .pFinal = pFinal};
 }
 
 ShaderRef GetDefaultShader() {

@@ -16,7 +16,7 @@ namespace {
 
 constexpr char s_MissingTexture[] = "art/textures/missingtexture";
 
-constinit ra::ResourceLoaders<Texture> s_loaders;
+constinit ra::ResourceLoaders<Texture> s_textureLoaders;
 
 // Bytes used, width, height, whether both sides are powers of two, and the type.
 std::string Describe(const Texture& texture) {
@@ -49,7 +49,7 @@ std::unique_ptr<Inv::NamedResource> TextureTypeInfo::CreateDefault(const char*) 
     return pTexture;
 }
 
-std::unique_ptr<Inv::NamedResource> TextureTypeInfo::Load(const char* pName) { return s_loaders.Load(pName); }
+std::unique_ptr<Inv::NamedResource> TextureTypeInfo::Load(const char* pName) { return s_textureLoaders.Load(pName); }
 
 void TextureTypeInfo::Report(Inv::DebugToolDumpInfo& sink, const Inv::Resource& resource, const char* pName,
                              const char* pFrameName, uint32_t refCount) const {
@@ -62,5 +62,5 @@ void TextureTypeInfo::Report(Inv::DebugToolDumpInfo& sink, const Inv::Resource& 
 }
 
 void TextureTypeInfo::SetLoaders(Loader pGeneric, Loader pFinal) {
-    s_loaders = {.pGeneric = pGeneric, .pFinal = pFinal};
+    s_textureLoaders = {.pGeneric = pGeneric, .pFinal = pFinal};
 }

@@ -50,13 +50,13 @@ namespace ra {
 
 namespace {
 
-constexpr uint32_t s_DataChunk = FourCC("DATA");
+constexpr uint32_t s_MeshDataChunk = FourCC("DATA");
 constexpr uint32_t s_MeshVersion = 1;
-constexpr uint32_t s_DataVersion = 2;
+constexpr uint32_t s_MeshDataVersion = 2;
 constexpr size_t s_TransformMinBytes = 8; // an empty name and an index
 constexpr size_t s_PrimSetMinBytes = 12;  // an empty name, no index and a range, or no index twice
 constexpr int s_ShadowListCount = 3;
-constexpr const char* s_Kind = "mesh";
+constexpr const char* s_MeshKind = "mesh";
 
 static_assert(s_MeshLevelCount == Mesh::Poly_Count);
 
@@ -212,8 +212,8 @@ void ReadPrimSets(PayloadReader& reader, MeshRecord& record, MeshForm form) {
 }
 
 void ReadData(Chunky& chunky, MeshRecord& record, MeshForm form) {
-    EnterData(chunky, s_DataChunk, s_DataVersion, s_DataVersion);
-    PayloadReader reader(chunky, s_Kind, record.name.c_str());
+    EnterData(chunky, s_MeshDataChunk, s_MeshDataVersion, s_MeshDataVersion);
+    PayloadReader reader(chunky, s_MeshKind, record.name.c_str());
     record.minDetail = reader.Read<int32_t>("least detail");
     record.childSelection = reader.Read<uint8_t>("child selection") != 0;
     record.polyCountHigh = reader.Read<uint32_t>("high polygon count");
@@ -238,7 +238,7 @@ void WriteMesh(Chunky& chunky, PayloadWriter& writer, const Mesh& mesh, MeshForm
     WritePrimSets(writer, mesh, form);
     if (form == MeshForm::Final)
         WriteNoShadows(writer);
-    writer.WriteChunk(chunky, s_DataChunk, s_DataVersion);
+    writer.WriteChunk(chunky, s_MeshDataChunk, s_MeshDataVersion);
     WriteBoundVolume(chunky, writer, mesh.GetBoundVolume());
     chunky.EndChunk();
 }
@@ -248,11 +248,11 @@ MeshRecord ReadMeshRecord(Chunky& chunky, MeshForm form) {
     record.name = chunky.EnterFolder(s_MeshChunk, s_MeshVersion).name.GetView();
     bool hasData = false;
     for (ChunkInfo child; chunky.NextChunk(child);)
-        if (child.kind == ChunkKind_Data && child.id == s_DataChunk && !hasData) {
+        if (child.kind == ChunkKind_Data && child.id == s_MeshDataChunk && !hasData) {
             ReadData(chunky, record, form);
             hasData = true;
         } else if (child.kind == ChunkKind_Data && child.id == s_BoundVolumeChunk)
-            record.boundVolume = ReadBoundVolume(chunky, s_Kind, record.name.c_str());
+            record.boundVolume = ReadBoundVolume(chunky, s_MeshKind, record.name.c_str());
     if (!hasData)
         throw Chunky::Exception(ChunkyError_MissingChunk, "Missing Chunk Type! (data of mesh '" + record.name + "')");
     chunky.EndChunk();

@@ -16,15 +16,15 @@ namespace ra {
 
 namespace {
 
-constexpr uint32_t s_DataChunk = FourCC("DATA");
+constexpr uint32_t s_GroupDataChunk = FourCC("DATA");
 constexpr uint32_t s_MeshGroupVersion = 1;
-constexpr uint32_t s_DataVersion = 1;
+constexpr uint32_t s_GroupDataVersion = 1;
 constexpr size_t s_EntryMinBytes = 12; // two empty names and a bone
-constexpr const char* s_Kind = "mesh group";
+constexpr const char* s_GroupKind = "mesh group";
 
 std::vector<MeshEntryRecord> ReadEntries(Chunky& chunky) {
-    EnterData(chunky, s_DataChunk, s_DataVersion, s_DataVersion);
-    PayloadReader reader(chunky, s_Kind, "");
+    EnterData(chunky, s_GroupDataChunk, s_GroupDataVersion, s_GroupDataVersion);
+    PayloadReader reader(chunky, s_GroupKind, "");
     std::vector<MeshEntryRecord> entries(reader.ReadCount(s_EntryMinBytes, "mesh count"));
     for (MeshEntryRecord& entry : entries) {
         entry.name = reader.ReadString("mesh name");
@@ -48,7 +48,7 @@ void WriteMeshGroup(Chunky& chunky, PayloadWriter& writer, const MeshGroup& grou
         writer.WriteString(group.GetXRefName(i).GetText());
         writer.Write(group.GetParentBone(i));
     }
-    writer.WriteChunk(chunky, s_DataChunk, s_DataVersion);
+    writer.WriteChunk(chunky, s_GroupDataChunk, s_GroupDataVersion);
     WriteBoundVolume(chunky, writer, group.GetBoundVolume());
     chunky.EndChunk();
 }
@@ -59,11 +59,11 @@ void ReadMeshGroup(Chunky& chunky, MeshGroupSink& sink, MeshForm form) {
     for (ChunkInfo child; chunky.NextChunk(child);)
         if (child.kind == ChunkKind_Folder && child.id == s_MeshChunk)
             sink.AddMesh(ReadMeshRecord(chunky, form));
-        else if (child.kind == ChunkKind_Data && child.id == s_DataChunk && !hasData) {
+        else if (child.kind == ChunkKind_Data && child.id == s_GroupDataChunk && !hasData) {
             sink.SetEntries(ReadEntries(chunky));
             hasData = true;
         } else if (child.kind == ChunkKind_Data && child.id == s_BoundVolumeChunk)
-            sink.SetBoundVolume(ReadBoundVolume(chunky, s_Kind, ""));
+            sink.SetBoundVolume(ReadBoundVolume(chunky, s_GroupKind, ""));
     if (!hasData)
         throw Chunky::Exception(ChunkyError_MissingChunk, "Missing Chunk Type! (table of the mesh group)");
     chunky.EndChunk();

@@ -36,11 +36,11 @@ namespace ra {
 
 namespace {
 
-constexpr uint32_t s_InfoChunk = FourCC("INFO");
+constexpr uint32_t s_ShaderInfoChunk = FourCC("INFO");
 constexpr uint32_t s_ChannelChunk = FourCC("CHAN");
 constexpr uint32_t s_ShaderVersion = 1;
 constexpr uint32_t s_SharedShaderVersion = 1;
-constexpr uint32_t s_InfoVersion = 1;
+constexpr uint32_t s_ShaderInfoVersion = 1;
 constexpr uint32_t s_ChannelVersion = 3;
 constexpr uint32_t s_OldestChannelVersion = 2;
 
@@ -123,7 +123,7 @@ void WriteShader(Chunky& chunky, PayloadWriter& writer, const Shader& shader) {
     writer.Write(shader.GetAlphaReference());
     writer.Write(shader.GetAlphaFunction());
     writer.Write<uint8_t>(shader.IsTwoSided() ? 1 : 0);
-    writer.WriteChunk(chunky, s_InfoChunk, s_InfoVersion);
+    writer.WriteChunk(chunky, s_ShaderInfoChunk, s_ShaderInfoVersion);
     for (uint32_t n = 0; n < ChannelCount; ++n) {
         WriteChannel(writer, shader, n);
         writer.WriteChunk(chunky, s_ChannelChunk, s_ChannelVersion);
@@ -140,7 +140,7 @@ ShaderRecord ReadShaderRecord(Chunky& chunky) {
     const ChunkInfo folder = chunky.EnterFolder(s_ShaderChunk, s_ShaderVersion);
     ShaderRecord record;
     record.name = folder.name.GetView();
-    EnterData(chunky, s_InfoChunk, s_InfoVersion, s_InfoVersion);
+    EnterData(chunky, s_ShaderInfoChunk, s_ShaderInfoVersion, s_ShaderInfoVersion);
     PayloadReader info(chunky, "shader", record.name.c_str());
     record.blendSource = info.Read<int32_t>("blend source");
     record.blendDestination = info.Read<int32_t>("blend destination");

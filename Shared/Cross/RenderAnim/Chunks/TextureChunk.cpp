@@ -20,12 +20,12 @@ namespace ra {
 
 namespace {
 
-constexpr uint32_t s_InfoChunk = FourCC("INFO");
+constexpr uint32_t s_TextureInfoChunk = FourCC("INFO");
 constexpr uint32_t s_TextureVersion = 1;
-constexpr uint32_t s_InfoVersion = 3;
+constexpr uint32_t s_TextureInfoVersion = 3;
 
 uint32_t ReadImageCount(Chunky& chunky, const char* pName) {
-    const ChunkInfo info = EnterData(chunky, s_InfoChunk, 1, s_InfoVersion);
+    const ChunkInfo info = EnterData(chunky, s_TextureInfoChunk, 1, s_TextureInfoVersion);
     PayloadReader reader(chunky, "texture", pName);
     if (info.version < 3)
         for (int i = 0; i < 3; ++i)
@@ -72,7 +72,7 @@ std::unique_ptr<Texture> MakeTexture(std::vector<std::unique_ptr<Image>> images,
 void WriteTexture(Chunky& chunky, PayloadWriter& writer, const Texture& texture) {
     chunky.BeginFolder(s_TextureChunk, s_TextureVersion, texture.GetName());
     writer.Write<uint32_t>(1);
-    writer.WriteChunk(chunky, s_InfoChunk, s_InfoVersion);
+    writer.WriteChunk(chunky, s_TextureInfoChunk, s_TextureInfoVersion);
     if (texture.GetImages().size() == 1)
         WriteImage(chunky, *texture.GetImages().front());
     else if (const std::unique_ptr<Image> pAll = Texture2Image(texture))

@@ -18,8 +18,6 @@
 
 namespace {
 
-constexpr uint32_t s_BlockSide = 4;
-
 using BlockPixels = std::array<uint8_t, 64>; // red, green, blue, alpha
 
 struct Job {
@@ -32,18 +30,18 @@ struct Job {
     int squishFlags;
 
     uint32_t GetBlockSize() const { return format == IMAGETYPE_DXT1 ? 8 : 16; }
-    uint32_t GetColumns() const { return std::max(1u, width / s_BlockSide); }
-    uint32_t GetRows() const { return std::max(1u, height / s_BlockSide); }
+    uint32_t GetColumns() const { return std::max(1u, width / s_DxtcBlockSide); }
+    uint32_t GetRows() const { return std::max(1u, height / s_DxtcBlockSide); }
 };
 
 // A picture smaller than a block goes on with its last pixels.
 BlockPixels GatherBlock(const Job& job, uint32_t column, uint32_t row) {
     BlockPixels block;
     uint8_t* pOut = block.data();
-    for (uint32_t y = 0; y < s_BlockSide; ++y) {
-        const size_t line = size_t{std::min(row * s_BlockSide + y, job.height - 1)} * job.width;
-        for (uint32_t x = 0; x < s_BlockSide; ++x, pOut += 4) {
-            const Colour colour = job.pixels[line + std::min(column * s_BlockSide + x, job.width - 1)];
+    for (uint32_t y = 0; y < s_DxtcBlockSide; ++y) {
+        const size_t line = size_t{std::min(row * s_DxtcBlockSide + y, job.height - 1)} * job.width;
+        for (uint32_t x = 0; x < s_DxtcBlockSide; ++x, pOut += 4) {
+            const Colour colour = job.pixels[line + std::min(column * s_DxtcBlockSide + x, job.width - 1)];
             pOut[0] = colour.r;
             pOut[1] = colour.g;
             pOut[2] = colour.b;

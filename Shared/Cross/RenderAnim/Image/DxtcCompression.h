@@ -7,6 +7,9 @@
 #include "Shared/Cross/RenderAnim/Image/Image.h"
 #include "Shared/Cross/RenderAnim/Image/PixelFormats.h"
 
+// A block is a square of pixels.
+inline constexpr uint32_t s_DxtcBlockSide = 4;
+
 enum class DxtcQuality {
     Fast, // what the tools use: a megapixel in some hundredths of a second
     Best, // a search for the best fit, some fifty times as long for a few tenths of a decibel

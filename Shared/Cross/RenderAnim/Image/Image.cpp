@@ -6,6 +6,7 @@
 
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/Image/Chunkmap.h"
+#include "Shared/Cross/RenderAnim/Image/DxtcCompression.h"
 #include "Shared/Cross/RenderAnim/Image/Palette.h"
 
 namespace Math {
@@ -19,8 +20,6 @@ bool IsPowerOfTwo(uint32_t value) { return std::has_single_bit(value); }
 } // namespace Math
 
 namespace {
-
-constexpr uint32_t s_BlockSide = 4;
 
 std::unique_ptr<Image> CreateEmpty(ImageType type) {
     switch (type) {
@@ -96,7 +95,7 @@ uint32_t Image::GetMaxMipCount(uint32_t width, uint32_t height) {
 }
 
 uint64_t Image::GetSizeFor(ImageType type, uint32_t width, uint32_t height, uint32_t mipCount) {
-    const uint32_t cellSide = IsTypeCompressed(type) ? s_BlockSide : 1;
+    const uint32_t cellSide = IsTypeCompressed(type) ? s_DxtcBlockSide : 1;
     uint64_t size = 0;
     for (uint32_t level = 0; level < mipCount; ++level) {
         const uint64_t columns = std::max(1u, GetLevelSide(width, level) / cellSide);

@@ -8,6 +8,16 @@ uint32_t GetBytesAhead(ByteStream& stream) {
     return pos < length ? length - pos : 0;
 }
 
+std::unique_ptr<Image> Refuse(const char* pName, const std::string& reason) {
+    dbWarningf("TEXTURES -- '%s': %s", pName, reason.c_str());
+    return nullptr;
+}
+
+std::unique_ptr<Image> RefuseNameLast(const char* pReason, const char* pName) {
+    dbWarningf("%s [%s]", pReason, pName);
+    return nullptr;
+}
+
 bool CheckSides(const char* pName, ImageType type, uint32_t width, uint32_t height) {
     if (Image::AreSidesAllowed(type, width, height))
         return true;

@@ -3,6 +3,8 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <memory>
+#include <string>
 
 #include "Shared/Cross/FileSystem/ByteStream.h"
 #include "Shared/Cross/RenderAnim/Image/Image.h"
@@ -22,6 +24,11 @@ inline uint16_t GetBig16(const uint8_t* pBytes) { return static_cast<uint16_t>(p
 
 // Bytes from the position to the end.
 uint32_t GetBytesAhead(ByteStream& stream);
+
+// Says in the log why a picture isn't read. Null, for the reader to give back.
+std::unique_ptr<Image> Refuse(const char* pName, const std::string& reason);
+// The same in the words of the oldest readers, which have the name at the end.
+std::unique_ptr<Image> RefuseNameLast(const char* pReason, const char* pName);
 
 // Whether an image can have the sides that a picture file claims; a line that says what would be right if not.
 bool CheckSides(const char* pName, ImageType type, uint32_t width, uint32_t height);

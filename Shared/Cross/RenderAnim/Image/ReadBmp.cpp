@@ -6,7 +6,6 @@
 #include <span>
 #include <vector>
 
-#include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/Image/ExpandTriples.h"
 #include "Shared/Cross/RenderAnim/Image/ImageLoad.h"
 #include "Shared/Cross/RenderAnim/Image/ImageReaderUtil.h"
@@ -28,10 +27,10 @@
 
 namespace {
 
-constexpr uint32_t s_HeaderSize = 54;
+constexpr uint32_t s_BmpHeaderSize = 54;
 constexpr uint32_t s_InfoStart = 14;
-constexpr uint32_t s_InfoSize = s_HeaderSize - s_InfoStart;
-constexpr uint16_t s_Magic = 0x4D42;
+constexpr uint32_t s_InfoSize = s_BmpHeaderSize - s_InfoStart;
+constexpr uint16_t s_BmpMagic = 0x4D42;
 
 struct BmpHeader {
     uint32_t rowsPos = 0;
@@ -52,17 +51,11 @@ struct BmpHeader {
     uint32_t GetImageRow(uint32_t fileRow) const { return topDown ? height - 1 - fileRow : fileRow; }
 };
 
-// The format is the system's text, with the name at its end.
-std::unique_ptr<Image> Refuse(const char* pReason, const char* pName) {
-    dbWarningf("%s [%s]", pReason, pName);
-    return nullptr;
-}
-
 // Null when the header was read; otherwise why not.
 const char* ReadHeader(ByteStream& stream, BmpHeader& header) {
-    uint8_t bytes[s_HeaderSize];
+    uint8_t bytes[s_BmpHeaderSize];
     const uint32_t got = stream.Read(bytes, sizeof(bytes));
-    if (got != sizeof(bytes) || GetLittle<uint16_t>(bytes) != s_Magic)
+    if (got != sizeof(bytes) || GetLittle<uint16_t>(bytes) != s_BmpMagic)
         return "Not a BMP that I know how to read.";
     if (GetLittle<uint32_t>(bytes + 30) != 0)
         return "Don't know how to handle compressed BMPs.";
@@ -146,19 +139,19 @@ std::unique_ptr<Image> ReadBmp(const ImageReaderArgs& args, uint32_t& outFlags) 
     ByteStream& stream = *args.pStream;
     BmpHeader header;
     if (const char* pFault = ReadHeader(stream, header))
-        return Refuse(pFault, args.pName);
+        return RefuseNameLast(pFault, args.pName);
     const ImageType type = header.HasPalette() ? IMAGETYPE_PALETTE8 : IMAGETYPE_RGBA32;
     if (!CheckSides(args.pName, type, header.width, header.height))
         return nullptr;
     ImagePalette palette{};
     if (header.HasPalette() && !ReadPalette(stream, header, palette))
-        return Refuse("Not enough file for the palette.", args.pName);
+        return RefuseNameLast("Not enough file for the palette.", args.pName);
     const uint64_t end = header.GetRowsPos() + uint64_t{header.GetRowSize()} * header.height;
     if (stream.GetLength() < end || !stream.Seek(static_cast<uint32_t>(header.GetRowsPos())))
-        return Refuse("Not enough file for the bitmap.", args.pName);
+        return RefuseNameLast("Not enough file for the bitmap.", args.pName);
     std::unique_ptr<Image> pImage = Image::Create(type, header.width, header.height);
     if (!ReadRows(stream, header, *pImage))
-        return Refuse("Not enough file for the bitmap.", args.pName);
+        return RefuseNameLast("Not enough file for the bitmap.", args.pName);
     if (Image_Palette* pPaletted = ImageCast<Image_Palette>(pImage.get()))
         pPaletted->GetPalette() = palette;
     outFlags = SettleAlpha(header, *pImage) ? ImageLoad::Flags_Alpha : ImageLoad::Flags_NoAlpha;

@@ -1,6 +1,5 @@
 #include "Shared/Cross/RenderAnim/Image/ImageReaders.h"
 
-#include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/Image/ImageLoad.h"
 #include "Shared/Cross/RenderAnim/Image/ImageReaderUtil.h"
 
@@ -17,17 +16,12 @@
 
 namespace {
 
-constexpr uint32_t s_HeaderSize = 512;
-constexpr uint16_t s_Magic = 0x01DA;
+constexpr uint32_t s_BwHeaderSize = 512;
+constexpr uint16_t s_BwMagic = 0x01DA;
 
-std::unique_ptr<Image> Refuse(const char* pReason, const char* pName) {
-    dbWarningf("%s [%s]", pReason, pName);
-    return nullptr;
-}
-
-const char* FindFault(const uint8_t* pHeader) {
+const char* FindBwFault(const uint8_t* pHeader) {
     const uint16_t dimensions = GetBig16(pHeader + 4);
-    if (GetBig16(pHeader) != s_Magic || pHeader[2] > 1 || dimensions < 1 || dimensions > 3)
+    if (GetBig16(pHeader) != s_BwMagic || pHeader[2] > 1 || dimensions < 1 || dimensions > 3)
         return "BW file header is mangled.";
     if (pHeader[2] == 1)
         return "BW is run-length encoded; save it without compression.";
@@ -40,21 +34,21 @@ const char* FindFault(const uint8_t* pHeader) {
 
 std::unique_ptr<Image> ReadBw(const ImageReaderArgs& args, uint32_t& outFlags) {
     if (!args.pStream)
-        return Refuse("BW is non-existant.", args.pName);
-    uint8_t header[s_HeaderSize];
+        return RefuseNameLast("BW is non-existant.", args.pName);
+    uint8_t header[s_BwHeaderSize];
     if (args.pStream->Read(header, sizeof(header)) != sizeof(header))
-        return Refuse("BW is too small.", args.pName);
-    if (const char* pFault = FindFault(header))
-        return Refuse(pFault, args.pName);
+        return RefuseNameLast("BW is too small.", args.pName);
+    if (const char* pFault = FindBwFault(header))
+        return RefuseNameLast(pFault, args.pName);
     const uint32_t width = GetBig16(header + 6);
     const uint32_t height = GetBig16(header + 4) == 1 ? 1 : GetBig16(header + 8);
     if (!CheckSides(args.pName, IMAGETYPE_LUMINANCE8, width, height))
         return nullptr;
     if (GetBytesAhead(*args.pStream) < width * height)
-        return Refuse("BW file doesn't have enough pixels.", args.pName);
+        return RefuseNameLast("BW file doesn't have enough pixels.", args.pName);
     std::unique_ptr<Image> pImage = Image::Create(IMAGETYPE_LUMINANCE8, width, height);
     if (args.pStream->Read(pImage->GetData().data(), width * height) != width * height)
-        return Refuse("BW file doesn't have enough pixels.", args.pName);
+        return RefuseNameLast("BW file doesn't have enough pixels.", args.pName);
     outFlags = ImageLoad::Flags_Luminance;
     return pImage;
 }

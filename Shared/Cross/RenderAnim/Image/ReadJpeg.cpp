@@ -4,7 +4,6 @@
 #include <span>
 #include <string>
 
-#include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/Image/ImageLoad.h"
 #include "Shared/Cross/RenderAnim/Image/ImageReaderUtil.h"
 #include "Shared/Cross/RenderAnim/Image/JpegLibrary.h"
@@ -16,11 +15,6 @@ namespace {
 constexpr uint32_t s_PixelsPerByte = 8 * 8 * 8;
 // A progressive picture has about ten. Each is a pass over the whole picture that a file gets for a few bytes.
 constexpr uint32_t s_MaxScans = 64;
-
-std::unique_ptr<Image> Refuse(const char* pName, const std::string& reason) {
-    dbWarningf("TEXTURES -- '%s': %s", pName, reason.c_str());
-    return nullptr;
-}
 
 uint32_t CountScans(std::span<const uint8_t> file) {
     constexpr uint8_t startOfScan[] = {0xFF, 0xDA};

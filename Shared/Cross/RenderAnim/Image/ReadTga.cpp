@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <span>
 
-#include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/Image/ExpandTriples.h"
 #include "Shared/Cross/RenderAnim/Image/ImageLoad.h"
 #include "Shared/Cross/RenderAnim/Image/ImageReaderUtil.h"
@@ -11,13 +10,8 @@
 
 namespace {
 
-std::unique_ptr<Image> Refuse(const char* pName, const char* pReason) {
-    dbWarningf("TEXTURES -- '%s': %s", pName, pReason);
-    return nullptr;
-}
-
 // Null when this header can be read; otherwise what is wrong, in words for whoever saved the file.
-const char* FindFault(std::span<const uint8_t, s_TgaHeaderSize> header) {
+const char* FindTgaFault(std::span<const uint8_t, s_TgaHeaderSize> header) {
     const uint8_t pictureType = header[2];
     if (pictureType == (s_TgaTrueColour | s_TgaRunLengthBit))
         return "the TGA is run-length encoded; save it without compression";
@@ -55,7 +49,7 @@ std::unique_ptr<Image> ReadTga(const ImageReaderArgs& args, uint32_t& outFlags) 
     uint8_t header[s_TgaHeaderSize];
     if (args.pStream->Read(header, sizeof(header)) != sizeof(header))
         return Refuse(args.pName, "the TGA is shorter than its header");
-    if (const char* pFault = FindFault(header))
+    if (const char* pFault = FindTgaFault(header))
         return Refuse(args.pName, pFault);
     const uint32_t width = GetLittle<uint16_t>(header + 12);
     const uint32_t height = GetLittle<uint16_t>(header + 14);

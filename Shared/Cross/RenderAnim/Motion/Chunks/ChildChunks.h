@@ -6,6 +6,8 @@
 
 namespace ra {
 
+inline constexpr size_t s_NameMinBytes = 4; // an empty name
+
 // Each part of a motion side is a folder of data chunks of one id, one for each object.
 
 template <class List, class WriteChild>

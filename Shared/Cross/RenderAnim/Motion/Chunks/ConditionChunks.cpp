@@ -32,7 +32,6 @@ constexpr uint32_t s_OldestClauseVersion = 1;
 constexpr uint32_t s_ConditionListVersion = 1;
 constexpr uint32_t s_ConditionChunk = FourCC("COND");
 constexpr uint32_t s_ConditionVersion = 1;
-constexpr size_t s_NameMinBytes = 4;
 
 void WriteValue(PayloadWriter& writer, float value) { writer.Write(value); }
 void WriteValue(PayloadWriter& writer, bool value) { writer.Write<uint8_t>(value ? 1 : 0); }

@@ -56,7 +56,6 @@ constexpr uint32_t s_MotionChunk = FourCC("MTON");
 constexpr uint32_t s_ObsoleteMotionChunk = FourCC("MOTN");
 constexpr uint32_t s_MotionVersion = 4;
 constexpr uint32_t s_OldestMotionVersion = 1;
-constexpr size_t s_NameMinBytes = 4;
 constexpr size_t s_NameAndFloatMinBytes = 8;
 
 void WriteModifier(Chunky& chunky, PayloadWriter& writer, const Modifier& modifier) {
