@@ -1,30 +1,21 @@
 #include "Shared/Cross/Debug/CrashFilter.h"
 
+#include "Shared/Cross/Debug/CallbackTable.h"
 #include "Shared/Cross/Debug/CrashState.h"
 #include "Shared/Cross/Debug/Message.h"
 #include "Shared/PC/Debug/CrashTrap.h"
 
-#include <algorithm>
-#include <array>
 #include <exception>
 
 namespace {
 
-struct Callback {
-    dbCrashCallback pFunction = nullptr;
-    void* pUser = nullptr;
-
-    bool operator==(const Callback&) const = default;
-};
-
-std::array<Callback, s_dbMaxCrashCallbacks> s_Callbacks;
-uint32_t s_CallbackCount = 0;
+CallbackTable<s_dbMaxCrashCallbacks> s_CrashCallbacks;
 std::terminate_handler s_pFormerTerminate = nullptr;
 
 void RunCallbacks() {
     // The count is asked each time: a callback may take itself off.
-    for (uint32_t i = 0; i < s_CallbackCount; ++i)
-        CrashTrap::RunGuarded(s_Callbacks[i].pFunction, s_Callbacks[i].pUser);
+    for (uint32_t i = 0; i < s_CrashCallbacks.GetCount(); ++i)
+        CrashTrap::RunGuarded(s_CrashCallbacks[i].pFunction, s_CrashCallbacks[i].pUser);
 }
 
 void OnTerminate() {
@@ -48,24 +39,9 @@ void dbInstallCrashFilter() {
     s_pFormerTerminate = std::set_terminate(OnTerminate);
 }
 
-void dbAddCrashCallback(dbCrashCallback pCallback, void* pUser) {
-    const auto pEnd = s_Callbacks.begin() + s_CallbackCount;
-    const Callback callback = {pCallback, pUser};
-    if (!pCallback)
-        dbStop("a null callback");
-    else if (std::find(s_Callbacks.begin(), pEnd, callback) != pEnd)
-        dbStop("a callback registered twice");
-    else if (s_CallbackCount == s_Callbacks.size())
-        dbStop("too many callbacks");
-    else
-        s_Callbacks[s_CallbackCount++] = callback;
-}
+void dbAddCrashCallback(dbCrashCallback pCallback, void* pUser) { s_CrashCallbacks.Add({pCallback, pUser}); }
 
-void dbRemoveCrashCallback(dbCrashCallback pCallback, void* pUser) {
-    const auto pEnd = s_Callbacks.begin() + s_CallbackCount;
-    const Callback callback = {pCallback, pUser};
-    s_CallbackCount = static_cast<uint32_t>(std::remove(s_Callbacks.begin(), pEnd, callback) - s_Callbacks.begin());
-}
+void dbRemoveCrashCallback(dbCrashCallback pCallback, void* pUser) { s_CrashCallbacks.Remove({pCallback, pUser}); }
 
 void dbSetBugReportPath(const char* pPath, const char* pConfig) {
     const std::string_view path = OrEmpty(pPath);

@@ -16,7 +16,7 @@ static_assert(s_dbMaxReportTextLength + 1 == sizeof CrashRecord::texts[0]);
 static_assert(s_dbMaxReportFileLength + 1 == sizeof CrashReportFile::name);
 
 constinit CrashRecord s_Record = {};
-std::mutex s_Mutex; // of the lists; a crash doesn't ask for it
+std::mutex s_ListMutex; // of the lists; a crash doesn't ask for it
 
 using Text = char[s_dbMaxReportTextLength + 1];
 
@@ -36,7 +36,7 @@ CrashReportFile* FindFile(std::string_view name) {
 }
 
 bool AddText(std::string_view text) {
-    const std::lock_guard lock(s_Mutex);
+    const std::lock_guard lock(s_ListMutex);
     const std::span<Text> texts = GetTexts();
     if (std::ranges::any_of(texts, [=](const Text& known) { return known == text; }))
         return true;
@@ -48,7 +48,7 @@ bool AddText(std::string_view text) {
 }
 
 bool AddFile(std::string_view name, bool deleteAfter) {
-    const std::lock_guard lock(s_Mutex);
+    const std::lock_guard lock(s_ListMutex);
     if (CrashReportFile* pFile = FindFile(name)) {
         pFile->deleteAfter = deleteAfter;
         return true;
@@ -78,7 +78,7 @@ void dbAddReportFile(const char* pName, bool deleteAfter) {
 }
 
 void dbRemoveReportFile(const char* pName) {
-    const std::lock_guard lock(s_Mutex);
+    const std::lock_guard lock(s_ListMutex);
     CrashReportFile* pFile = FindFile(pName);
     if (!pFile)
         return;
@@ -87,13 +87,13 @@ void dbRemoveReportFile(const char* pName) {
 }
 
 std::vector<std::string> dbGetReportTexts() {
-    const std::lock_guard lock(s_Mutex);
+    const std::lock_guard lock(s_ListMutex);
     const std::span<Text> texts = GetTexts();
     return {texts.begin(), texts.end()};
 }
 
 std::vector<dbReportFile> dbGetReportFiles() {
-    const std::lock_guard lock(s_Mutex);
+    const std::lock_guard lock(s_ListMutex);
     std::vector<dbReportFile> files;
     for (const CrashReportFile& file : GetFiles())
         files.push_back({file.name, file.deleteAfter});

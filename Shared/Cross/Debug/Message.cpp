@@ -1,5 +1,6 @@
 #include "Shared/Cross/Debug/Message.h"
 
+#include "Shared/Cross/Debug/CallbackTable.h"
 #include "Shared/Cross/Debug/StackTrace.h"
 
 #include <algorithm>
@@ -16,20 +17,14 @@ struct SubscriberTable {
     uint32_t count = 0;
 };
 
-struct AssertCallback {
-    dbAssertCallback pFunction = nullptr;
-    void* pUser = nullptr;
-};
-
 // A subscriber may report something itself, so the thread that holds the lock may come back.
-std::recursive_mutex s_Mutex;
+std::recursive_mutex s_TableMutex;
 SubscriberTable s_Warnings;
 SubscriberTable s_Errors;
-std::array<AssertCallback, s_dbMaxAssertCallbacks> s_Callbacks = {};
-uint32_t s_CallbackCount = 0;
+CallbackTable<s_dbMaxAssertCallbacks> s_AssertCallbacks;
 
 void Add(SubscriberTable& table, dbSubscriber pSubscriber) {
-    const std::lock_guard lock(s_Mutex);
+    const std::lock_guard lock(s_TableMutex);
     const auto pEnd = table.entries.begin() + table.count;
     if (!pSubscriber)
         dbStop("a null subscriber");
@@ -42,13 +37,9 @@ void Add(SubscriberTable& table, dbSubscriber pSubscriber) {
 }
 
 void Remove(SubscriberTable& table, dbSubscriber pSubscriber) {
-    const std::lock_guard lock(s_Mutex);
+    const std::lock_guard lock(s_TableMutex);
     const auto pEnd = table.entries.begin() + table.count;
     table.count = static_cast<uint32_t>(std::remove(table.entries.begin(), pEnd, pSubscriber) - table.entries.begin());
-}
-
-bool IsSame(const AssertCallback& callback, dbAssertCallback pFunction, void* pUser) {
-    return callback.pFunction == pFunction && callback.pUser == pUser;
 }
 
 std::string StemOf(const char* pFile) {
@@ -72,32 +63,20 @@ void dbAddErrorSubscriber(dbSubscriber pSubscriber) { Add(s_Errors, pSubscriber)
 void dbRemoveErrorSubscriber(dbSubscriber pSubscriber) { Remove(s_Errors, pSubscriber); }
 
 void dbAddAssertCallback(dbAssertCallback pCallback, void* pUser) {
-    const std::lock_guard lock(s_Mutex);
-    const auto pEnd = s_Callbacks.begin() + s_CallbackCount;
-    const auto isSame = [=](const AssertCallback& callback) { return IsSame(callback, pCallback, pUser); };
-    if (!pCallback)
-        dbStop("a null callback");
-    else if (std::any_of(s_Callbacks.begin(), pEnd, isSame))
-        dbStop("a callback registered twice");
-    else if (s_CallbackCount == s_Callbacks.size())
-        dbStop("too many callbacks");
-    else
-        s_Callbacks[s_CallbackCount++] = {pCallback, pUser};
+    const std::lock_guard lock(s_TableMutex);
+    s_AssertCallbacks.Add({pCallback, pUser});
 }
 
 void dbRemoveAssertCallback(dbAssertCallback pCallback, void* pUser) {
-    const std::lock_guard lock(s_Mutex);
-    const auto pEnd = s_Callbacks.begin() + s_CallbackCount;
-    const auto isSame = [=](const AssertCallback& callback) { return IsSame(callback, pCallback, pUser); };
-    s_CallbackCount = static_cast<uint32_t>(std::remove_if(s_Callbacks.begin(), pEnd, isSame) - s_Callbacks.begin());
+    const std::lock_guard lock(s_TableMutex);
+    s_AssertCallbacks.Remove({pCallback, pUser});
 }
 
 void dbRunAssertCallbacks() {
-    const std::lock_guard lock(s_Mutex);
+    const std::lock_guard lock(s_TableMutex);
     // Copied, since a callback may take itself off the table.
-    const auto callbacks = s_Callbacks;
-    const uint32_t count = s_CallbackCount;
-    for (uint32_t i = 0; i < count; ++i)
+    const auto callbacks = s_AssertCallbacks;
+    for (uint32_t i = 0; i < callbacks.GetCount(); ++i)
         callbacks[i].pFunction(callbacks[i].pUser);
 }
 
@@ -107,7 +86,7 @@ void dbEmit(dbChannel channel, const std::vector<std::string>& lines) {
     for (const std::string& line : lines)
         texts.push_back(line.c_str());
 
-    const std::lock_guard lock(s_Mutex);
+    const std::lock_guard lock(s_TableMutex);
     const SubscriberTable table = channel == dbChannel::Warning ? s_Warnings : s_Errors;
     for (uint32_t i = 0; i < table.count; ++i)
         table.entries[i](texts);

@@ -13,7 +13,7 @@ using LuaExtension::StackScope;
 
 namespace {
 
-constexpr size_t s_MaxKeyText = 128;
+constexpr size_t s_MaxListedKey = 128;
 
 int GetIndexed(lua_State* pState) {
     lua_gettable(pState, 1);
@@ -238,7 +238,7 @@ LuaConfig::Iterator LuaConfig::Begin() {
     LuaExtension::ForEach(m_pState, -1, [&] {
         const std::string key = LuaExtension::GetKeyText(m_pState, -2);
         Iterator::Entry& entry = pEntries->emplace_back();
-        entry.key = key.substr(0, s_MaxKeyText);
+        entry.key = key.substr(0, s_MaxListedKey);
         entry.keyType = LuaExtension::GetType(m_pState, -2);
         entry.type = LuaExtension::GetType(m_pState, -1);
         entry.isPlain = LuaExtension::PushKey(m_pState, entry.key.c_str()) && lua_rawequal(m_pState, -1, -3);

@@ -15,7 +15,7 @@ using LuaExtension::StackScope;
 namespace {
 
 constexpr int s_MaxTabs = 255;
-constexpr size_t s_MaxKeyText = 256;
+constexpr size_t s_MaxWrittenKey = 256;
 // A table that holds itself has no end, and one that holds another twice over many levels none in sight.
 constexpr int s_MaxDepth = 200;
 constexpr size_t s_MaxText = 4u << 20;
@@ -173,7 +173,7 @@ bool LuaWriter::WriteEntries(int depth) {
     std::vector<std::string> keys;
     LuaExtension::ForEach(pState, -1, [&] {
         if (const std::string key = LuaExtension::GetKeyText(pState, -2); !key.empty())
-            keys.push_back(key.substr(0, s_MaxKeyText));
+            keys.push_back(key.substr(0, s_MaxWrittenKey));
     });
     if (keys.empty())
         return true;

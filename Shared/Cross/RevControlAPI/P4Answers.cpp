@@ -7,7 +7,7 @@
 namespace {
 
 // Of a line and of a message. Descriptions are the longest there is; what has no end mustn't take all memory.
-constexpr size_t s_MostBytes = size_t{1} << 20;
+constexpr size_t s_MostTextBytes = size_t{1} << 20;
 
 constexpr std::array<std::string_view, 5> s_LostPhrases = {
     "Connect to server failed", "Perforce client error:", "Partner exited unexpectedly",
@@ -40,7 +40,7 @@ std::optional<Mark> FindMark(std::string_view line) {
 bool IsContinuation(std::string_view text) { return text.empty() || text.starts_with('\t'); }
 
 void AppendBounded(std::string& target, std::string_view text) {
-    target.append(text.substr(0, s_MostBytes - std::min(target.size(), s_MostBytes)));
+    target.append(text.substr(0, s_MostTextBytes - std::min(target.size(), s_MostTextBytes)));
 }
 
 void CutLineEnds(std::string& text) { text.resize(text.find_last_not_of("\r\n") + 1); }

@@ -7,7 +7,7 @@
 namespace {
 
 // Half a million files at a hundred bytes and more each; a server that goes on for ever mustn't take all memory.
-constexpr size_t s_MostBytes = size_t{64} << 20;
+constexpr size_t s_MostAnswerBytes = size_t{64} << 20;
 constexpr size_t s_LineCost = sizeof(std::string);
 
 } // namespace
@@ -32,9 +32,9 @@ void RevClientUser::Keep(std::vector<std::string>& list, std::string_view text) 
     if (!m_Whole)
         return;
     m_Size += text.size() + s_LineCost;
-    m_Whole = m_Size <= s_MostBytes;
+    m_Whole = m_Size <= s_MostAnswerBytes;
     if (m_Whole)
         list.emplace_back(text);
     else
-        dbWarningf("REVCONTROL -- an answer of more than %zu bytes; the rest is dropped", s_MostBytes);
+        dbWarningf("REVCONTROL -- an answer of more than %zu bytes; the rest is dropped", s_MostAnswerBytes);
 }

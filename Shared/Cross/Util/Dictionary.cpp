@@ -10,10 +10,10 @@ namespace {
 
 using StringsPool = MMNamedPool<"DictionaryStrings">;
 
-constexpr size_t s_MaxNoCaseLength = 1023;
+constexpr size_t s_MaxNoCaseNameLength = 1023;
 constexpr size_t s_FirstSlots = 64;
 // Big enough that the heap hardly notices thousands of names, small enough for a dictionary of ten.
-constexpr size_t s_BlockSize = size_t{16} * 1024;
+constexpr size_t s_TextBlockSize = size_t{16} * 1024;
 
 } // namespace
 
@@ -28,7 +28,7 @@ void Dictionary::Intern(Key& out, const char* pText) {
     dbAssertText(pText, "str");
     if (!pText)
         return;
-    char buffer[s_MaxNoCaseLength];
+    char buffer[s_MaxNoCaseNameLength];
     const std::string_view text = Normalise(pText, buffer);
     if (m_Count * 2 >= m_Entries.size())
         Grow();
@@ -53,7 +53,7 @@ bool Dictionary::Find(const char* pText, Key& out) const {
     dbAssertText(pText, "str");
     if (!pText || m_Entries.empty())
         return false;
-    char buffer[s_MaxNoCaseLength];
+    char buffer[s_MaxNoCaseNameLength];
     const std::string_view text = Normalise(pText, buffer);
     for (uint32_t value = Hash(text);; ++value) {
         const Entry& entry = m_Entries[FindSlot(value)];
@@ -87,7 +87,7 @@ const char* Dictionary::GetString(uint32_t value) const {
 std::string_view Dictionary::Normalise(const char* pText, char* pBuffer) const {
     if (m_caseSensitive)
         return pText;
-    const size_t length = strnlen(pText, s_MaxNoCaseLength);
+    const size_t length = strnlen(pText, s_MaxNoCaseNameLength);
     std::transform(pText, pText + length, pBuffer, ToLower);
     return {pBuffer, length};
 }
@@ -103,7 +103,7 @@ size_t Dictionary::FindSlot(uint32_t value) const {
 const char* Dictionary::Store(std::string_view text) {
     const size_t size = text.size() + 1;
     if (size > m_BlockRoom) {
-        m_BlockRoom = std::max(size, s_BlockSize);
+        m_BlockRoom = std::max(size, s_TextBlockSize);
         m_pBlockNext = m_Blocks.emplace_back(static_cast<char*>(MMAlloc(StringsPool::Get(), m_BlockRoom))).get();
     }
     char* pStored = m_pBlockNext;

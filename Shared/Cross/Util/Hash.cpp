@@ -5,8 +5,8 @@
 namespace {
 
 constexpr uint32_t s_GoldenRatio = 0x9E3779B9;
-constexpr size_t s_BlockSize = 12;
-constexpr size_t s_MaxNoCaseLength = 2047;
+constexpr size_t s_HashBlockSize = 12;
+constexpr size_t s_MaxNoCaseHashLength = 2047;
 
 struct State {
     uint32_t a = s_GoldenRatio;
@@ -42,12 +42,12 @@ void AddBlock(State& state, const uint8_t* pBlock) {
 uint32_t Hash(std::span<const uint8_t> bytes) {
     State state;
     const auto length = static_cast<uint32_t>(bytes.size());
-    for (; bytes.size() >= s_BlockSize; bytes = bytes.subspan(s_BlockSize)) {
+    for (; bytes.size() >= s_HashBlockSize; bytes = bytes.subspan(s_HashBlockSize)) {
         AddBlock(state, bytes.data());
         Mix(state);
     }
     // The rest in a block of its own; the length has the low byte of the third word to itself.
-    uint8_t last[s_BlockSize] = {};
+    uint8_t last[s_HashBlockSize] = {};
     for (size_t i = 0; i < bytes.size(); ++i)
         last[i < 8 ? i : i + 1] = bytes[i];
     AddBlock(state, last);
@@ -61,7 +61,7 @@ uint32_t Hash(std::string_view text) {
 }
 
 uint32_t HashNoCase(std::string_view text) {
-    char lower[s_MaxNoCaseLength];
+    char lower[s_MaxNoCaseHashLength];
     text = text.substr(0, sizeof lower);
     std::ranges::transform(text, lower, ToLower);
     return Hash(std::string_view(lower, text.size()));

@@ -23,7 +23,7 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 // How long a child may go unnoticed that has ended while another still holds its pipes.
-constexpr milliseconds s_Slice{50};
+constexpr milliseconds s_WaitSlice{50};
 constexpr milliseconds s_KillLimit{2000}; // a killed process ends at once, unless the machine is in trouble
 constexpr std::chrono::microseconds s_FirstNap{100};
 constexpr std::chrono::microseconds s_LongestNap{10000};
@@ -299,9 +299,9 @@ ChildProcess::Outcome ChildProcess::Exchange(std::string_view input, const Recei
         if (anything)
             continue;
         if (pipes.IsAnyOpen())
-            pipes.Wait(std::min(left, s_Slice), !input.empty());
+            pipes.Wait(std::min(left, s_WaitSlice), !input.empty());
         else
-            Wait(std::min(left, s_Slice));
+            Wait(std::min(left, s_WaitSlice));
     }
     m_pPipes.reset();
     return Outcome::Ended;

@@ -22,7 +22,7 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 constexpr milliseconds s_BusyLimit{2000};
-constexpr milliseconds s_Slice{20};
+constexpr milliseconds s_PollSlice{20};
 constexpr int s_NoLimit = -1;
 // A packet has to fit the socket's buffer; a longer message goes as a file in memory, whose descriptor is passed.
 constexpr uint32_t s_MaxPacket = 0x10000;
@@ -180,7 +180,7 @@ bool NamedPipe::OpenClient() {
         }
         if (!busy || Clock::now() >= end)
             return false;
-        std::this_thread::sleep_for(s_Slice);
+        std::this_thread::sleep_for(s_PollSlice);
     }
 }
 
@@ -196,7 +196,7 @@ bool NamedPipe::Connect(const std::function<bool()>& keepsWaiting) {
     }
     m_bConnecting = true;
     do {
-        if ((PollFor(m_hPipe, POLLIN, static_cast<int>(s_Slice.count())) & POLLIN) != 0 && Accept())
+        if ((PollFor(m_hPipe, POLLIN, static_cast<int>(s_PollSlice.count())) & POLLIN) != 0 && Accept())
             break;
     } while (!keepsWaiting || keepsWaiting());
     m_bConnecting = false;

@@ -18,7 +18,7 @@
 namespace {
 
 constexpr char s_Alias[] = "log:";
-constexpr int s_MostNumbers = 9;
+constexpr int s_MostNumberedNames = 9;
 constexpr size_t s_PrintfSize = 2048;
 
 bool IsUnderLog(std::string_view name) {
@@ -62,7 +62,7 @@ bool IsFree(const std::string& name) { return FilePath::GetType(name.c_str()) ==
 std::string FindFreeName(const std::string& folder, const std::string& title, const char* pExt) {
     std::string name = s_Alias + folder + title + pExt;
     for (int number = 1; !IsFree(name); ++number) {
-        if (number > s_MostNumbers)
+        if (number > s_MostNumberedNames)
             return {};
         char numbered[FilePath::MAXPATH + 1];
         std::snprintf(numbered, sizeof numbered, "%s%s%s.%d%s", s_Alias, folder.c_str(), title.c_str(), number, pExt);

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int s_MostNumbers = 9;
+constexpr int s_MostNumberedFiles = 9;
 
 struct LocalTime {
     std::tm fields = {};
@@ -55,7 +55,7 @@ LogFileIOPort::~LogFileIOPort() {
 bool LogFileIOPort::Open(const char* pPath, bool sendWithReport) {
     const std::lock_guard lock(m_Mutex);
     bool opened = OpenStream(pPath);
-    for (int number = 1; !opened && number <= s_MostNumbers && IsSharingViolation(OSFile::LastError()); ++number)
+    for (int number = 1; !opened && number <= s_MostNumberedFiles && IsSharingViolation(OSFile::LastError()); ++number)
         opened = OpenStream(AddNumber(pPath, number));
     if (!opened)
         return false;

@@ -11,7 +11,7 @@ namespace {
 
 bool IsEmpty(const char* pName) { return pName && *pName == '\0'; }
 
-bool CheckName(const char* filename) {
+bool CheckAliasName(const char* filename) {
     const bool isUsable = filename && *filename != '\0' && strlen(filename) <= FilePath::MAXPATH;
     dbAssertText(isUsable, "filename && *filename != '\\0' && strlen( filename ) <= MAXPATH");
     return isUsable;
@@ -31,7 +31,7 @@ FilePath::Registry& FilePath::GetRegistry() {
 // The sources of a name's alias, and the name's path below it. Null, which is logged, for an unknown alias.
 FilePath::Paths* FilePath::FindPaths(const char* pName, std::string& path) {
     std::string alias;
-    if (!CheckName(pName) || !FilePathUtil::SplitAlias(pName, alias, path))
+    if (!CheckAliasName(pName) || !FilePathUtil::SplitAlias(pName, alias, path))
         return nullptr;
     Paths* pPaths = GetRegistry().Find(alias);
     if (!pPaths)

@@ -21,7 +21,7 @@ bool IsInside(const char* pName) {
 }
 
 // The same, with a name that isn't as a mistake.
-bool CheckName(const char* pName) {
+bool CheckInside(const char* pName) {
     if (IsInside(pName))
         return true;
     dbBreak();
@@ -74,7 +74,7 @@ FilePathHD::~FilePathHD() = default;
 bool FilePathHD::Allows(FilePath::Mode mode) const { return (mode & ~m_Mode) == 0; }
 
 bool FilePathHD::GetFullName(std::string& out, const char* pName, FilePath::Mode mode) {
-    if (!CheckName(pName) || !Allows(mode))
+    if (!CheckInside(pName) || !Allows(mode))
         return false;
     const std::string path = m_Folder + pName;
     if ((mode & ByteStream::Mode_Write) && !OSFile::MakeFolders(path.c_str()))
@@ -111,18 +111,18 @@ std::unique_ptr<ByteStream> FilePathHD::Open(const char* pName, FilePath::Mode m
 }
 
 std::unique_ptr<FileReplacement> FilePathHD::Replace(const char* pName) {
-    if (!CheckName(pName) || !Allows(ByteStream::Mode_Write))
+    if (!CheckInside(pName) || !Allows(ByteStream::Mode_Write))
         return nullptr;
     const std::string path = m_Folder + pName;
     return OSFile::MakeFolders(path.c_str()) ? ReplaceFile(path.c_str(), m_Share) : nullptr;
 }
 
 bool FilePathHD::Delete(const char* pName) {
-    return CheckName(pName) && Allows(ByteStream::Mode_Write) && OSFile::Delete((m_Folder + pName).c_str());
+    return CheckInside(pName) && Allows(ByteStream::Mode_Write) && OSFile::Delete((m_Folder + pName).c_str());
 }
 
 bool FilePathHD::IsAccessible(const char* pName, FilePath::Mode mode) {
-    if (!CheckName(pName) || !Allows(mode))
+    if (!CheckInside(pName) || !Allows(mode))
         return false;
     const uint32_t attributes = OSFile::FileAttr((m_Folder + pName).c_str());
     return ToType(attributes) == FilePath::Type_File &&
@@ -130,7 +130,7 @@ bool FilePathHD::IsAccessible(const char* pName, FilePath::Mode mode) {
 }
 
 FilePath::Type FilePathHD::GetType(const char* pName) {
-    if (!CheckName(pName))
+    if (!CheckInside(pName))
         return FilePath::Type_None;
     std::string path = m_Folder + pName;
     if (path.back() == '\\')
@@ -145,7 +145,7 @@ FilePath::Type FilePathHD::GetType(const char* pName) {
 }
 
 void FilePathHD::Enumerate(const char* pSpec, FilePath::FileListObj& list) {
-    if (!CheckName(pSpec))
+    if (!CheckInside(pSpec))
         return;
     for (const std::string& name : OSFile::List((m_Folder + pSpec).c_str()))
         list.Add(name.c_str());
