@@ -24,17 +24,6 @@ bool ReadNumbers(const Json& value, std::span<float> out) {
     return true;
 }
 
-template <typename T, size_t Size>
-bool ReadChoice(const Json& value, const std::pair<std::string_view, T> (&choices)[Size], std::optional<T>& out) {
-    const std::optional<std::string_view> text = ToString(value);
-    for (const auto& [name, choice] : choices)
-        if (text == name) {
-            out = choice;
-            return true;
-        }
-    return false;
-}
-
 constexpr std::pair<std::string_view, NodeClass> s_NodeClasses[] = {
     {"mesh", NodeClass::Mesh}, {"patch", NodeClass::Patch}, {"bone", NodeClass::Bone},
     {"box", NodeClass::Box},   {"dummy", NodeClass::Dummy}, {"point", NodeClass::Point},

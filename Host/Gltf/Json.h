@@ -8,6 +8,7 @@
 #include <optional>
 #include <span>
 #include <string_view>
+#include <utility>
 
 namespace gltf {
 
@@ -41,5 +42,17 @@ int32_t ToIndex(const Place& place, const Json& value, std::string_view key, siz
 std::optional<float> ToFloat(const Json& value);
 // A string up to its first NUL; nothing for other types.
 std::optional<std::string_view> ToString(const Json& value);
+
+// A string that is the name of a choice. False, with `out` untouched, for all else.
+template <typename T, size_t Size>
+bool ReadChoice(const Json& value, const std::pair<std::string_view, T> (&choices)[Size], std::optional<T>& out) {
+    const std::optional<std::string_view> text = ToString(value);
+    for (const auto& [name, choice] : choices)
+        if (text == name) {
+            out = choice;
+            return true;
+        }
+    return false;
+}
 
 } // namespace gltf

@@ -28,17 +28,6 @@ constexpr std::pair<std::string_view, std::optional<scene::FloatTrack> MapTracks
     {"uScale", &MapTracks::uScale}, {"vScale", &MapTracks::vScale},
 };
 
-template <typename T, size_t Size>
-bool ReadChoice(const Json& value, const std::pair<std::string_view, T> (&choices)[Size], std::optional<T>& out) {
-    const std::optional<std::string_view> text = ToString(value);
-    for (const auto& [name, choice] : choices)
-        if (text == name) {
-            out = choice;
-            return true;
-        }
-    return false;
-}
-
 // A string of the letters u and v.
 bool ReadAxes(const Json& value, int uBit, int vBit, std::optional<int>& out) {
     const std::optional<std::string_view> text = ToString(value);

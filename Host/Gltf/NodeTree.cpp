@@ -8,11 +8,6 @@ namespace {
 
 constexpr std::string_view s_LightExtension = "KHR_lights_punctual";
 
-size_t CountOf(const SceneFile& file, std::string_view list) {
-    const Json* pList = FindArray({}, file.GetRoot(), list);
-    return pList ? pList->Size() : 0;
-}
-
 const Json* FindLights(const SceneFile& file) {
     const Json* pExtensions = FindObject({}, file.GetRoot(), "extensions");
     const Json* pExtension = pExtensions ? FindMember(*pExtensions, s_LightExtension) : nullptr;
@@ -73,9 +68,9 @@ void TreeReader::ReadNodes() {
     const Json* pNodes = FindArray({}, m_File.GetRoot(), "nodes");
     if (!pNodes)
         return;
-    const size_t meshCount = CountOf(m_File, "meshes");
-    const size_t skinCount = CountOf(m_File, "skins");
-    const size_t cameraCount = CountOf(m_File, "cameras");
+    const size_t meshCount = m_File.CountOf("meshes");
+    const size_t skinCount = m_File.CountOf("skins");
+    const size_t cameraCount = m_File.CountOf("cameras");
     const Json* pLights = FindLights(m_File);
     m_Tree.nodes.reserve(pNodes->Size());
     for (const Json& json : pNodes->GetArray()) {

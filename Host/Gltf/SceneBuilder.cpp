@@ -14,11 +14,6 @@ namespace {
 
 constexpr float s_DefaultTargetDistance = 1.0f;
 
-size_t CountOf(const SceneFile& file, std::string_view list) {
-    const Json* pList = FindArray({}, file.GetRoot(), list);
-    return pList ? pList->Size() : 0;
-}
-
 scene::GeometryClass GetGeometryClass(const NodeExtras& extras) {
     switch (extras.nodeClass.value_or(NodeClass::Mesh)) {
     case NodeClass::Patch:
@@ -39,7 +34,7 @@ SceneBuilder::SceneBuilder(const SceneFile& file, const std::string& path, const
     : m_File(file), m_Options(options), m_Messages(messages), m_Scene(scene),
       m_pBuffers(std::make_shared<BufferStore>(file)), m_Tree(ReadNodeTree(file, m_NodeNames)),
       m_Clip(ReadClip(file, *m_pBuffers, m_Tree, options, messages)),
-      m_Materials(file, path, *m_pBuffers, messages, scene), m_Meshes(CountOf(file, "meshes")),
+      m_Materials(file, path, *m_pBuffers, messages, scene), m_Meshes(file.CountOf("meshes")),
       m_Nodes(m_Tree.nodes.size()), m_KeepsFrame(m_Tree.nodes.size()) {}
 
 void SceneBuilder::Build() {

@@ -82,6 +82,11 @@ SceneFile::SceneFile(const std::string& path) : m_Folder(path.substr(0, path.fin
     CheckVersion(m_Document);
 }
 
+size_t SceneFile::CountOf(std::string_view list) const {
+    const Json* pList = FindArray({}, m_Document, list);
+    return pList ? pList->Size() : 0;
+}
+
 std::string SceneFile::GetFullPath(std::string name) const {
     if (name.starts_with('/') && !name.starts_with("//"))
         return OSFile::FromNative(name);

@@ -37,6 +37,8 @@ public:
     explicit SceneFile(const std::string& path);
 
     const Json& GetRoot() const { return m_Document; }
+    // Of a list at the top of the scene; 0 when it has none.
+    size_t CountOf(std::string_view list) const;
     // The folder of the file, with its final separator; empty for one without a folder.
     const std::string& GetFolder() const { return m_Folder; }
     // The full path, in the system's form, of a file that the scene names: by a full path, native or in the system's
