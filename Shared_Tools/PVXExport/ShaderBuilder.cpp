@@ -22,7 +22,6 @@ constexpr float s_VisibleSpecularLevel = 0.05f;
 constexpr float s_ByteScale = 255.99f; // brings 1 to 255, and each byte an equal share
 
 constexpr int s_TileBoth = U_WRAP | V_WRAP;
-constexpr int s_MirrorBoth = U_MIRROR | V_MIRROR;
 constexpr int32_t s_Clamped = 0;
 constexpr int32_t s_Tiled = 1;
 constexpr int32_t s_Mirrored = 2;
@@ -231,7 +230,7 @@ void ShaderBuilder::SetTile(Conversion& conversion, uint32_t channel, const Bitm
     int32_t tile = s_Tiled;
     if ((tiling & s_TileBoth) == s_TileBoth) {
         tile = s_Tiled;
-    } else if ((tiling & s_MirrorBoth) == s_MirrorBoth) {
+    } else if (TextureMatrix::IsMirrored(tiling)) {
         if (m_Context.m_ExportMeshes)
             PVXErrors::Get().Error("Mirroring is not properly supported in shader [%s].",
                                    conversion.material.GetName());

@@ -21,6 +21,8 @@ StdMat* AsStandard(Mtl* pMtl) {
     return pMtl && pMtl->ClassID() == DMTL_CLASS_ID ? static_cast<StdMat*>(pMtl) : nullptr;
 }
 
+bool IsMirrored(int tiling) { return (tiling & s_MirrorBoth) == s_MirrorBoth; }
+
 bool FromMap(Texmap* pTexmap, glm::mat4& out) {
     BitmapTex* pBitmap = AsBitmap(pTexmap);
     StdUVGen* pUVGen = pBitmap ? pBitmap->GetUVGen() : nullptr;
@@ -29,7 +31,7 @@ bool FromMap(Texmap* pTexmap, glm::mat4& out) {
     Matrix3 m = IdentityMatrix();
     pUVGen->GetUVTransform(m);
     // A mirrored tile is half of what the host counts as one.
-    const float scale = (pUVGen->GetTextureTiling() & s_MirrorBoth) == s_MirrorBoth ? 2.0f : 1.0f;
+    const float scale = IsMirrored(pUVGen->GetTextureTiling()) ? 2.0f : 1.0f;
     for (int row = 0; row < 4; ++row)
         out[row] = glm::vec4(m[row].x * scale, m[row].y * scale, m[row].z, row == 3 ? 1.0f : 0.0f);
     return true;

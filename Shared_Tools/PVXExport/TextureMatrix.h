@@ -23,6 +23,9 @@ BitmapTex* AsBitmap(Texmap* pTexmap);
 // Null when the material is no standard one.
 StdMat* AsStandard(Mtl* pMtl);
 
+// Whether the host's tiling bits mirror every other tile both ways.
+bool IsMirrored(int tiling);
+
 // False for a map that has no such matrix: all but bitmaps with a placement.
 bool FromMap(Texmap* pTexmap, glm::mat4& out);
 

@@ -17,26 +17,25 @@
 #include "Shared/Cross/Pipeline/Pipeline.h"
 #include "Shared/Cross/RevControlAPI/RevControlAPI.h"
 #include "Shared_Tools/Burner/Burner.h"
+#include "Shared_Tools/PVXExport/Commands/CommandRevControl.h"
 #include "Shared_Tools/PVXExport/Commands/LocalBurnQuestion.h"
 
+#include <exception>
 #include <memory>
-#include <stdexcept>
 
 namespace {
 
-constexpr const char* s_Changelist = "PVX Export Changes";
+using CommandRevControl::Fail;
+
 constexpr const char* s_ToolAlias = "TOOL";
 constexpr const char* s_ToolSource = "HD";
 constexpr int32_t s_ToolPriority = 99;
 constexpr const char* s_DataAlias = "DATA";
 constexpr const char* s_DataSource = "Tools Data";
 constexpr int32_t s_DataPriority = 400;
-constexpr uint32_t s_PortSize = 256;
 
 // As long as a command runs; one that was stopped half-way leaves it for the reset.
-std::unique_ptr<RevControlAPI> s_RevCtrl;
-
-[[noreturn]] void Fail(const char* pText) { throw std::runtime_error(pText); }
+std::unique_ptr<RevControlAPI> s_BurnerRevCtrl;
 
 void AddAliases() {
     if (!FilePath::AddSource(s_ToolAlias, s_ToolSource, s_ToolPriority, std::make_shared<FilePathHDRaw>(false)))
@@ -49,8 +48,8 @@ void AddAliases() {
         Fail("Burner: Unable to add Tools Data alias\n");
 }
 
-void Start(const std::string& file) {
-    dbAssertText(!s_RevCtrl, "s_RevCtrl == NULL");
+void StartBurner(const std::string& file) {
+    dbAssertText(!s_BurnerRevCtrl, "s_RevCtrl == NULL");
     Pipeline::Initialize(file.c_str());
     if (!Pipeline::IsInitialized() || !Pipeline::Get()->FindProjectForFile(file.c_str(), Pipeline::Kind_Generic))
         Fail("Burner: Unable to find associated project.\n");
@@ -58,10 +57,7 @@ void Start(const std::string& file) {
     char burnerPath[FilePath::MAXPATH] = {};
     if (!Pipeline::Get()->GetPath("burner", "burnerPath", burnerPath, sizeof burnerPath))
         Fail("Burner: 'burnerPath' not listed under [burner] in pipeline.ini\n");
-    char port[s_PortSize] = {};
-    if (!Pipeline::Get()->GetString("p4", "RevControlPort", port, sizeof port))
-        Fail("Burner: 'RevControlPort' not listed under [p4] in pipeline.ini\n");
-    s_RevCtrl = RevControlAPI::Create(port, RevControlAPI::Type_P4OrLocal);
+    s_BurnerRevCtrl = CommandRevControl::Start("Burner: 'RevControlPort' not listed under [p4] in pipeline.ini\n");
     LocalBurnQuestion::Install();
     if (!Burner::Init(burnerPath))
         Fail("Burner: Unable to set up the burner.\n");
@@ -71,12 +67,12 @@ void Start(const std::string& file) {
     Inv::Initialize();
 }
 
-bool Stop() {
+bool StopBurner() {
     if (Inv::IsInitialized())
         Inv::Shutdown();
     gz::Stop();
     Burner::Shutdown();
-    s_RevCtrl.reset();
+    s_BurnerRevCtrl.reset();
     FilePath::RemoveSource(s_ToolAlias, s_ToolSource);
     FilePath::RemoveSource(s_DataAlias, s_DataSource);
     if (Pipeline::IsInitialized())
@@ -104,9 +100,8 @@ bool BurnFile(const std::string& file, int32_t changelist, int32_t& result) {
 }
 
 void Burn(const std::string& file) {
-    int32_t changelist = 0;
-    if (!s_RevCtrl || !s_RevCtrl->FindOrCreateChangelist(s_Changelist, changelist))
-        Fail("Burner: Unable to create changelist\n");
+    const int32_t changelist =
+        CommandRevControl::GetChangelist(s_BurnerRevCtrl.get(), "Burner: Unable to create changelist\n");
     int32_t result = 0;
     if (!BurnFile(file, changelist, result) || result == 0)
         Fail("Burner: Burn failed, see log messages.'\n");
@@ -117,19 +112,19 @@ Value BurnCommand(const Value* pArguments, int count) {
     const std::string file = count > 0 ? Pipeline::GetFullPath(pArguments[0].ToText().c_str()) : std::string();
     try {
         if (count > 0)
-            Start(file);
+            StartBurner(file);
         if (count != 1)
             Fail("Burner: usage 'burner <merged pvx file>'\n");
         Burn(file);
     } catch (const std::exception& error) {
         PutListenerText(error.what());
-        Stop();
+        StopBurner();
         return Value(false);
     }
-    return Value(Stop());
+    return Value(StopBurner());
 }
 
-Value ResetCommand(const Value*, int) { return Value(Stop()); }
+Value ResetCommand(const Value*, int) { return Value(StopBurner()); }
 
 const Primitive s_Burner("ombl_burner", BurnCommand);
 const Primitive s_BurnerReset("ombl_burner_reset", ResetCommand);

@@ -11,41 +11,37 @@
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/Pipeline/Pipeline.h"
 #include "Shared/Cross/RevControlAPI/RevControlAPI.h"
+#include "Shared_Tools/PVXExport/Commands/CommandRevControl.h"
 
+#include <exception>
 #include <memory>
-#include <stdexcept>
 
 namespace {
 
-constexpr const char* s_Changelist = "PVX Export Changes";
-constexpr uint32_t s_PortSize = 256;
+using CommandRevControl::Fail;
 
 // As long as a command runs; one that was stopped half-way leaves it for the reset.
-std::unique_ptr<RevControlAPI> s_RevCtrl;
+std::unique_ptr<RevControlAPI> s_PerforceRevCtrl;
 
-[[noreturn]] void Fail(const char* pText) { throw std::runtime_error(pText); }
-
-void Start(const std::string& file) {
-    dbAssertText(!s_RevCtrl, "s_RevCtrl == NULL");
-    char port[s_PortSize] = {};
-    if (Pipeline::Initialize(file.c_str()) != Pipeline::Result_Ok ||
-        !Pipeline::Get()->GetString("p4", "RevControlPort", port, sizeof port))
-        Fail("PerforceMS: 'RevControlPort' not listed under [p4] in pipeline.ini\n");
-    s_RevCtrl = RevControlAPI::Create(port, RevControlAPI::Type_P4OrLocal);
+void StartPerforce(const std::string& file) {
+    dbAssertText(!s_PerforceRevCtrl, "s_RevCtrl == NULL");
+    constexpr const char* pNoPortText = "PerforceMS: 'RevControlPort' not listed under [p4] in pipeline.ini\n";
+    if (Pipeline::Initialize(file.c_str()) != Pipeline::Result_Ok)
+        Fail(pNoPortText);
+    s_PerforceRevCtrl = CommandRevControl::Start(pNoPortText);
 }
 
-bool Stop() {
-    s_RevCtrl.reset();
+bool StopPerforce() {
+    s_PerforceRevCtrl.reset();
     if (Pipeline::IsInitialized())
         Pipeline::Shutdown();
     return true;
 }
 
 void OpenOrAddFile(const std::string& file) {
-    int32_t changelist = 0;
-    if (!s_RevCtrl->FindOrCreateChangelist(s_Changelist, changelist))
-        Fail("PerforceMS: Unable to create changelist\n");
-    const RevControlAPI::OpenResult result = s_RevCtrl->OpenOrAdd(file.c_str(), changelist);
+    const int32_t changelist =
+        CommandRevControl::GetChangelist(s_PerforceRevCtrl.get(), "PerforceMS: Unable to create changelist\n");
+    const RevControlAPI::OpenResult result = s_PerforceRevCtrl->OpenOrAdd(file.c_str(), changelist);
     if (result != RevControlAPI::Open_Opened && result != RevControlAPI::Open_AlreadyOpened)
         Fail("PerforceMS: Could not open or add requested file!\n");
 }
@@ -55,19 +51,19 @@ Value OpenOrAdd(const Value* pArguments, int count) {
     const std::string file = count > 0 ? Pipeline::GetFullPath(pArguments[0].ToText().c_str()) : std::string();
     try {
         if (count > 0)
-            Start(file);
+            StartPerforce(file);
         if (count != 1)
             Fail("PerforceMS: usage 'ombl_p4_openoradd <file>'\n");
         OpenOrAddFile(file);
     } catch (const std::exception& error) {
         PutListenerText(error.what());
-        Stop();
+        StopPerforce();
         return Value(false);
     }
-    return Value(Stop());
+    return Value(StopPerforce());
 }
 
-Value Reset(const Value*, int) { return Value(Stop()); }
+Value Reset(const Value*, int) { return Value(StopPerforce()); }
 
 const Primitive s_OpenOrAdd("ombl_p4_openoradd", OpenOrAdd);
 const Primitive s_Reset("ombl_p4_reset", Reset);
