@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr const char* s_Source = "BurnerImp";
 constexpr const char* s_ScriptEnd = ".burn";
 
 void AddFolder(const std::string& folder, const NameMatcher& matcher, bool subfolders,
@@ -73,6 +72,6 @@ bool BurnFiles(const std::vector<std::string>& files, const BurnOptions& options
         burner.Burn(file);
         report.Send();
     }
-    report.AddInfo(s_Source, Summarise(burner.GetCounts(), files.size()));
+    report.AddInfo(BurnReport::OwnSource, Summarise(burner.GetCounts(), files.size()));
     return burner.GetCounts().failed == 0;
 }

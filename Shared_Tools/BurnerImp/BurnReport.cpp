@@ -24,7 +24,7 @@ void CutText(std::string& text) {
 }
 
 BurnReport* s_pReport = nullptr;
-std::string s_Source;
+std::string s_WarningSource;
 
 // Without the place in the code, "stem/line:!", which is for developers.
 std::string_view WithoutPlace(std::string_view line) {
@@ -34,7 +34,7 @@ std::string_view WithoutPlace(std::string_view line) {
 
 void TakeWarning(dbMessage message) {
     for (const char* pLine : message)
-        s_pReport->AddWarning(s_Source, std::string(WithoutPlace(pLine)));
+        s_pReport->AddWarning(s_WarningSource, std::string(WithoutPlace(pLine)));
 }
 
 } // namespace
@@ -87,7 +87,7 @@ BurnerMessageList BurnReport::Take() {
 ReportedWarnings::ReportedWarnings(BurnReport& report, std::string source) {
     dbAssert(!s_pReport);
     s_pReport = &report;
-    s_Source = std::move(source);
+    s_WarningSource = std::move(source);
     dbAddWarningSubscriber(TakeWarning);
 }
 

@@ -11,6 +11,9 @@ class NamedPipe;
 // so that neither waits for the other.
 class BurnReport {
 public:
+    // As whom the burner itself speaks; plug-ins have their own names.
+    static constexpr const char* OwnSource = "BurnerImp";
+
     explicit BurnReport(NamedPipe& pipe) : m_Pipe(pipe) {}
     BurnReport(const BurnReport&) = delete;
     BurnReport& operator=(const BurnReport&) = delete;

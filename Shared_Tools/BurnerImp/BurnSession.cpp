@@ -14,8 +14,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr const char* s_Source = "BurnerImp";
-
 constexpr milliseconds s_ServerPause{20};
 
 bool ConnectWithin(NamedPipe& pipe, milliseconds limit) {
@@ -75,7 +73,8 @@ bool BurnRequest(const BurnRequestMsg& request, BurnReport& report) {
     const BurnOptions options = MakeOptions(request);
     const std::vector<std::string> files = FindBurnFiles(request.directory, request.pattern, options.subfolders);
     if (files.empty())
-        report.AddWarning(s_Source, "no file in '" + request.directory + "' matches '" + request.pattern + "'");
+        report.AddWarning(BurnReport::OwnSource,
+                          "no file in '" + request.directory + "' matches '" + request.pattern + "'");
     return BurnFiles(files, options, report);
 }
 
@@ -106,7 +105,7 @@ void RunJob(NamedPipe& pipe) {
 
 void SendError(NamedPipe& pipe, const char* pText) {
     BurnerErrorMsg error;
-    AddBurnerError(error.messages, s_Source, "%.1000s", pText);
+    AddBurnerError(error.messages, BurnReport::OwnSource, "%.1000s", pText);
     NamedPipeMsg::SendMsg(pipe, error);
 }
 
