@@ -63,9 +63,14 @@ using ReadStream = std::unique_ptr<Shader> (*)(ByteStream& stream);
 
 std::unique_ptr<Shader> LoadFile(const char* pName, const char* pAlias, ReadStream pRead) {
     dbPrintf("SHADER USAGE -- Loading shared shader '%s'...", pName);
-    const std::unique_ptr<ByteStream> pStream =
-        FilePath::OpenStream(MakePath(pName, pAlias).c_str(), ByteStream::Mode_Read);
-    return pStream ? pRead(*pStream) : nullptr;
+    const std::string path = MakePath(pName, pAlias);
+    const std::unique_ptr<ByteStream> pStream = FilePath::OpenStream(path.c_str(), ByteStream::Mode_Read);
+    try {
+        return pStream ? pRead(*pStream) : nullptr;
+    } catch (const std::exception& exception) {
+        // Whoever reports it has asked for a model and knows only that one's file.
+        throw Chunky::Exception(ChunkyError_BadChunk, path + ": " + exception.what());
+    }
 }
 
 std::unique_ptr<Shader> LoadGenericShader(Chunky& chunky) { return MakeShader(ReadShaderRecord(chunky)); }
