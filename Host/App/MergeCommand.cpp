@@ -1,5 +1,6 @@
 #include "Host/App/MergeCommand.h"
 
+#include "Host/App/TextUtil.h"
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/Pipeline/Pipeline.h"
 #include "Shared/PC/FileSystem/OSFile.h"
@@ -10,7 +11,6 @@
 
 namespace {
 
-constexpr std::string_view s_PlaceEnd = ":!"; // behind the place in the source that warns
 constexpr std::string_view s_BonesMark = "MERGE -- '";
 constexpr std::string_view s_FaultMark = "RENDER ANIM -- "; // a file that couldn't be read or written
 constexpr std::string_view s_ToolAlias = "TOOL:";
@@ -22,11 +22,6 @@ struct Notes {
     std::string lastWarning;
 };
 Notes s_Notes;
-
-std::string_view WithoutPlace(std::string_view line) {
-    const size_t end = line.find(s_PlaceEnd);
-    return end == line.npos ? line : line.substr(end + s_PlaceEnd.size());
-}
 
 // A line that goes on with a file, which the module names in the system's form, up to the end mark.
 std::string WithNativeFile(std::string_view line, std::string_view fileEnd) {

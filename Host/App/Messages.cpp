@@ -1,5 +1,7 @@
 #include "Host/App/Messages.h"
 
+#include "Host/App/TextUtil.h"
+
 namespace {
 
 constexpr size_t s_LongestRun = 20;
@@ -8,8 +10,6 @@ constexpr size_t s_ShownOfRun = 3;
 constexpr const char* s_ColourWarning = "\033[33m";
 constexpr const char* s_ColourError = "\033[31m";
 constexpr const char* s_ColourOff = "\033[0m";
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // The line with each number replaced by one mark, so that lines that differ in numbers alone become equal. A sign and a
 // fraction belong to a number, a digit within a name counts as one.

@@ -11,7 +11,6 @@ namespace {
 constexpr int s_MaxDepth = 100;
 
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 bool IsNameStart(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; }
 bool IsNamePart(char c) { return IsNameStart(c) || IsDigit(c); }
 

@@ -13,7 +13,6 @@ namespace {
 
 using Part = WeldedVertices::Part;
 
-constexpr size_t s_WordsOfSkinSet = 8; // four joints, four weights
 // Beyond this many vertices for each corner a table over all vertices costs more than sorting the corners.
 constexpr uint32_t s_SparseFactor = 4;
 
@@ -111,7 +110,7 @@ void ReadPositions(const Part& part, std::span<const float> morphWeights, size_t
 void ReadSkin(const Part& part, size_t width, uint32_t* pOut) {
     size_t set = 0;
     for (const PrimitiveData::SkinSet& skinSet : part.pPrimitive->skinSets) {
-        uint32_t* pRow = pOut + 3 + s_WordsOfSkinSet * set++;
+        uint32_t* pRow = pOut + 3 + WeldedVertices::WordsOfSkinSet * set++;
         for (uint32_t i = 0; i < part.vertexCount; ++i, pRow += width) {
             float weights[4];
             skinSet.weights.Read(part.GetSource(i), weights, 4);
@@ -224,7 +223,7 @@ void SetTexCoords(const WeldedVertices& vertices, Mesh& mesh) {
 WeldedVertices WeldVertices(const MeshData& mesh, FaceRange range, std::span<const float> morphWeights, bool skinned) {
     WeldedVertices vertices;
     GatherCorners(mesh, range, vertices);
-    vertices.width = 3 + (skinned ? s_WordsOfSkinSet * mesh.skinSetCount : 0);
+    vertices.width = 3 + (skinned ? WeldedVertices::WordsOfSkinSet * mesh.skinSetCount : 0);
     vertices.words.resize(vertices.vertexCount * vertices.width);
     for (const Part& part : vertices.parts) {
         uint32_t* pRow = vertices.words.data() + part.firstVertex * vertices.width;

@@ -22,6 +22,8 @@ struct WeldedVertices {
 
         uint32_t GetSource(uint32_t i) const { return sources.empty() ? i : sources[i]; }
     };
+    static constexpr size_t WordsOfSkinSet = 8; // four joints, four weights
+
     std::vector<Part> parts;
     std::vector<uint32_t> corners; // three vertices a face
     uint32_t vertexCount = 0;

@@ -11,7 +11,6 @@ namespace {
 using Influence = scene::SkinWeights::Influence;
 
 constexpr size_t s_MostInfluences = 4;
-constexpr size_t s_WordsOfSkinSet = 8;
 // Whole multiples of 1 / 2^24 up to 1 are floats, and so are their sums.
 constexpr double s_WeightUnits = 16777216.0;
 
@@ -82,7 +81,7 @@ scene::SkinWeights BuildWeights(const MeshData& mesh, const MeshShape& shape, bo
     for (const uint32_t vertex : vertices.firsts) {
         point.clear();
         const uint32_t* pRow = vertices.words.data() + vertex * vertices.width;
-        for (size_t set = 3; set < vertices.width; set += s_WordsOfSkinSet)
+        for (size_t set = 3; set < vertices.width; set += WeldedVertices::WordsOfSkinSet)
             for (size_t i = set; i < set + 4; ++i) {
                 float weight = 0.0f;
                 std::memcpy(&weight, pRow + i + 4, sizeof weight);

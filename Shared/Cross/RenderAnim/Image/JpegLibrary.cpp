@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr char s_LibraryName[] = "libturbojpeg.so.0";
+constexpr char s_JpegLibraryName[] = "libturbojpeg.so.0";
 constexpr int s_BestQuality = 100;
 
 } // namespace
@@ -64,7 +64,7 @@ private:
 };
 
 const JpegLibrary& JpegLibrary::Get() {
-    static const JpegLibrary s_Library(s_LibraryName);
+    static const JpegLibrary s_Library(s_JpegLibraryName);
     return s_Library;
 }
 

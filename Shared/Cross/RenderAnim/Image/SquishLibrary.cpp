@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr char s_LibraryName[] = "libsquish.so.0";
+constexpr char s_SquishLibraryName[] = "libsquish.so.0";
 // squish::CompressMasked as the compiler names it.
 constexpr char s_CompressName[] = "_ZN6squish14CompressMaskedEPKhiPviPf";
 
@@ -16,11 +16,11 @@ const SquishLibrary& SquishLibrary::Get() {
 }
 
 SquishLibrary::SquishLibrary() {
-    if (!m_Module.LoadByName(s_LibraryName)) {
+    if (!m_Module.LoadByName(s_SquishLibraryName)) {
         m_Error = m_Module.GetError();
         return;
     }
     m_pCompress = reinterpret_cast<decltype(&squish::CompressMasked)>(m_Module.Find(s_CompressName));
     if (!m_pCompress)
-        m_Error = std::string(s_LibraryName) + " lacks the operation for a block";
+        m_Error = std::string(s_SquishLibraryName) + " lacks the operation for a block";
 }
