@@ -24,8 +24,6 @@ target_compile_options(PvxOptions INTERFACE
   -Wall -Wextra -Wshadow -Wconversion
   # The same scene has to give the same bytes on every machine, so no fused operations behind our back.
   -ffp-contract=off
-  # Where sources are compiled several at a time, what is local to one of them looks to the compiler as if a header held it.
-  $<$<BOOL:${CMAKE_UNITY_BUILD}>:-Wno-subobject-linkage>
   $<$<BOOL:${PVX_WERROR}>:-Werror>)
 target_include_directories(PvxOptions INTERFACE ${CMAKE_SOURCE_DIR})
 if(PVX_SANITIZE)
@@ -43,9 +41,21 @@ if(PVX_GLOBAL_POOLS)
   set(PVX_PROGRAM_DEPS -Wl,--no-as-needed Memory -Wl,--as-needed)
 endif()
 
+# The headers are most of a compilation; a batch reads them once. More sources a batch leave a core idle at a folder's end.
+set(PVX_UNITY_BATCH 12)
+
 function(pvx_sources out)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   set(${out} ${sources} PARENT_SCOPE)
+endfunction()
+
+# Compiles the target's sources several at a time, so what is local to one of them has a name of its own in its folder.
+function(pvx_unity name)
+  if(PVX_UNITY)
+    set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${PVX_UNITY_BATCH})
+    # What is local to a source looks to the compiler as if a header held it.
+    target_compile_options(${name} PRIVATE -Wno-subobject-linkage)
+  endif()
 endfunction()
 
 # pvx_library(NAME [SHARED|STATIC|MODULE|OBJECT] [DEPS target...] [PRIVATE_DEPS target...])
@@ -69,6 +79,7 @@ function(pvx_library name)
     return()
   endif()
   add_library(${name} ${kind} ${sources})
+  pvx_unity(${name})
   target_link_libraries(${name} PUBLIC PvxOptions ${ARG_DEPS} PRIVATE ${ARG_PRIVATE_DEPS})
 endfunction()
 
@@ -77,6 +88,7 @@ function(pvx_program name)
   cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
   pvx_sources(sources)
   add_executable(${name} ${sources})
+  pvx_unity(${name})
   target_link_libraries(${name} PRIVATE PvxOptions ${PVX_PROGRAM_DEPS} ${ARG_DEPS})
 endfunction()
 
@@ -88,6 +100,8 @@ function(pvx_test name)
   pvx_sources(sources)
   add_executable(${name} ${sources})
   target_link_libraries(${name} PRIVATE PvxOptions ${PVX_PROGRAM_DEPS} ${ARG_DEPS} GTest::gmock GTest::gtest_main)
+  # A test runs once, so optimizing it costs more than it saves. The code under test is as optimized as ever.
+  target_compile_options(${name} PRIVATE -O0)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
 endfunction()
 

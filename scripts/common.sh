@@ -23,3 +23,13 @@ jobs_at_once() {
     ((memory < 1)) && memory=1
     printf '%s\n' "$((processors < memory ? processors : memory))"
 }
+
+# Configures a preset into build/PRESET; cmake's options may follow. Quiet, unless it fails.
+configure() {
+    local log="build/$1/configure.log"
+    mkdir -p "build/$1"
+    cmake --preset "$@" >"$log" 2>&1 || {
+        cat "$log" >&2
+        fail "configuring \"$1\" failed (see above); a missing package is installed by scripts/setup"
+    }
+}
