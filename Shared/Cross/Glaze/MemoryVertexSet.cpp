@@ -1,10 +1,12 @@
 #include "Shared/Cross/Glaze/MemoryVertexSet.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <stdexcept>
 
 #include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/Glaze/StridedCopy.h"
 
 namespace gz {
 
@@ -18,21 +20,51 @@ size_t CheckedIndex(VertexComponent component) {
 
 } // namespace
 
-bool MemoryVertexSet::Create(uint32_t format, uint32_t count, uint32_t usage) {
+bool MemoryVertexSet::Allocate(uint32_t format, uint32_t count, uint32_t usage) {
     if (count > MaxSize) {
         dbWarningf("Size too large for VertexSet::Create()");
         return false;
     }
     m_Stride = GetVertexStride(format);
-    const size_t size = size_t{m_Stride} * count;
-    m_pData.reset(static_cast<std::byte*>(MMAlloc(DataPool::Get(), std::max<size_t>(size, 1))));
-    std::memset(m_pData.get(), 0, size);
     m_Format = format & s_AllComponents;
     m_Size = static_cast<uint16_t>(count);
     m_Usage = usage;
     m_Locked.reset();
     m_cRange.assign(1, {.start = 0, .count = m_Size});
+    m_pData.reset(static_cast<std::byte*>(MMAlloc(DataPool::Get(), std::max<size_t>(GetDataSize(), 1))));
     return true;
+}
+
+bool MemoryVertexSet::Create(uint32_t format, uint32_t count, uint32_t usage) {
+    if (!Allocate(format, count, usage))
+        return false;
+    std::memset(m_pData.get(), 0, GetDataSize());
+    return true;
+}
+
+// Its components cover a vertex, so that the set isn't cleared first; and few vertices at a time, so that they are
+// still in the cache when their next component comes.
+bool MemoryVertexSet::CreateFrom(uint32_t format, uint32_t count, const Arrays& arrays, uint32_t usage) {
+    if (!Allocate(format, count, usage))
+        return false;
+    constexpr uint32_t blockSize = 128;
+    for (uint32_t start = 0; start < count; start += blockSize)
+        for (uint32_t i = 0; i < VC_Count; ++i)
+            if (m_Format[i])
+                Fill(static_cast<VertexComponent>(i), arrays[i], start, std::min(blockSize, count - start));
+    return true;
+}
+
+void MemoryVertexSet::Fill(VertexComponent component, const void* pArray, uint32_t start, uint32_t count) {
+    static constexpr std::array<std::byte, 16> s_Zeros = {};
+    const size_t size = s_ComponentSizes[component];
+    std::byte* pTarget = m_pData.get() + GetComponentOffset(GetFormat(), component) + size_t{m_Stride} * start;
+    if (pArray)
+        CopyStrided(size, pTarget, m_Stride, static_cast<const std::byte*>(pArray) + size * start, size, count);
+    else
+        CopyStrided(size, pTarget, m_Stride, s_Zeros.data(), 0, count);
+    if (component == VC_Weights)
+        CopyStrided(s_BoneIndexBytes, pTarget + size, m_Stride, s_Zeros.data(), 0, count);
 }
 
 void* MemoryVertexSet::Lock(VertexComponent component, uint32_t start, uint32_t count, uint32_t& stride) {

@@ -12,10 +12,14 @@ NullPrimSet::NullPrimSet(VertexSet& vertexSet, std::shared_ptr<Shader> pShader, 
     : m_VertexSet(vertexSet), m_pShader(std::move(pShader)), m_Usage(usage) {}
 
 void NullPrimSet::SetUp(uint32_t rangeId, uint32_t indexCount, PrimKind kind) {
+    SetUp(rangeId, std::vector<uint16_t>(indexCount), kind);
+}
+
+void NullPrimSet::SetUp(uint32_t rangeId, std::vector<uint16_t> indices, PrimKind kind) {
     m_RangeId = rangeId;
     m_Range = m_VertexSet.GetRange(rangeId);
     m_Kind = kind;
-    m_Indices.assign(indexCount, 0);
+    m_Indices = std::move(indices);
 }
 
 void NullPrimSet::SetIndices(std::span<const uint16_t> indices) {

@@ -18,6 +18,7 @@ class NullPrimSet : public PrimSet {
 public:
     NullPrimSet(VertexSet& vertexSet, std::shared_ptr<Shader> pShader, uint32_t usage);
     void SetUp(uint32_t rangeId, uint32_t indexCount, PrimKind kind) override;
+    void SetUp(uint32_t rangeId, std::vector<uint16_t> indices, PrimKind kind) override;
     void SetIndices(std::span<const uint16_t> indices) override;
     std::span<uint16_t> LockIndices() override { return m_Indices; }
     std::span<const uint16_t> GetIndices() const override { return m_Indices; }

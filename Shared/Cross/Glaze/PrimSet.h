@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "Shared/Cross/Glaze/Object.h"
 #include "Shared/Cross/Glaze/VertexSet.h"
@@ -17,6 +18,8 @@ class PrimSet : public Object {
 public:
     // The vertex range as its id in the vertex set. Indices that were there are dropped; the new ones are 0.
     virtual void SetUp(uint32_t rangeId, uint32_t indexCount, PrimKind kind) = 0;
+    // The same with all its indices.
+    virtual void SetUp(uint32_t rangeId, std::vector<uint16_t> indices, PrimKind kind) = 0;
     // As many indices as SetUp was told; more are a mistake of the caller and left out.
     virtual void SetIndices(std::span<const uint16_t> indices) = 0;
     // For filling them in place. Good until the next SetUp.

@@ -1,9 +1,9 @@
 #include "Shared/Cross/Glaze/VertexSet.h"
 
 #include <cstddef>
-#include <cstring>
 
 #include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/Glaze/StridedCopy.h"
 
 namespace gz {
 
@@ -25,9 +25,7 @@ bool VertexSet::WriteArray(VertexComponent component, const void* pSource, uint3
     if (!pTarget)
         return false;
     const size_t size = s_ComponentSizes[component];
-    const auto* pFrom = static_cast<const std::byte*>(pSource);
-    for (uint32_t i = 0; i < count; ++i, pTarget += stride, pFrom += size)
-        std::memcpy(pTarget, pFrom, size);
+    CopyStrided(size, pTarget, stride, static_cast<const std::byte*>(pSource), size, count);
     Unlock(component);
     return true;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 #include "Shared/Cross/Glaze/Object.h"
@@ -23,9 +24,15 @@ public:
     static constexpr uint32_t DefaultUsage = 3;
     static constexpr uint32_t NotGiven = 0xFFFFFFFF;
 
+    // By component, an array without gaps.
+    using Arrays = std::array<const void*, VC_Count>;
+
     // Takes the memory for that many vertices, all bytes 0; range 0 then covers the set. False, with a line in the log,
     // when count is above MaxSize. What the set held before is gone.
     virtual bool Create(uint32_t format, uint32_t count, uint32_t usage = DefaultUsage) = 0;
+    // The same with vertices: of each component of the format that many, or null for zeros. What the format hasn't is
+    // not looked at.
+    virtual bool CreateFrom(uint32_t format, uint32_t count, const Arrays& arrays, uint32_t usage = DefaultUsage) = 0;
 
     // The component of the vertex `start`; that of each further one lies `stride` bytes behind. Good until Create or
     // the end of the set. Null when the format hasn't the component, or, with a line in the log, when the stretch goes

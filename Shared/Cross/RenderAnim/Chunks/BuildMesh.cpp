@@ -1,10 +1,10 @@
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/Glaze/Device.h"
 #include "Shared/Cross/RenderAnim/Chunks/MeshChunk.h"
-#include "Shared/Cross/RenderAnim/Chunks/VertexArrays.h"
 #include "Shared/Cross/RenderAnim/Mesh.h"
 #include "Shared/Cross/RenderAnim/Shader.h"
 #include "Shared/Cross/RenderAnim/ShaderTypeInfo.h"
@@ -34,39 +34,37 @@ ShaderRef FindShader(const MeshRecord& record, const std::string& shaderName) {
 
 std::unique_ptr<gz::VertexSet> BuildVertices(gz::Device& device, const MeshRecord& record, const VertexRecord& level) {
     std::unique_ptr<gz::VertexSet> pVertexSet = device.MakeVertexSet();
-    if (!pVertexSet->Create(level.components, level.count, s_StaticUsage))
+    gz::VertexSet::Arrays arrays{};
+    std::ranges::transform(level.arrays, arrays.begin(), [](const auto& array) { return array.data(); });
+    if (!pVertexSet->CreateFrom(level.components, level.count, arrays, s_StaticUsage))
         throw std::runtime_error("the device has no room for the vertices of mesh '" + record.name + "'");
-    for (const gz::VertexComponent component : s_StoredComponentOrder)
-        if (pVertexSet->HasComponent(component))
-            ScatterComponent(*pVertexSet, component, level.arrays[component]);
     return pVertexSet;
 }
 
 std::unique_ptr<gz::PrimSet> BuildPrimSet(gz::Device& device, gz::VertexSet& vertexSet, const ShaderRef& shader,
-                                          const TriangleRecord& record) {
+                                          TriangleRecord& record) {
     const Shader* pShader = shader.GetData();
     std::unique_ptr<gz::PrimSet> pPrimSet =
         device.MakePrimSet(vertexSet, pShader ? pShader->GetDeviceShader() : nullptr, s_StaticUsage);
     const uint32_t range = vertexSet.AddRange(record.firstVertex, record.vertexCount);
-    pPrimSet->SetUp(range, static_cast<uint32_t>(record.indices.size()), gz::PrimKind_TriangleList);
-    pPrimSet->SetIndices(record.indices);
+    pPrimSet->SetUp(range, std::move(record.indices), gz::PrimKind_TriangleList);
     return pPrimSet;
 }
 
-void SetPrimSets(gz::Device& device, Mesh& mesh, const MeshRecord& record) {
+void SetPrimSets(gz::Device& device, Mesh& mesh, MeshRecord& record) {
     mesh.SetShaderCount(static_cast<uint32_t>(record.primSets.size()));
     for (uint32_t i = 0; i < record.primSets.size(); ++i) {
         const ShaderRef shader = FindShader(record, record.primSets[i].shader);
         mesh.SetShader(i, shader);
         for (uint32_t level = 0; level < Mesh::Poly_Count; ++level)
-            if (const TriangleRecord& triangles = record.primSets[i].levels[level]; !triangles.indices.empty())
+            if (TriangleRecord& triangles = record.primSets[i].levels[level]; !triangles.indices.empty())
                 mesh.SetPrimSet(i, level, BuildPrimSet(device, *mesh.GetVertexSet(level), shader, triangles));
     }
 }
 
 } // namespace
 
-MeshRef BuildMesh(const MeshRecord& record) {
+MeshRef BuildMesh(MeshRecord record) {
     gz::Device& device = GetRunningDevice();
     auto pMesh = std::make_unique<Mesh>();
     pMesh->SetName(record.name.c_str());

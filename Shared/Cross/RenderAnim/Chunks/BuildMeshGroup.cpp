@@ -31,7 +31,10 @@ public:
     Builder(MeshGroup& group, const char* pModelName, MeshForm form)
         : m_Group(group), m_pModelName(pModelName), m_Form(form) {}
 
-    void AddMesh(MeshRecord mesh) override { m_Meshes[mesh.name].meshes.push_back(BuildMesh(mesh)); }
+    void AddMesh(MeshRecord mesh) override {
+        std::vector<MeshRef>& namesakes = m_Meshes[mesh.name].meshes;
+        namesakes.push_back(BuildMesh(std::move(mesh)));
+    }
     void SetEntries(std::vector<MeshEntryRecord> entries) override {
         m_Group.SetMeshCount(static_cast<uint32_t>(entries.size()));
         for (uint32_t i = 0; i < entries.size(); ++i)

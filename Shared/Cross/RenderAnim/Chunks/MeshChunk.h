@@ -79,6 +79,6 @@ MeshRecord ReadMeshRecord(Chunky& chunky, MeshForm form = MeshForm::Generic);
 
 // Enters a new mesh in the inventory, with its vertices in sets of the running device. A shader that the inventory
 // doesn't hold is logged, and the default one stands in for it.
-MeshRef BuildMesh(const MeshRecord& record);
+MeshRef BuildMesh(MeshRecord record);
 
 } // namespace ra

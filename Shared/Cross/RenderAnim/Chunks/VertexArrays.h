@@ -7,11 +7,8 @@
 
 namespace ra {
 
-// Files hold one array for each component, vertex sets all components of a vertex side by side.
-
-// Copies a component that the set has, vertex by vertex, to an array of exactly its size.
+// Files hold one array for each component, vertex sets all components of a vertex side by side. This copies a component
+// that the set has, vertex by vertex, to an array of exactly its size.
 void GatherComponent(const gz::VertexSet& vertexSet, gz::VertexComponent component, std::span<std::byte> array);
-// The reverse.
-void ScatterComponent(gz::VertexSet& vertexSet, gz::VertexComponent component, std::span<const std::byte> array);
 
 } // namespace ra

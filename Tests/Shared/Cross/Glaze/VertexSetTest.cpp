@@ -106,6 +106,32 @@ TEST_F(VertexSetTest, WriteArrayFillsOneComponentAndLeavesTheOthers) {
     EXPECT_THAT(all, testing::ElementsAre(0, 0, 0, 0, 0, 0, 0, 0, 1, 2, 0, 0, 0, 3, 4));
 }
 
+TEST_F(VertexSetTest, CreatesFromArraysWithZerosForTheRest) {
+    constexpr uint32_t count = 300; // more than are filled at a time
+    std::array<std::array<float, 3>, count> positions;
+    std::array<std::array<float, 4>, count> weights;
+    for (uint32_t i = 0; i < count; ++i) {
+        const auto value = static_cast<float>(i);
+        positions[i] = {value, value + 0.25f, value + 0.5f};
+        weights[i] = {-value, 1, 2, 3};
+    }
+    VertexSet::Arrays arrays = {};
+    arrays[VC_Position] = positions.data();
+    arrays[VC_Weights] = weights.data();
+    arrays[VC_TexCoord0] = positions.data(); // not of the format
+    ASSERT_TRUE(m_Set.CreateFrom(MaskOf({VC_Position, VC_Weights, VC_Normal}), count, arrays, 2));
+    EXPECT_EQ(m_Set.GetUsage(), 2u);
+    EXPECT_EQ(m_Set.GetRange(0), (VertexRange{.start = 0, .count = count}));
+    const auto* pVertex = static_cast<const std::byte*>(m_Set.GetData(VC_Position));
+    for (uint32_t i = 0; i < count; ++i, pVertex += m_Set.GetStride()) {
+        std::array<float, 11> vertex; // the position, the weights and 4 bytes more, and a normal
+        std::memcpy(vertex.data(), pVertex, sizeof(vertex));
+        const auto value = static_cast<float>(i);
+        EXPECT_THAT(vertex, testing::ElementsAre(value, value + 0.25f, value + 0.5f, -value, 1, 2, 3, 0, 0, 0, 0)) << i;
+    }
+    EXPECT_FALSE(m_Set.CreateFrom(MaskOf({VC_Position}), 65536, arrays));
+}
+
 TEST_F(VertexSetTest, WriteArrayRefusesHalfAStretchAndMissingComponents) {
     Create(MaskOf({VC_Position}), 3);
     const std::array<float, 9> values = {};

@@ -1,5 +1,6 @@
 #include <cstring>
 #include <functional>
+#include <utility>
 
 #include <gmock/gmock.h>
 
@@ -102,9 +103,9 @@ TEST_F(MeshChunk, WritesWhatItReadBitForBit) {
 TEST_F(MeshChunk, EveryStoredComponentSurvivesAndNoOther) {
     const MeshRef mesh = MakeMesh("all", {MakeShader("Clay")}, 5, gz::s_AllComponents);
     const std::string bytes = Write(*mesh.GetData());
-    const ra::MeshRecord record = Read(bytes.substr(24));
+    ra::MeshRecord record = Read(bytes.substr(24));
     EXPECT_EQ(record.levels[ra::Mesh::Poly_High].components, 0x27u);
-    const MeshRef again = ra::BuildMesh(record);
+    const MeshRef again = ra::BuildMesh(std::move(record));
     EXPECT_EQ(Write(*again.GetData()), bytes);
     const gz::VertexSet& before = *mesh->GetVertexSet(ra::Mesh::Poly_High);
     const gz::VertexSet& after = *again->GetVertexSet(ra::Mesh::Poly_High);
