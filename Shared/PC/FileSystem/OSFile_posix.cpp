@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <limits>
 #include <memory>
@@ -98,8 +99,11 @@ bool PrepareWriting(int file, OpenMode mode, struct stat& facts) {
     }
     if (mode == Open_ReadWrite)
         return lseek(file, 0, SEEK_END) >= 0;
+    // A file that was cut is written out by some file systems while it is closed; one that is new needn't wait for
+    // that.
+    const bool isEmpty = facts.st_size == 0;
     facts.st_size = 0;
-    return ftruncate(file, 0) == 0;
+    return isEmpty || ftruncate(file, 0) == 0;
 }
 
 // A new file must not be made beside one of another spelling, so a look without making one comes first.
@@ -144,11 +148,16 @@ std::string FindRenameTarget(const std::string& from, const std::string& asked) 
     return found;
 }
 
-// What replaces a file is as open to others as it was.
-void TakeOverRights(const std::string& from, const std::string& to) {
-    struct stat facts {};
-    if (lstat(to.c_str(), &facts) == 0 && S_ISREG(facts.st_mode))
-        chmod(from.c_str(), facts.st_mode & ALLPERMS); // its file system may have none
+bool IsFile(const std::string& native, struct stat& facts) {
+    return lstat(native.c_str(), &facts) == 0 && S_ISREG(facts.st_mode);
+}
+
+// A file that is moved over another is written out first by some file systems, which takes as long as its size asks
+// for. Two that change places aren't, and there is a whole file of the name at every moment too.
+bool Replace(const std::string& from, const std::string& to) {
+    if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_EXCHANGE) == 0)
+        return unlink(from.c_str()) == 0;
+    return rename(from.c_str(), to.c_str()) == 0; // a file system that knows no exchange
 }
 
 bool IsFolder(const std::string& native) {
@@ -323,9 +332,12 @@ bool Rename(const char* pFrom, const char* pTo) {
     if (!ToNativeText(pFrom, from) || !ToNativeText(pTo, to) || !GetFacts(from, facts))
         return Fail();
     const std::string target = FindRenameTarget(from, to);
-    if (target != from)
-        TakeOverRights(from, target);
-    return rename(from.c_str(), target.c_str()) == 0 || Fail();
+    struct stat replaced {};
+    if (target == from || !S_ISREG(facts.st_mode) || !IsFile(target, replaced))
+        return rename(from.c_str(), target.c_str()) == 0 || Fail();
+    // What replaces a file is as open to others as it was.
+    chmod(from.c_str(), replaced.st_mode & ALLPERMS); // its file system may have none
+    return Replace(from, target) || Fail();
 }
 
 bool IsReplaceable(const char* pPath) {
