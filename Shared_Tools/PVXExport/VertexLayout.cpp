@@ -1,6 +1,8 @@
 #include "Shared_Tools/PVXExport/VertexLayout.h"
 
+#include <algorithm>
 #include <cstring>
+#include <span>
 
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/Glaze/Device.h"
@@ -14,6 +16,7 @@ namespace {
 
 constexpr size_t s_MaxElements = 65536; // of any list that 16 bits index
 constexpr uint32_t s_Usage = 2;
+constexpr uint32_t s_BlockSize = 256; // vertices that stay in the cache while one component after the other is written
 
 bool FitsIndices(const MeshForm& form) {
     return form.cVertex.size() <= s_MaxElements && form.cWeight.size() <= s_MaxElements &&
@@ -31,14 +34,14 @@ uint32_t FormatOf(const MeshForm& form) {
     return format;
 }
 
-// A component of the vertices from a list that the keys index. Nothing happens for an empty list.
+// A component of the vertices from `first` on, from a list that their keys index. Nothing happens for an empty list.
 template <class T>
 bool WriteComponent(gz::VertexSet& vertexSet, gz::VertexComponent component, const std::vector<T>& elements,
-                    const std::vector<VertexKey>& keys, uint16_t VertexKey::*pIndex) {
+                    std::span<const VertexKey> keys, uint32_t first, uint16_t VertexKey::*pIndex) {
     if (elements.empty())
         return true;
     uint32_t stride = 0;
-    auto* pTarget = static_cast<char*>(vertexSet.Lock(component, 0, gz::VertexSet::WholeSet, stride));
+    auto* pTarget = static_cast<char*>(vertexSet.Lock(component, first, static_cast<uint32_t>(keys.size()), stride));
     dbAssertText(pTarget, "vertexSet.HasComponent( component )");
     if (!pTarget)
         return false;
@@ -97,11 +100,16 @@ bool VertexLayout::BuildVertexSet(const char* pNodeName, MeshForm& form, ra::Mes
 }
 
 bool VertexLayout::WriteVertices(const MeshForm& form, gz::VertexSet& vertexSet) const {
-    const std::vector<VertexKey>& keys = m_Keys.GetVertices();
-    return WriteComponent(vertexSet, gz::VC_Position, form.cVertex, keys, &VertexKey::vertex) &&
-           WriteComponent(vertexSet, gz::VC_Weights, form.cWeight, keys, &VertexKey::weight) &&
-           WriteComponent(vertexSet, gz::VC_Normal, form.cNormal, keys, &VertexKey::normal) &&
-           WriteComponent(vertexSet, gz::VC_TexCoord0, form.cTexVertex, keys, &VertexKey::texture);
+    const std::span<const VertexKey> all = m_Keys.GetVertices();
+    for (uint32_t first = 0; first < all.size(); first += s_BlockSize) {
+        const auto keys = all.subspan(first, std::min<size_t>(s_BlockSize, all.size() - first));
+        if (!WriteComponent(vertexSet, gz::VC_Position, form.cVertex, keys, first, &VertexKey::vertex) ||
+            !WriteComponent(vertexSet, gz::VC_Weights, form.cWeight, keys, first, &VertexKey::weight) ||
+            !WriteComponent(vertexSet, gz::VC_Normal, form.cNormal, keys, first, &VertexKey::normal) ||
+            !WriteComponent(vertexSet, gz::VC_TexCoord0, form.cTexVertex, keys, first, &VertexKey::texture))
+            return false;
+    }
+    return true;
 }
 
 bool VertexLayout::BuildPrimSets(const MeshForm& form, ra::Mesh& mesh) {

@@ -1,6 +1,7 @@
 // Which corners of a mesh are one vertex.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -34,37 +35,38 @@ public:
     void Build(const MeshForm& form, const VertexRemaps& remaps);
 
     // The keys of the vertices, in final order; good until the next Build.
-    const std::vector<VertexKey>& GetVertices() const { return m_Vertices; }
+    std::span<const VertexKey> GetVertices() const { return std::span(m_Vertices).first(m_Count); }
     // The final vertex of corner 0..2 of a face.
     uint32_t GetVertexIndex(size_t face, size_t corner) const { return m_NewIndex[m_CornerEntry[face * 3 + corner]]; }
 
 private:
-    // A corner as an entry. The first corner of a position has the position's number as its entry, and so has each one
-    // that equals it: in a smooth mesh that is nearly all. The others have entries of their own behind the positions.
+    // The first corner of a position stands with the position and has its number as an entry; so has each one that
+    // equals it, which in a smooth mesh is nearly all. The others have entries of their own behind the positions.
+    struct Position {
+        uint64_t rest = 0;      // all of the first corner's key but the position, as an image of its bytes
+        uint32_t others = 0;    // corners that differ from the first one
+        uint32_t bucketEnd = 0; // into m_Buckets, where it has others
+        bool used = false;
+    };
     struct Corner {
-        uint64_t rest = 0; // all of the key but the position, as an image of its bytes
+        uint64_t rest = 0;
         uint32_t entry = 0;
         uint16_t vertex = 0;
-    };
-    struct Position {
-        uint64_t rest = 0;   // of its first corner
-        uint32_t others = 0; // corners that differ from the first one
-        bool used = false;
     };
 
     void Gather(const MeshForm& form, const VertexRemaps& remaps);
     void BucketOthers();
-    uint32_t SortBucket(size_t vertex);
-    void PlaceVertices();
     void NumberVertices();
-    std::span<Corner> GetBucket(size_t vertex);
+    void NumberCorners(size_t vertex, std::span<Corner> bucket);
+    std::span<const uint32_t> SortBucket(std::span<const Corner> bucket);
+    uint32_t AddVertex(size_t vertex, uint64_t rest);
 
     std::vector<Position> m_Positions;
     std::vector<Corner> m_Others;        // in the order of the faces
-    std::vector<Corner> m_Buckets;       // the same by position, with the position's first corner
-    std::vector<uint32_t> m_BucketEnd;   // by position
-    std::vector<uint32_t> m_Start;       // by position: its count of vertices, then the first of them
+    std::vector<Corner> m_Buckets;       // the same by position in final order, with the position's first corner
+    std::vector<uint32_t> m_Order;       // of one bucket
     std::vector<uint32_t> m_CornerEntry; // by corner
     std::vector<uint32_t> m_NewIndex;    // by entry
-    std::vector<VertexKey> m_Vertices;
+    std::vector<VertexKey> m_Vertices;   // the first m_Count of them
+    uint32_t m_Count = 0;
 };
