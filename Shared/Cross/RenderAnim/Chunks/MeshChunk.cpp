@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <iterator>
 
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/Chunks/BoundVolumeChunk.h"
@@ -77,12 +78,13 @@ bool WriteVertexCount(PayloadWriter& writer, const gz::VertexSet* pVertexSet) {
 }
 
 void WriteVertexArrays(PayloadWriter& writer, const gz::VertexSet* pVertexSet) {
-    const uint32_t components = pVertexSet ? pVertexSet->GetFormat() & s_StoredComponents : 0;
-    writer.Write(components);
-    for (const gz::VertexComponent component : s_StoredComponentOrder)
-        if ((components & gz::ComponentBit(component)) != 0)
-            GatherComponent(*pVertexSet, component,
-                            writer.Append(size_t{pVertexSet->GetSize()} * gz::s_ComponentSizes[component]));
+    const uint32_t stored = pVertexSet ? pVertexSet->GetFormat() & s_StoredComponents : 0;
+    writer.Write(stored);
+    std::vector<gz::VertexComponent> components;
+    std::ranges::copy_if(s_StoredComponentOrder, std::back_inserter(components),
+                         [&](gz::VertexComponent component) { return (stored & gz::ComponentBit(component)) != 0; });
+    if (!components.empty())
+        GatherComponents(*pVertexSet, components, writer.Append(GetArraysSize(*pVertexSet, components)));
 }
 
 // The generic form writes the range even of no indices.
