@@ -17,6 +17,9 @@ void* HeapAllocAligned(size_t alignment, size_t size);
 void* HeapRealloc(void* pBlock, size_t size);
 void HeapFree(void* pBlock);
 size_t HeapGetSize(void* pBlock);
+// Readies the heap for that many bytes more: from now on it keeps what is freed for who asks next, and what it takes
+// from the system for them comes in large pages where the system has some. Only what gets used is taken.
+void HeapExpect(size_t size);
 
 // Chunks of 64 KB, aligned to their size, with any contents. Null when there is no room. May be called from any thread;
 // chunks given back are kept for the next who asks.

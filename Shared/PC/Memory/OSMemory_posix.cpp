@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <mutex>
 #include <utility>
 
@@ -127,6 +128,19 @@ void* HeapRealloc(void* pBlock, size_t size) { return realloc(pBlock, size); }
 void HeapFree(void* pBlock) { free(pBlock); }
 size_t HeapGetSize(void* pBlock) { return malloc_usable_size(pBlock); }
 #endif
+
+void HeapExpect(size_t size) {
+    mallopt(M_MMAP_MAX, 0);
+    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+    void* const pRoom = HeapAlloc(size);
+    if (!pRoom)
+        return;
+    const size_t toPage = s_PageSize - reinterpret_cast<uintptr_t>(pRoom) % s_PageSize;
+    if (size > toPage)
+        madvise(static_cast<char*>(pRoom) + toPage, size - toPage,
+                MADV_HUGEPAGE); // a system without large pages refuses
+    HeapFree(pRoom);
+}
 
 void* AllocChunk() {
     const std::lock_guard guard(s_ChunkMutex);
