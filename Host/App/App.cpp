@@ -5,6 +5,7 @@
 #include "Host/App/ExportCommand.h"
 #include "Host/App/Messages.h"
 #include "Host/App/ModuleLoader.h"
+#include "Host/App/Progress.h"
 #include "Host/App/ScriptCommands.h"
 #include "Host/App/TerminalDialogs.h"
 #include "Host/Sdk/HostSetup.h"
@@ -28,6 +29,8 @@ Messages MakeMessages(const CommandLine& line) {
                              .quiet = line.quiet,
                              .verbose = line.verbose});
 }
+
+bool WantsProgress(const CommandLine& line) { return !line.quiet && Terminal::IsTerminal(Terminal::Stream::Error); }
 
 // As an absolute path; empty when neither the command line nor the environment names one.
 std::string FindHome(const CommandLine& line) {
@@ -58,10 +61,11 @@ int RunScriptCommand(const CommandLine& line, const std::string& home, const Mes
     ProgramPath::SetHome(home);
     TerminalDialogs dialogs(messages, {}, {});
     SetDialogShower(&dialogs);
-    Listener listener(stdout);
+    Progress progress(stderr, WantsProgress(line), Terminal::GetWidth(Terminal::Stream::Error));
+    Listener listener(stdout, [&] { progress.Clear(); });
     const ModuleLoader module(ModuleLoader::GetDefaultPath());
     messages.PrintDetail(module.GetDescription());
-    ScriptCommands commands(stdout, listener, messages);
+    ScriptCommands commands(stdout, listener, progress, messages);
     if (const auto* pCall = std::get_if<CallArguments>(&line.command))
         return commands.Call(*pCall);
     if (const auto* pMerge = std::get_if<MergeArguments>(&line.command))
@@ -80,7 +84,7 @@ int Run(const CommandLine& line, const Messages& messages) {
         SetDebugOutput([](const char* pText) { std::fputs(pText, stderr); });
     const std::string home = FindHome(line);
     if (const auto* pExport = std::get_if<ExportArguments>(&line.command))
-        return RunExport(*pExport, home, messages, !line.quiet && Terminal::IsTerminal(Terminal::Stream::Error));
+        return RunExport(*pExport, home, messages, WantsProgress(line));
     if (const auto* pBurnConfig = std::get_if<BurnConfigArguments>(&line.command))
         return RunBurnConfig(*pBurnConfig, stdout, messages);
     return RunScriptCommand(line, home, messages);

@@ -1,5 +1,6 @@
 #include "Host/App/BurnCommand.h"
 
+#include "Host/App/PipelineScope.h"
 #include "Shared/PC/FileSystem/OSFile.h"
 
 #include <cstdio>
@@ -18,6 +19,8 @@ void CheckBurnInput(const BurnArguments& arguments) {
     if (!isPattern && (path.empty() || OSFile::FileAttr(path.c_str()) == 0))
         throw HostError(2, arguments.file + ": there is no such file; name a file or a folder of a generic tree, or "
                                             "files by * and ?");
+    const PipelineScope pipeline(arguments.file);
+    PipelineScope::RequireInProject(arguments.file, Pipeline::Kind_Generic, "what is burned was merged or put there");
 }
 
 BurnLines::BurnLines() : m_pListener(thread_locals().current_stdout) { thread_locals().current_stdout = this; }

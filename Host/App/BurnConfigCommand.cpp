@@ -1,7 +1,7 @@
 #include "Host/App/BurnConfigCommand.h"
 
+#include "Host/App/PipelineScope.h"
 #include "Shared/Cross/Debug/db.h"
-#include "Shared/Cross/Pipeline/Pipeline.h"
 #include "Shared/Cross/RevControlAPI/RevControlAPI.h"
 #include "Shared/PC/FileSystem/OSFile.h"
 #include "Shared_Tools/Burner/Config/ConfigLoad.h"
@@ -12,17 +12,6 @@
 namespace {
 
 constexpr char s_Changelist[] = "PVX Export Changes"; // where all tools open their files
-
-class PipelineScope {
-public:
-    explicit PipelineScope(const std::string& file) {
-        if (Pipeline::Initialize(file.c_str()) != Pipeline::Result_Ok)
-            throw HostError(2, Pipeline::GetInitializeError());
-    }
-    ~PipelineScope() { Pipeline::Shutdown(); }
-    PipelineScope(const PipelineScope&) = delete;
-    PipelineScope& operator=(const PipelineScope&) = delete;
-};
 
 // Gathers the reasons that go to the log alone. One at a time.
 class ReasonCapture {
@@ -150,8 +139,9 @@ bool HasGroup(const BurnerConfig& config, const std::string& name) {
     return false;
 }
 
-[[noreturn]] void RefuseName(const char* pKind, const std::string& name, const std::vector<std::string>& known) {
-    throw HostError(2, std::string("there is no ") + pKind + " \"" + name + "\"; known are: " + Join(known));
+[[noreturn]] void RefuseName(const char* pKind, const std::string& name, const std::vector<std::string>& known,
+                             const char* pAdvice = "") {
+    throw HostError(2, std::string("there is no ") + pKind + " \"" + name + "\"; known are: " + Join(known) + pAdvice);
 }
 
 // The target that the names mean, which has the parameter.
@@ -170,7 +160,7 @@ BurnerConfig::TargetID FindTarget(const BurnerConfig& config, const BurnConfigAr
     if (!config.GetParam(arguments.name.c_str(), id, param)) {
         for (uint32_t i = 0; config.GetParam(i, id, param); ++i)
             known.push_back(param.name);
-        RefuseName("parameter", arguments.name, known);
+        RefuseName("parameter", arguments.name, known, "; a new one is first named in the base script, by hand");
     }
     return id;
 }
@@ -226,7 +216,8 @@ int Edit(const BurnConfigArguments& arguments, const std::string& file, const Me
 
 int RunBurnConfig(const BurnConfigArguments& arguments, std::FILE* pOut, const Messages& messages) {
     const std::string file = FindFile(arguments.file);
-    const PipelineScope pipeline(file);
+    const PipelineScope pipeline(arguments.file);
+    PipelineScope::RequireInProject(arguments.file, Pipeline::Kind_Generic, "burn scripts lie in such folders");
     if (arguments.action != BurnConfigArguments::Action::Show)
         return Edit(arguments, file, messages);
     const ConfigOrigins origins = LoadConfig(file, messages);

@@ -1,8 +1,8 @@
 #include "Host/App/MergeCommand.h"
 
+#include "Host/App/PipelineScope.h"
 #include "Host/App/TextUtil.h"
 #include "Shared/Cross/Debug/db.h"
-#include "Shared/Cross/Pipeline/Pipeline.h"
 #include "Shared/PC/FileSystem/OSFile.h"
 
 #include <string>
@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::string_view s_BonesMark = "MERGE -- '";
 constexpr std::string_view s_FaultMark = "RENDER ANIM -- "; // a file that couldn't be read or written
+constexpr std::string_view s_StepMark = "MERGE -- ";        // what is being done
 constexpr std::string_view s_ToolAlias = "TOOL:";
 
 // What was logged so far.
@@ -22,6 +23,7 @@ struct Notes {
     std::string lastWarning;
 };
 Notes s_Notes;
+Progress* s_pProgress = nullptr;
 
 // A line that goes on with a file, which the module names in the system's form, up to the end mark.
 std::string WithNativeFile(std::string_view line, std::string_view fileEnd) {
@@ -44,6 +46,23 @@ void KeepFault(dbMessage message) {
             s_Notes.lastFault = DescribeFault(line);
 }
 
+// "animation file 3 of 7: 'Z:\\proj\\int\\run.pvx'" as "merge: animation file 3 of 7, run.pvx".
+std::string DescribeStep(std::string_view step) {
+    const size_t end = step.find(": '");
+    std::string text = "merge: " + std::string(step.substr(0, end));
+    if (end == step.npos)
+        return text;
+    step.remove_suffix(1);
+    return text + ", " + std::string(step.substr(step.find_last_of("\\'") + 1));
+}
+
+void ShowStep(dbMessage message) {
+    KeepFault(message);
+    for (const std::string_view line : message)
+        if (line.starts_with(s_StepMark))
+            s_pProgress->SetStage(DescribeStep(line.substr(s_StepMark.size())));
+}
+
 void KeepWarning(dbMessage message) {
     KeepFault(message);
     for (const char* pLine : message) {
@@ -62,18 +81,13 @@ void CheckReadable(const std::string& nativePath, const char* pWhat) {
         throw HostError(2, nativePath + ": " + (attributes ? "is a folder" : "there is no such file") + "; " + pWhat);
 }
 
-// Shared textures and patterns go to the project that the merged model lies in. A project tree that can't be read is
-// told by the merge itself.
-void CheckInGenericTree(const MergeArguments& arguments) {
-    if (Pipeline::Initialize(OSFile::FromNative(arguments.model).c_str()) != Pipeline::Result_Ok)
-        return;
-    const std::string merged = OSFile::FromNative(arguments.merged);
-    const bool isInside = Pipeline::Get()->FindProjectForFile(merged.c_str(), Pipeline::Kind_Generic) != nullptr;
-    const std::string iniFile = OSFile::ToNative(Pipeline::Get()->GetIniFile());
-    Pipeline::Shutdown();
-    if (!isInside)
-        throw HostError(2, arguments.merged + ": lies in the generic folder of no project of \"" + iniFile +
-                               "\"; name a file in one, or leave shared textures out by --no-textures");
+// The model's project is what the merge works in; shared textures and patterns go to that of the merged model.
+void CheckProjects(const MergeArguments& arguments) {
+    const PipelineScope pipeline(arguments.model);
+    PipelineScope::RequireInProject(arguments.model, Pipeline::Kind_Intermediate, "export the model to such a folder");
+    if (!arguments.noTextures)
+        PipelineScope::RequireInProject(arguments.merged, Pipeline::Kind_Generic,
+                                        "name a file in one, or leave shared textures out by --no-textures");
 }
 
 uint64_t GetFileSize(const std::string& nativePath) {
@@ -102,23 +116,24 @@ void PrintBones(const Messages& messages) {
 
 void CheckMergeInputs(const MergeArguments& arguments) {
     CheckReadable(arguments.model, "name the model that was exported with its meshes");
-    if (!arguments.noTextures)
-        CheckInGenericTree(arguments);
+    CheckProjects(arguments);
     if (arguments.noModel)
         return;
     for (const std::string& animation : arguments.animations)
         CheckReadable(animation, "name an exported animation");
 }
 
-MergeNotes::MergeNotes() {
+MergeNotes::MergeNotes(Progress& progress) {
     s_Notes = {};
+    s_pProgress = &progress;
     dbAddWarningSubscriber(KeepWarning);
-    dbAddErrorSubscriber(KeepFault);
+    dbAddErrorSubscriber(ShowStep);
 }
 
 MergeNotes::~MergeNotes() {
     dbRemoveWarningSubscriber(KeepWarning);
-    dbRemoveErrorSubscriber(KeepFault);
+    dbRemoveErrorSubscriber(ShowStep);
+    s_pProgress = nullptr;
 }
 
 void MergeNotes::PrintSummary(const MergeArguments& arguments, const Messages& messages) const {

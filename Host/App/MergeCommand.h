@@ -2,16 +2,18 @@
 
 #include "Host/App/CommandLine.h"
 #include "Host/App/Messages.h"
+#include "Host/App/Progress.h"
 
 // What the host adds to the module's merge.
 
-// Files that can't be read are refused ahead of the work: throws a HostError with status 2.
+// Files that can't be read or lie in no project are refused ahead of the work: throws a HostError with status 2.
 void CheckMergeInputs(const MergeArguments& arguments);
 
-// Gathers, while it lives, what a merge tells the log for people. One at a time.
+// Gathers, while it lives, what a merge tells the log for people, and shows how far it is. One at a time.
 class MergeNotes {
 public:
-    MergeNotes();
+    // Borrowed.
+    explicit MergeNotes(Progress& progress);
     ~MergeNotes();
     MergeNotes(const MergeNotes&) = delete;
     MergeNotes& operator=(const MergeNotes&) = delete;

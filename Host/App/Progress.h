@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <string>
 
-// One line on the terminal that tells how far an export is; it rewrites itself and is gone at the end. Writes nothing
-// when it is off.
+// One line on the terminal that tells how far an export or a merge is; it rewrites itself and is gone at the end.
+// Writes nothing when it is off.
 class Progress : public scene::SceneObserver {
 public:
     Progress(std::FILE* pOut, bool on, int width) : m_pOut(pOut), m_On(on), m_Width(width) {}

@@ -39,6 +39,7 @@ Value ScriptCommands::Apply(const std::string& command, const std::vector<Value>
     try {
         const WarningCapture warnings;
         Value result = pCommand->Apply(arguments);
+        m_Progress.Clear();
         m_Listener.EndLine();
         if (result.IsUndefined() && !warnings.GetLast().empty())
             m_Messages.Print(MessageKind::Note, std::string(pCommand->GetName()) + ": " + warnings.GetLast());
@@ -47,6 +48,7 @@ Value ScriptCommands::Apply(const std::string& command, const std::vector<Value>
         throw HostError(1, error.GetText());
     } catch (const char* pText) {
         // How a command ends past its own guard.
+        m_Progress.Clear();
         m_Listener.EndLine();
         const std::string_view text = pText;
         throw HostError(1, std::string(text.substr(0, text.find_last_not_of('\n') + 1)));
@@ -78,7 +80,7 @@ int ScriptCommands::Merge(const MergeArguments& arguments) {
     Apply("ombl_animergeFlags", {Value(!arguments.noModel), Value(!arguments.noTextures)});
     Value::Array animations;
     std::ranges::transform(arguments.animations, std::back_inserter(animations), PathValue);
-    const MergeNotes notes;
+    const MergeNotes notes(m_Progress);
     try {
         if (IsSuccess(Apply("ombl_animerge",
                             {PathValue(arguments.merged), PathValue(arguments.model), Value(std::move(animations))}))) {

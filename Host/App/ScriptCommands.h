@@ -3,6 +3,7 @@
 #include "Host/App/CommandLine.h"
 #include "Host/App/Listener.h"
 #include "Host/App/Messages.h"
+#include "Host/App/Progress.h"
 #include "Host/Sdk/Value.h"
 
 #include <cstdio>
@@ -13,9 +14,9 @@
 // as a HostError.
 class ScriptCommands {
 public:
-    // Borrowed; results are printed on `pOut`, on which the listener writes too.
-    ScriptCommands(std::FILE* pOut, Listener& listener, const Messages& messages)
-        : m_pOut(pOut), m_Listener(listener), m_Messages(messages) {}
+    // Borrowed; results are printed on `pOut`, on which the listener writes too, and clears the progress before.
+    ScriptCommands(std::FILE* pOut, Listener& listener, Progress& progress, const Messages& messages)
+        : m_pOut(pOut), m_Listener(listener), m_Progress(progress), m_Messages(messages) {}
 
     int List() const;
     int Call(const CallArguments& arguments);
@@ -32,6 +33,7 @@ private:
 
     std::FILE* m_pOut;
     Listener& m_Listener;
+    Progress& m_Progress;
     const Messages& m_Messages;
 };
 

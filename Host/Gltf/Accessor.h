@@ -60,8 +60,7 @@ public:
     // What is known of the contents of accessors, by index. Many users may share one large accessor, and each would go
     // through all of it again.
     struct Checks {
-        std::unordered_set<size_t> finite;    // all its numbers are
-        std::unordered_set<size_t> ascending; // times of keys
+        std::unordered_set<size_t> finite; // all its numbers are
         std::unordered_map<size_t, uint32_t> highestIndices;
     };
     Checks& GetChecks() { return m_Checks; }

@@ -17,12 +17,6 @@ constexpr double s_MostFrames = 65535.0;
 // Half a frame, where a scene of 60 frames a second is taken at 30, is seldom a float: the nearest may lie below it.
 constexpr double s_OneUlpUp = 1.0 + 1.0 / 8388608.0;
 
-double ReadTime(const AccessorView& times, uint32_t index) {
-    float time = 0.0f;
-    times.Read(index, &time, 1);
-    return time;
-}
-
 // Reads one animation.
 class ClipReader {
 public:
@@ -34,7 +28,8 @@ public:
 
 private:
     KeyTrack ReadTrack(const Json& channel, unsigned components);
-    void CheckTimes(const AccessorView& times, size_t accessor);
+    // Checked when it is first asked for: many channels may share one large accessor.
+    std::shared_ptr<Timeline> GetTimeline(size_t accessor);
     void ReadChannel(const Json& channel);
 
     const SceneFile& m_File;
@@ -44,21 +39,26 @@ private:
     const Place& m_Place;
     const Json& m_Json;
     Clip m_Clip;
+    std::map<size_t, std::shared_ptr<Timeline>> m_Timelines; // by accessor
     bool m_MovesMorphs = false;
 };
 
-void ClipReader::CheckTimes(const AccessorView& times, size_t accessor) {
+std::shared_ptr<Timeline> ClipReader::GetTimeline(size_t accessor) {
+    const auto [it, isNew] = m_Timelines.try_emplace(accessor);
+    if (!isNew)
+        return it->second;
+    const AccessorView times = m_Buffers.GetAccessor(m_File, m_Place, accessor);
     if (times.components != 1 || times.type != ComponentType::Float || times.count == 0)
         FailDamaged(m_Place, "the times of its keys are no list of seconds");
-    if (!m_Buffers.GetChecks().ascending.insert(accessor).second)
-        return;
+    it->second = std::make_shared<Timeline>(times);
     double last = 0.0;
     for (uint32_t i = 0; i < times.count; ++i) {
-        const double time = ReadTime(times, i);
+        const double time = it->second->GetTime(i);
         if (!(time >= last && time <= std::numeric_limits<float>::max()))
             FailDamaged(m_Place, "the times of its keys do not ascend from 0");
         last = time;
     }
+    return it->second;
 }
 
 // `components` 0 stands for any.
@@ -69,9 +69,7 @@ KeyTrack ClipReader::ReadTrack(const Json& channel, unsigned components) {
         FailDamaged(m_Place, "a channel has no sampler");
     const Json& sampler = (*pSamplers)[static_cast<rapidjson::SizeType>(index)];
     KeyTrack track;
-    const auto input = static_cast<size_t>(ReadRequiredSize(m_Place, sampler, "input"));
-    track.times = m_Buffers.GetAccessor(m_File, m_Place, input);
-    CheckTimes(track.times, input);
+    track.pTimeline = GetTimeline(static_cast<size_t>(ReadRequiredSize(m_Place, sampler, "input")));
     if (components == 0)
         return track;
     track.values =
@@ -84,8 +82,9 @@ KeyTrack ClipReader::ReadTrack(const Json& channel, unsigned components) {
     else if (!interpolation.empty() && interpolation != "LINEAR")
         FailDamaged(m_Place, "its interpolation " + Quoted(interpolation) + " is unknown");
     const uint64_t perKey = track.interpolation == Interpolation::CubicSpline ? 3 : 1;
-    if (track.values.components != components || track.values.count != track.times.count * perKey)
-        FailDamaged(m_Place, "the values of a channel do not fit its " + std::to_string(track.times.count) + " keys");
+    const uint32_t keyCount = track.pTimeline->GetKeyCount();
+    if (track.values.components != components || track.values.count != keyCount * perKey)
+        FailDamaged(m_Place, "the values of a channel do not fit its " + std::to_string(keyCount) + " keys");
     return track;
 }
 
@@ -98,7 +97,7 @@ void ClipReader::ReadChannel(const Json& channel) {
     const bool isRotation = path == "rotation";
     const bool isKnown = isRotation || path == "translation" || path == "scale";
     const KeyTrack track = ReadTrack(channel, isRotation ? 4 : isKnown ? 3 : 0);
-    m_Clip.lastKey = std::max(m_Clip.lastKey, ReadTime(track.times, track.times.count - 1));
+    m_Clip.lastKey = std::max(m_Clip.lastKey, track.pTimeline->GetTime(track.pTimeline->GetKeyCount() - 1));
     m_MovesMorphs |= path == "weights";
     if (!isKnown)
         return;
@@ -160,36 +159,6 @@ Interval GetRange(const std::optional<Clip>& clip, int ticksPerFrame) {
     if (frames >= s_MostFrames)
         Fail({}, "its animation has more than 65535 frames", "lower --fps, or choose another with --clip");
     return {0, static_cast<TimeValue>(frames) * ticksPerFrame};
-}
-
-KeyController::KeyController(Class_ID classId, std::shared_ptr<const BufferStore> pBuffers, const NodeTransform& rest,
-                             const NodeTracks& tracks, AxesChange change)
-    : Controller(classId), m_pBuffers(std::move(pBuffers)), m_Rest(rest), m_Change(change) {
-    if (tracks.translation)
-        m_Translation.emplace(*tracks.translation, 3u);
-    if (tracks.rotation)
-        m_Rotation.emplace(*tracks.rotation, 4u);
-    if (tracks.scale)
-        m_Scale.emplace(*tracks.scale, 3u);
-}
-
-scene::Affine KeyController::Evaluate(TimeValue t) const {
-    const double seconds = static_cast<double>(t) / TicksPerSecond;
-    const auto vectorAt = [seconds](std::optional<KeySampler>& sampler, const glm::dvec3& rest) {
-        if (!sampler)
-            return rest;
-        const KeyValue v = sampler->Evaluate(seconds);
-        return glm::dvec3(v[0], v[1], v[2]);
-    };
-    // An animated node has no matrix; where a file gives it one all the same, the tracks start from nothing.
-    glm::dquat rotation = m_Rest.rotation;
-    if (m_Rotation) {
-        const KeyValue v = m_Rotation->Evaluate(seconds);
-        rotation = glm::dquat(v[3], v[0], v[1], v[2]);
-    }
-    return ToHostAxes(
-        scene::ComposeTransform(vectorAt(m_Translation, m_Rest.translation), rotation, vectorAt(m_Scale, m_Rest.scale)),
-        m_Change);
 }
 
 } // namespace gltf

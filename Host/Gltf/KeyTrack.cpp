@@ -2,15 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
-#include <utility>
 
 namespace gltf {
 
 namespace {
 
 constexpr unsigned s_RotationSize = 4;
-constexpr double s_Endless = std::numeric_limits<double>::infinity();
 // Close together the sine vanishes, and a straight line is as good.
 constexpr double s_StraightFrom = 0.9999999;
 
@@ -21,35 +18,29 @@ constexpr std::array<double, 8> s_SeriesU = {1.0 / 3,  1.0 / 10, 1.0 / 21,  1.0 
 constexpr std::array<double, 8> s_SeriesV = {1.0 / 3,  2.0 / 5,  3.0 / 7,  4.0 / 9,
                                              5.0 / 11, 6.0 / 13, 7.0 / 15, 8.0 / 17};
 
-// sin(share * angle) / sin(angle): each term is the one before it times (v - u * share squared) * (1 - cosine).
-double SineRatio(double share, double cosine) {
-    const double versine = 1.0 - cosine;
-    const double squared = share * share;
-    double sum = 1.0;
-    for (size_t i = s_SeriesU.size(); i-- > 0;)
-        sum = 1.0 + (s_SeriesV[i] - s_SeriesU[i] * squared) * versine * sum;
-    return share * sum;
+// Makes sin(share * angle) / sin(angle) of two shares of each angle: in the series each term is the one before it times
+// (v - u * share squared) * (1 - cosine).
+void MakeSineRatios(Pair& shareOfA, Pair& shareOfB, Pair versine) {
+    const Pair squaredA = shareOfA * shareOfA;
+    const Pair squaredB = shareOfB * shareOfB;
+    Pair sumA = {1.0, 1.0};
+    Pair sumB = {1.0, 1.0};
+    for (size_t i = s_SeriesU.size(); i-- > 0;) {
+        sumA = 1.0 + (s_SeriesV[i] - s_SeriesU[i] * squaredA) * versine * sumA;
+        sumB = 1.0 + (s_SeriesV[i] - s_SeriesU[i] * squaredB) * versine * sumB;
+    }
+    shareOfA *= sumA;
+    shareOfB *= sumB;
 }
 
 double Dot(const KeyValue& a, const KeyValue& b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2] + a[3] * b[3]; }
 
-KeyValue Mix(const KeyValue& a, double weightA, const KeyValue& b, double weightB) {
-    KeyValue result;
-    for (size_t i = 0; i < result.size(); ++i)
-        result[i] = weightA * a[i] + weightB * b[i];
-    return result;
+void SetValue(KeyRun& run, size_t lane, const KeyValue& value) {
+    for (size_t i = 0; i < value.size(); ++i)
+        SetLane(run[i], lane, value[i]);
 }
 
 } // namespace
-
-KeySampler::KeySampler(const KeyTrack& track, unsigned size) : m_Track(track), m_Size(size) {}
-
-double KeySampler::ReadTime(uint32_t key) const {
-    float time = 0.0f;
-    if (m_Track.times.IsPlainFloat())
-        std::memcpy(&time, m_Track.times.GetElement(key), sizeof time);
-    return double{time};
-}
 
 KeyValue KeySampler::ReadValue(uint32_t index) const {
     float floats[4] = {};
@@ -60,56 +51,48 @@ KeyValue KeySampler::ReadValue(uint32_t index) const {
     return {floats[0], floats[1], floats[2], floats[3]};
 }
 
-// The first key behind `seconds`: most often the one after the last.
-uint32_t KeySampler::FindNextKey(double seconds) const {
-    const uint32_t count = m_Track.times.count;
-    if (m_Next < count && seconds >= m_To && (m_Next + 1 == count || seconds < ReadTime(m_Next + 1)))
-        return m_Next + 1;
-    uint32_t low = 0;
-    uint32_t high = count;
-    while (low < high) {
-        const uint32_t middle = low + (high - low) / 2;
-        if (ReadTime(middle) <= seconds)
-            low = middle + 1;
-        else
-            high = middle;
+void KeySampler::Evaluate(std::span<const TimeValue> ticks, KeyRun& out) {
+    const std::span<const KeyPlace> places = m_Track.pTimeline->Find(ticks);
+    if (m_Track.interpolation == Interpolation::Linear && m_Size == s_RotationSize) {
+        Turn(places, out);
+        return;
     }
-    return low;
+    for (size_t i = 0; i < places.size(); ++i) {
+        MoveTo(places[i]);
+        SetValue(out, i, m_IsBetween ? Interpolate(places[i]) : m_A);
+    }
 }
 
-void KeySampler::MoveTo(double seconds) {
-    const uint32_t count = m_Track.times.count;
-    const uint32_t last = std::exchange(m_Next, FindNextKey(seconds));
-    m_From = m_Next > 0 ? ReadTime(m_Next - 1) : -s_Endless;
-    m_To = m_Next < count ? ReadTime(m_Next) : s_Endless;
-    if (m_Next == 0)
-        SetStanding(0);
-    else if (m_Next == count || m_Track.interpolation == Interpolation::Step)
-        SetStanding(m_Next - 1);
-    else
-        SetSpan(m_Next - 1, !m_Stands && m_Next == last + 1);
-}
-
-void KeySampler::SetStanding(uint32_t key) {
-    m_Stands = true;
-    m_A = ReadValue(m_Track.interpolation == Interpolation::CubicSpline ? key * 3 + 1 : key);
-}
-
-void KeySampler::SetSpan(uint32_t key, bool goesOn) {
-    m_Stands = false;
-    m_Span = m_To - m_From;
+void KeySampler::MoveTo(const KeyPlace& place) {
+    const bool isBetween = place.isBetween && m_Track.interpolation != Interpolation::Step;
+    if (place.key == m_Key && isBetween == m_IsBetween)
+        return;
+    const bool goesOn = m_IsBetween && place.key == m_Key + 1;
+    m_Key = place.key;
+    m_IsBetween = isBetween;
     if (m_Track.interpolation == Interpolation::CubicSpline) {
-        // Each key has three elements: the tangent that comes in, the value, the tangent that goes out.
-        m_A = ReadValue(key * 3 + 1);
-        m_Out = ReadValue(key * 3 + 2);
-        m_In = ReadValue(key * 3 + 3);
-        m_B = ReadValue(key * 3 + 4);
+        ReadSpline(m_Key);
         return;
     }
-    m_A = goesOn ? m_B : ReadValue(key); // perhaps the negative of a rotation, which is the same one
-    m_B = ReadValue(key + 1);
-    if (m_Size != s_RotationSize)
+    m_A = goesOn ? m_B : ReadValue(m_Key); // perhaps the negative of a rotation, which is the same one
+    if (!isBetween)
         return;
+    m_B = ReadValue(m_Key + 1);
+    if (m_Size == s_RotationSize)
+        FindAngle();
+}
+
+// Each key has three elements: the tangent that comes in, the value, the tangent that goes out.
+void KeySampler::ReadSpline(uint32_t key) {
+    m_A = ReadValue(key * 3 + 1);
+    if (!m_IsBetween)
+        return;
+    m_Out = ReadValue(key * 3 + 2);
+    m_In = ReadValue(key * 3 + 3);
+    m_B = ReadValue(key * 3 + 4);
+}
+
+void KeySampler::FindAngle() {
     m_Cosine = Dot(m_A, m_B);
     if (m_Cosine < 0.0) {
         m_Cosine = -m_Cosine;
@@ -122,33 +105,51 @@ void KeySampler::SetSpan(uint32_t key, bool goesOn) {
     }
 }
 
-KeyValue KeySampler::Interpolate(double share) const {
+KeyValue KeySampler::Interpolate(const KeyPlace& place) const {
     if (m_Track.interpolation == Interpolation::CubicSpline)
-        return Bend(share);
-    if (m_Size == s_RotationSize)
-        return Turn(share);
+        return Bend(place);
     KeyValue result;
     for (size_t i = 0; i < result.size(); ++i)
-        result[i] = m_A[i] + (m_B[i] - m_A[i]) * share;
+        result[i] = m_A[i] + (m_B[i] - m_A[i]) * place.share;
     return result;
 }
 
-KeyValue KeySampler::Turn(double share) const {
-    if (m_Cosine >= s_StraightFrom)
-        return Mix(m_A, 1.0 - share, m_B, share);
-    if (m_Cosine >= s_SeriesFrom)
-        return Mix(m_A, SineRatio(1.0 - share, m_Cosine), m_B, SineRatio(share, m_Cosine));
-    return Mix(m_A, std::sin((1.0 - share) * m_Angle) / m_Sine, m_B, std::sin(share * m_Angle) / m_Sine);
-}
-
-KeyValue KeySampler::Bend(double share) const {
-    const double s2 = share * share;
-    const double s3 = s2 * share;
+KeyValue KeySampler::Bend(const KeyPlace& place) const {
+    const double s = place.share;
+    const double s2 = s * s;
+    const double s3 = s2 * s;
     KeyValue result;
     for (size_t i = 0; i < result.size(); ++i)
-        result[i] = (2 * s3 - 3 * s2 + 1) * m_A[i] + m_Span * (s3 - 2 * s2 + share) * m_Out[i] +
-                    (-2 * s3 + 3 * s2) * m_B[i] + m_Span * (s3 - s2) * m_In[i];
+        result[i] = (2 * s3 - 3 * s2 + 1) * m_A[i] + place.span * (s3 - 2 * s2 + s) * m_Out[i] +
+                    (-2 * s3 + 3 * s2) * m_B[i] + place.span * (s3 - s2) * m_In[i];
     return result;
+}
+
+// Each value is a sum of the two keys around it, with shares that make the turn even.
+void KeySampler::Turn(std::span<const KeyPlace> places, KeyRun& out) {
+    KeyRun a{};
+    KeyRun b{};
+    Lanes sharesOfA{};
+    Lanes sharesOfB{};
+    Lanes versines{}; // 0 leaves the shares as they are
+    for (size_t i = 0; i < places.size(); ++i) {
+        const double share = places[i].share;
+        MoveTo(places[i]);
+        SetValue(a, i, m_A);
+        SetValue(b, i, m_IsBetween ? m_B : m_A);
+        const bool isWide = m_IsBetween && m_Cosine < s_SeriesFrom;
+        SetLane(sharesOfA, i, isWide ? std::sin((1.0 - share) * m_Angle) / m_Sine : 1.0 - share);
+        SetLane(sharesOfB, i, isWide ? std::sin(share * m_Angle) / m_Sine : share);
+        SetLane(versines, i, m_IsBetween && !isWide && m_Cosine < s_StraightFrom ? 1.0 - m_Cosine : 0.0);
+    }
+    for (size_t i = 0; i < versines.size(); ++i) {
+        Pair shareOfA = sharesOfA[i];
+        Pair shareOfB = sharesOfB[i];
+        if (versines[i][0] != 0.0 || versines[i][1] != 0.0)
+            MakeSineRatios(shareOfA, shareOfB, versines[i]);
+        for (size_t number = 0; number < out.size(); ++number)
+            out[number][i] = shareOfA * a[number][i] + shareOfB * b[number][i];
+    }
 }
 
 } // namespace gltf

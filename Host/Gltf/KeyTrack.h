@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Host/Gltf/Accessor.h"
+#include "Host/Gltf/Timeline.h"
 
 #include <array>
 #include <cstdint>
-#include <limits>
+#include <memory>
 
 namespace gltf {
 
@@ -12,7 +12,7 @@ enum class Interpolation { Linear, Step, CubicSpline };
 
 // The keys of one channel, in the file's buffers.
 struct KeyTrack {
-    AccessorView times; // seconds, never descending
+    std::shared_ptr<Timeline> pTimeline;
     AccessorView values;
     Interpolation interpolation = Interpolation::Linear;
 };
@@ -20,48 +20,45 @@ struct KeyTrack {
 // What a track holds: 3 numbers a key, or 4 that are a rotation.
 using KeyValue = std::array<double, 4>; // the fourth is 0 where there are 3
 
-// The value of a track at any time. Before the first key and after the last it stands still; rotations turn evenly,
+// The same number at two times, which the processor works on in one step.
+using Pair [[gnu::vector_size(16)]] = double;
+// The same at all times of a run.
+using Lanes = std::array<Pair, scene::Controller::LongestRun / 2>;
+using KeyRun = std::array<Lanes, 4>; // by the number's place in the value
+
+inline void SetLane(Lanes& lanes, size_t lane, double number) { lanes[lane / 2][lane % 2] = number; }
+
+// The values of a track at any times. Before the first key and after the last it stands still; rotations turn evenly,
 // along the shorter way. It keeps what it has read of the keys around the last time that it was asked for, since a
 // scene is asked frame after frame.
 class KeySampler {
 public:
     // The track's buffers have to live as long. `size` is 3 or 4.
-    KeySampler(const KeyTrack& track, unsigned size);
+    KeySampler(const KeyTrack& track, unsigned size) : m_Track(track), m_Size(size) {}
 
-    KeyValue Evaluate(double seconds) {
-        if (!(seconds >= m_From && seconds < m_To))
-            MoveTo(seconds);
-        if (m_Stands)
-            return m_A;
-        return Interpolate((seconds - m_From) / m_Span);
-    }
+    // Lanes beyond the run get values of no meaning, or keep theirs.
+    void Evaluate(std::span<const TimeValue> ticks, KeyRun& out);
 
 private:
-    static constexpr double s_Nowhere = std::numeric_limits<double>::infinity();
+    static constexpr uint32_t s_None = UINT32_MAX;
 
-    void MoveTo(double seconds);
-    uint32_t FindNextKey(double seconds) const;
-    double ReadTime(uint32_t key) const;
     KeyValue ReadValue(uint32_t index) const;
-    void SetStanding(uint32_t key);
-    // `goesOn`: it was in the span before this one.
-    void SetSpan(uint32_t key, bool goesOn);
+    void MoveTo(const KeyPlace& place);
+    void ReadSpline(uint32_t key);
+    void FindAngle();
 
-    KeyValue Interpolate(double share) const;
-    KeyValue Turn(double share) const;
-    KeyValue Bend(double share) const;
+    KeyValue Interpolate(const KeyPlace& place) const;
+    KeyValue Bend(const KeyPlace& place) const;
+    void Turn(std::span<const KeyPlace> places, KeyRun& out);
 
     KeyTrack m_Track;
     unsigned m_Size;
 
-    // Between which keys it is: from m_From up to, but without, m_To, where the key m_Next lies. At first nowhere.
-    uint32_t m_Next = 0;
-    double m_From = s_Nowhere;
-    double m_To = s_Nowhere;
-    double m_Span = 0.0;
-    bool m_Stands = true;
+    // The key before the last time, and what was read for it.
+    uint32_t m_Key = s_None;
+    bool m_IsBetween = false;
     KeyValue m_A{};
-    KeyValue m_B{};
+    KeyValue m_B{}; // of the next key, and only between the two
     // Of a spline: the tangents that go out of the key before and into the key behind.
     KeyValue m_Out{};
     KeyValue m_In{};

@@ -11,4 +11,9 @@ void Controller::GetClassName(std::string& out) const {
         out = "Position/Rotation/Scale";
 }
 
+void Controller::EvaluateRun(std::span<const TimeValue> times, Affine* pLocals) const {
+    for (const TimeValue t : times)
+        *pLocals++ = Evaluate(t);
+}
+
 } // namespace scene

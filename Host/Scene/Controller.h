@@ -4,11 +4,16 @@
 #include "Host/Sdk/Animatable.h"
 #include "Host/Sdk/ClassIds.h"
 
+#include <span>
+
 namespace scene {
 
 // What moves a node: its local transformation, relative to its parent, at any time.
 class Controller : public Control {
 public:
+    // Few enough that a run of all nodes stays in the processor's cache.
+    static constexpr size_t LongestRun = 8;
+
     // The class is what the node shows as its controller's; it says nothing about how the node moves.
     explicit Controller(Class_ID classId = PRS_CONTROL_CLASS_ID) : m_ClassId(classId) {}
 
@@ -18,6 +23,9 @@ public:
 
     // The same for the same time, always. Called once for each time that the scene is asked for, more or less.
     virtual Affine Evaluate(TimeValue t) const = 0;
+    // At up to LongestRun times, which ascend: what Evaluate gives at each of them, in as many places. One after the
+    // other, unless a kind of controller has something better.
+    virtual void EvaluateRun(std::span<const TimeValue> times, Affine* pLocals) const;
     // False when Evaluate gives the same at all times. Such a node costs nothing in an animation.
     virtual bool IsAnimated() const = 0;
 

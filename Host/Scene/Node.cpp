@@ -44,9 +44,7 @@ INode* Node::GetChildNode(int index) const {
     return index >= 0 && index < NumberOfChildren() ? m_Children[static_cast<size_t>(index)] : nullptr;
 }
 
-Matrix3 Node::GetNodeTM(TimeValue t, Interval*) {
-    return ToMatrix3(m_Scene.GetEvaluator().GetWorld(m_Scene, *this, t));
-}
+Matrix3 Node::GetNodeTM(TimeValue t, Interval*) { return m_Scene.GetEvaluator().GetMatrix(m_Scene, *this, t); }
 
 Matrix3 Node::GetObjectTM(TimeValue t, Interval*) {
     if (m_WorldSpaceObject)

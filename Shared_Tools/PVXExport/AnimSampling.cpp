@@ -1,6 +1,7 @@
 #include "Shared_Tools/PVXExport/AnimSampling.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <span>
 #include <utility>
@@ -15,6 +16,7 @@
 #include "Shared/Cross/RenderAnim/RenderModel.h"
 #include "Shared/Cross/RenderAnim/Skeleton.h"
 #include "Shared/Cross/RenderAnim/Transform.h"
+#include "Shared/PC/Memory/OSMemory.h"
 #include "Shared_Tools/PVXExport/ControlTracks.h"
 #include "Shared_Tools/PVXExport/ExportContext.h"
 #include "Shared_Tools/PVXExport/ExportScene.h"
@@ -27,6 +29,8 @@ namespace {
 // keys wait until there are some frames of them: a stream of keys lies far from the next bone's.
 constexpr size_t s_FramesInBlock = 8;
 
+constexpr size_t s_GapOfStreams = 4096; // between one stream's keys and the next one's, where nothing else lies there
+
 glm::vec3 GetTargetPosition(INode& node, TimeValue t) {
     Matrix3 target = IdentityMatrix();
     node.GetTargetTM(t, target);
@@ -35,11 +39,6 @@ glm::vec3 GetTargetPosition(INode& node, TimeValue t) {
 
 glm::mat4x3 LookAtTarget(const glm::mat4x3& m, INode& node, TimeValue t) {
     return ModelTransform::LookAt(m[3], GetTargetPosition(node, t), m[1]);
-}
-
-glm::mat4x3 GetBoneMatrix(INode& node, TimeValue t) {
-    const glm::mat4x3 m = ModelTransform::FromHost(node.GetNodeTM(t));
-    return node.GetTarget() ? LookAtTarget(m, node, t) : m;
 }
 
 // A camera looks along its own -Z in the host and along Z in the game.
@@ -64,15 +63,19 @@ public:
             anim.SetBoneAnimated(index, bones[bone].visible);
             m_Streams.push_back(anim.MakeMatrixStream(index, static_cast<uint32_t>(frameCount)));
         }
+        LieInLargePages();
     }
 
     // Frame after frame, and `Flush` at the end.
     void Sample(const AnimFrame& frame) {
-        const float time = std::clamp(frame.time, 0.0f, 1.0f);
-        MatrixKey* pKey = m_Block.data() + m_InBlock;
-        for (const BoneNode& bone : m_Bones) {
-            *pKey = {time, GetBoneMatrix(*bone.pNode, frame.tick)};
-            pKey += s_FramesInBlock;
+        ModelTransform::FourMatrices matrices = {};
+        for (size_t first = 0; first < m_Bones.size(); first += matrices.size()) {
+            const size_t count = std::min(matrices.size(), m_Bones.size() - first);
+            for (size_t i = 0; i < count; ++i)
+                matrices[i] = m_Bones[first + i].pNode->GetNodeTM(frame.tick);
+            ModelTransform::FromHost(matrices);
+            for (size_t i = 0; i < count; ++i)
+                StoreKey(first + i, frame, matrices[i]);
         }
         if (++m_InBlock == s_FramesInBlock)
             Flush();
@@ -84,6 +87,23 @@ public:
     }
 
 private:
+    // All streams together, which mostly lie side by side: a stream alone has room for none.
+    void LieInLargePages() {
+        if (m_Streams.empty() || m_Streams.front().empty())
+            return;
+        const auto [first, last] = std::ranges::minmax(m_Streams, {}, [](const auto& keys) { return keys.data(); });
+        const auto size = static_cast<size_t>(reinterpret_cast<std::byte*>(last.data() + last.size()) -
+                                              reinterpret_cast<std::byte*>(first.data()));
+        if (size <= m_Streams.size() * (first.size_bytes() + s_GapOfStreams))
+            OSMemory::UseLargePages(first.data(), size);
+    }
+
+    void StoreKey(size_t bone, const AnimFrame& frame, const glm::mat4x3& m) {
+        INode& node = *m_Bones[bone].pNode;
+        m_Block[bone * s_FramesInBlock + m_InBlock] = {std::clamp(frame.time, 0.0f, 1.0f),
+                                                       node.GetTarget() ? LookAtTarget(m, node, frame.tick) : m};
+    }
+
     const BoneNodes& m_Bones;
     std::vector<std::span<MatrixKey>> m_Streams;
     std::vector<MatrixKey> m_Block; // bone by bone

@@ -34,7 +34,7 @@ std::string FormatSize(const Texture& texture) {
 }
 
 // All textures of the group's shaders, each once, in the order in which they are met.
-std::vector<const Texture*> CollectTextures(const ra::MeshGroup& group) {
+std::vector<const Texture*> CollectUsedTextures(const ra::MeshGroup& group) {
     std::vector<const Texture*> textures;
     for (uint32_t i = 0; i < group.GetShaderCount(); ++i)
         for (uint32_t n = 0; n < ChannelCount; ++n) {
@@ -144,7 +144,7 @@ private:
 
     void PrintTextures(std::string& out) {
         TextTable table({{"texture"}, {"size", Right}, {"type"}, {"levels", Right}, {"bytes", Right}});
-        for (const Texture* pTexture : CollectTextures(m_Group)) {
+        for (const Texture* pTexture : CollectUsedTextures(m_Group)) {
             ++m_TextureCount;
             table.AddRow({NameOf(*pTexture), FormatSize(*pTexture), GetTextureTypeName(pTexture->GetType()),
                           Count(pTexture->GetLevelCount()), Count(pTexture->GetSize())});

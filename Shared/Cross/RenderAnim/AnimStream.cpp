@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr size_t s_LargestKeyBlock = 16 << 20;
-
 void ReportFull(uint32_t limit) {
     dbWarningf("Animation has exceeded %d key frames. Failing addition.", static_cast<int>(limit));
 }
@@ -19,9 +17,8 @@ void ReportFull(uint32_t limit) {
 // Keys of any kind lie behind each other without a gap.
 static_assert(alignof(FloatKey) == 4 && alignof(Vec3Key) == 4 && alignof(QuatKey) == 4 && alignof(MatrixKey) == 4);
 
-AnimKeyBlock::AnimKeyBlock(size_t size) : m_Size(std::clamp<size_t>(size, 1, s_LargestKeyBlock)) {
-    m_pBytes.reset(static_cast<std::byte*>(MMAlloc(AnimStaticPool::Get(), m_Size)));
-}
+AnimKeyBlock::AnimKeyBlock(size_t size)
+    : m_pBytes(MMAllocator<std::byte, AnimStaticPool>().allocate(size)), m_Size(size) {}
 
 std::shared_ptr<AnimKeyBlock> AnimKeyBlock::Make(size_t size) {
     return std::allocate_shared<AnimKeyBlock>(MMAllocator<AnimKeyBlock, AnimStaticPool>(), size);

@@ -14,15 +14,17 @@
 // The memory of all that an animation is made of.
 using AnimStaticPool = MMNamedPool<"AnimStatic">;
 
-// Room for the keys of many streams in one piece, for whoever knows ahead how much they take: each stream takes its
+// Room for the keys of several streams in one piece, for whoever knows ahead how much they take: each stream takes its
 // keys from the front of what is left, and from the pool when that isn't enough. The streams keep the block, which goes
 // with the last of them; keys that a stream gives up stay unused until then.
 class AnimKeyBlock {
 public:
-    // Never more than 16 MB, whatever is asked for.
+    // Below the pools' limit.
     explicit AnimKeyBlock(size_t size);
     static std::shared_ptr<AnimKeyBlock> Make(size_t size);
 
+    // The whole block. What no stream has taken yet is free for the maker's use.
+    std::span<std::byte> GetBytes() { return {m_pBytes.get(), m_Size}; }
     // Null when there is no such piece left. Nobody gives one back.
     void* Take(size_t size);
     bool Holds(const void* pPlace) const;

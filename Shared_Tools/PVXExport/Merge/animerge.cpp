@@ -69,8 +69,10 @@ bool MergeAnims(RenderModel& model, const std::vector<std::string>& files) {
     std::optional<BoneCheck> check;
     if (const Skeleton* pSkeleton = model.GetSkeleton())
         check.emplace(*pSkeleton);
+    size_t number = 0;
     for (const std::string& file : files) {
         const std::string path = ToToolPath(file);
+        LogMergeStep("animation file " + std::to_string(++number) + " of " + std::to_string(files.size()), file);
         try {
             if (check)
                 CheckBones(*check, file);

@@ -61,7 +61,12 @@ bool MergeBurnFile(const char* pFilename, int32_t changelist) {
 
 void MakeDirectoryPath(const char* pFilename) { OSFile::MakeFolders(pFilename); }
 
+void LogMergeStep(const std::string& step, const std::string& file) {
+    dbPrintf("MERGE -- %s: '%s'", step.c_str(), file.c_str());
+}
+
 void MergeBurnWrite(const std::string& file, const char* pWhat, const std::function<void(const char* pPath)>& save) {
+    LogMergeStep(pWhat, file);
     int32_t changelist = 0;
     if (!MergeBurnOpenFile(changelist, file.c_str()))
         throw std::runtime_error(std::string("Merge: Unable to open ") + pWhat + " '" + file + s_OpenAdvice);

@@ -17,6 +17,9 @@ bool MergeBurnFile(const char* pFilename, int32_t changelist);
 // Makes all folders on the way to a file. That one can't be made shows when the file is written.
 void MakeDirectoryPath(const char* pFilename);
 
+// Tells the log what is done next, "MERGE -- <step>: '<file>'". Hosts show it to those who wait.
+void LogMergeStep(const std::string& step, const std::string& file);
+
 // Opens a file under revision control, has it saved by its alias path and burns it; what says what it is, "shared
 // texture". Throws std::runtime_error when it can't be opened. When it can't be burnt, throws the bare text of the
 // message, a const char*, which is no standard exception: it passes the command's own guard by and reaches the host's

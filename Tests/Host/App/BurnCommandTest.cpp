@@ -58,8 +58,8 @@ TEST_F(BurnCommand, Failures) {
     EXPECT_THAT(bad.err, HasSubstr("the burn failed after "));
     Write("outside.txt", "o");
     const ProgramResult outside = Burn("outside.txt");
-    EXPECT_EQ(outside.status, 1);
-    EXPECT_EQ(outside.out, "Burner: Unable to find associated project.\n");
+    EXPECT_EQ(outside.status, 2);
+    EXPECT_THAT(outside.err, HasSubstr("outside.txt: lies in the generic folder of no project of \""));
 }
 
 } // namespace

@@ -88,7 +88,9 @@ TEST_F(BurnConfig, WrongNamesAreAnsweredWithTheKnownOnes) {
         {{"set", "model", "obm", "useDXTC", "5"}, "there is no target group \"model\"; known are: models, shaders\n"},
         {{"unset", "models", "obe", "useDXTC"}, "there is no target \"obe\"; known are: obm\n"},
         {{"set", "shaders", "qsh", "useDXTC", "5"}, "there is no target \"qsh\"; known are: none\n"},
-        {{"set", "models", "obm", "DXTC", "5"}, "there is no parameter \"DXTC\"; known are: useDXTC, mipMaps\n"},
+        {{"set", "models", "obm", "DXTC", "5"},
+         "there is no parameter \"DXTC\"; known are: useDXTC, mipMaps; a new one is first named in the base script, by "
+         "hand\n"},
     };
     for (const auto& [words, text] : cases) {
         const ProgramResult result = Run(words);
@@ -114,6 +116,9 @@ TEST_F(BurnConfig, WhatCantBeReadOrWritten) {
     result = RunProgram("pvxhost", {"burnconfig", "show", At("none")});
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.err, At("none") + ": there is no such file or folder; name one in a project's generic folder\n");
+    result = RunProgram("pvxhost", {"burnconfig", "show", Write("x.pvx", "")});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.err, HasSubstr("x.pvx: lies in the generic folder of no project of \""));
 }
 
 TEST_F(BurnConfig, UsageNamesTheWholeCommand) {

@@ -1,6 +1,11 @@
 #include "Host/App/Messages.h"
 
+#include "Host/App/MergeCommand.h"
+#include "Shared/Cross/Debug/db.h"
+
 #include <gmock/gmock.h>
+
+#include <thread>
 
 namespace {
 
@@ -68,6 +73,24 @@ TEST(Messages, LinesOfAListStandAsQueued) {
     EXPECT_EQ(Printed({}, lines), "Error   : a\tb\nWarning : %s %d\n\n");
     EXPECT_EQ(Printed({.quiet = true}, lines), "Error   : a\tb\nWarning : %s %d\n\n");
     EXPECT_EQ(Printed({.terminal = true, .colour = true}, {lines[0]}), "\033[31mError   : a\tb\033[0m\n");
+}
+
+// What a merge's log says it does next is seen by those who wait for it.
+TEST(MergeNotes, StepsAreShownOnTheTerminal) {
+    char* pText = nullptr;
+    size_t size = 0;
+    std::FILE* pOut = open_memstream(&pText, &size);
+    Progress progress(pOut, true, 60);
+    {
+        const MergeNotes notes(progress);
+        dbPrintf("MERGE -- animation file 1 of 3: 'Z:\\int\\aim.pvx'");
+        std::this_thread::sleep_for(std::chrono::milliseconds(110));
+        dbPrintf("MERGE -- animation file 2 of 3: 'Z:\\int\\run.pvx'");
+    }
+    dbPrintf("MERGE -- of another one");
+    std::fclose(pOut);
+    EXPECT_STREQ(pText, "\r\033[Kmerge: animation file 2 of 3, run.pvx");
+    std::free(pText);
 }
 
 } // namespace

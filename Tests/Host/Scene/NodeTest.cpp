@@ -151,8 +151,9 @@ protected:
 
 TEST_F(SceneAnimation, EveryNodeIsEvaluatedOncePerTick) {
     MakeChain(100);
-    Node& hanging = m_Scene.AddNode("hanging", m_Chain.back());
     const int ticks = GetTicksPerFrame();
+    m_Scene.SetAnimRange({-10 * ticks, 19 * ticks});
+    Node& hanging = m_Scene.AddNode("hanging", m_Chain.back());
     for (int frame = -10; frame < 20; ++frame) {
         for (Node* pNode : m_Chain)
             pNode->GetNodeTM(frame * ticks);
@@ -161,14 +162,14 @@ TEST_F(SceneAnimation, EveryNodeIsEvaluatedOncePerTick) {
     }
     for (const SlideController* pController : m_Controllers)
         EXPECT_EQ(pController->GetCalls(), 30);
-    EXPECT_EQ(m_Scene.GetEvaluator().GetPassCount(), 30u);
-    // The last frames are still known.
-    for (int frame = 20 - scene::Evaluator::FramesKept; frame < 20; ++frame)
-        m_Chain[0]->GetNodeTM(frame * ticks);
-    EXPECT_EQ(m_Scene.GetEvaluator().GetPassCount(), 30u);
-    // A time inside a frame is a time of its own, though it shares its place with the frame.
-    EXPECT_EQ(GetRow(m_Chain[0]->GetNodeTM(2), 3), Point3(1001, 0, 0));
-    EXPECT_EQ(GetRow(m_Chain[0]->GetNodeTM(0), 3), Point3(1000, 0, 0));
+    EXPECT_EQ(m_Scene.GetEvaluator().GetTimeCount(), 30u) << "none beyond the range";
+    // The run of the last frame is still known.
+    m_Chain[0]->GetNodeTM(17 * ticks);
+    m_Chain[0]->GetNodeTM(19 * ticks);
+    EXPECT_EQ(m_Scene.GetEvaluator().GetTimeCount(), 30u);
+    // Beyond the range, and between frames, every time is one of its own.
+    for (const TimeValue t : {20 * ticks, 21 * ticks, 2, 2 + ticks, 0})
+        EXPECT_EQ(GetRow(m_Chain[0]->GetNodeTM(t), 3).x, 1000.0f + 0.5f * static_cast<float>(t)) << t;
 }
 
 TEST_F(SceneAnimation, StillNodesCostNothing) {

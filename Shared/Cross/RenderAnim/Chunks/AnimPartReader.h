@@ -1,10 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <span>
 #include <string>
-#include <utility>
 
 #include <glm/vec3.hpp>
 
@@ -13,21 +14,18 @@
 
 namespace ra {
 
-// The data chunk of an animation that has been entered. Unlike PayloadReader it takes no copy of the payload: keys go
-// from the stream to where they stay. Every fault throws Chunky::Exception with what is being read and the field; a
-// string that no buffer of ours holds throws ByteStream::Exception.
+// The data chunk of an animation that has been entered. Unlike PayloadReader it takes the payload to where its keys
+// stay: one block for all of them. Every fault throws Chunky::Exception with what is being read and the field; a string
+// that no buffer of ours holds throws ByteStream::Exception.
 class AnimPartReader {
 public:
-    // `what` tells messages whose data it is, such as "animation 'run', bone 'hip'". Nobody else reads the chunk
-    // meanwhile. Keys come from the block if there is one.
-    AnimPartReader(Chunky& chunky, std::string what, std::shared_ptr<AnimKeyBlock> pKeyBlock = nullptr)
-        : m_Stream(chunky.GetStream()), m_Remaining(chunky.GetRemaining()), m_What(std::move(what)),
-          m_pKeyBlock(std::move(pKeyBlock)) {}
+    // Reads what is left of the chunk. `what` tells messages whose data it is, such as "animation 'run', bone 'hip'".
+    AnimPartReader(Chunky& chunky, std::string what);
 
     template <StreamScalar T>
     T Read(const char* pField) {
-        T value{};
-        ReadBytes(&value, sizeof(value), pField);
+        T value;
+        std::memcpy(&value, ReadBytes(sizeof(value), pField), sizeof(value));
         return value;
     }
     glm::vec3 ReadVec3(const char* pField);
@@ -41,12 +39,12 @@ public:
     [[noreturn]] void Fail(const std::string& fault) const;
 
 private:
-    void ReadBytes(void* pTarget, size_t size, const char* pField);
+    // Good until keys are read.
+    const std::byte* ReadBytes(size_t size, const char* pField);
 
-    ByteStreamAdapter& m_Stream;
-    uint32_t m_Remaining; // of the chunk
     std::string m_What;
-    std::shared_ptr<AnimKeyBlock> m_pKeyBlock;
+    std::shared_ptr<AnimKeyBlock> m_pBlock;
+    std::span<const std::byte> m_Rest;
 };
 
 extern template std::unique_ptr<FloatStream> AnimPartReader::ReadKeys(const char* pField);

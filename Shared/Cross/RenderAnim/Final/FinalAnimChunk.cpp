@@ -134,8 +134,7 @@ void ReadCameras(AnimPartReader& reader, Anim& anim) {
 
 std::unique_ptr<Anim> ReadData(Chunky& chunky, const std::string& name) {
     const ChunkInfo info = EnterData(chunky, s_AnimDataChunk, s_OldestAnimDataVersion, s_FinalAnimDataVersion);
-    // Nearly all of the chunk is keys.
-    AnimPartReader reader(chunky, "animation '" + name + '\'', AnimKeyBlock::Make(chunky.GetRemaining()));
+    AnimPartReader reader(chunky, "animation '" + name + '\'');
     auto pAnim = std::make_unique<Anim>();
     pAnim->SetName(name.c_str());
     const auto frameCount = reader.Read<int32_t>("frame count");

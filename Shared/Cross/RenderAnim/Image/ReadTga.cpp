@@ -30,14 +30,22 @@ const char* FindTgaFault(std::span<const uint8_t, s_TgaHeaderSize> header) {
     return nullptr;
 }
 
-// Three bytes a pixel go into the tail of the image's buffer and from there to the front.
-bool ReadPixels(ByteStream& stream, std::span<uint8_t> data, bool hasAlpha) {
-    const size_t size = hasAlpha ? data.size() : data.size() / 4 * 3;
-    uint8_t* pPixels = data.data() + (data.size() - size);
-    if (stream.Read(pPixels, static_cast<uint32_t>(size)) != size)
-        return false;
-    if (!hasAlpha)
-        ExpandTriples(pPixels, data.data(), data.size() / 4);
+bool ReadAll(ByteStream& stream, std::span<uint8_t> data) {
+    return stream.Read(data.data(), static_cast<uint32_t>(data.size())) == data.size();
+}
+
+// Three bytes a pixel go into the tail of their four bytes' place and from there to its front; so few at a time that
+// they are still in the cache then.
+bool ReadTriples(ByteStream& stream, std::span<uint8_t> data) {
+    constexpr size_t most = 0x10000;
+    while (!data.empty()) {
+        const std::span<uint8_t> pixels = data.first(std::min(most, data.size()));
+        const size_t count = pixels.size() / 4;
+        if (!ReadAll(stream, pixels.last(count * 3)))
+            return false;
+        ExpandTriples(pixels.data() + count, pixels.data(), count);
+        data = data.subspan(pixels.size());
+    }
     return true;
 }
 
@@ -62,7 +70,8 @@ std::unique_ptr<Image> ReadTga(const ImageReaderArgs& args, uint32_t& outFlags) 
         return Refuse(args.pName, "the TGA has fewer pixels than its header says");
     args.pStream->Seek(s_TgaHeaderSize + idLength);
     std::unique_ptr<Image> pImage = Image::Create(IMAGETYPE_RGBA32, width, height);
-    if (!ReadPixels(*args.pStream, pImage->GetData(), hasAlpha))
+    const std::span<uint8_t> pixels = pImage->GetData();
+    if (!(hasAlpha ? ReadAll(*args.pStream, pixels) : ReadTriples(*args.pStream, pixels)))
         return Refuse(args.pName, "the TGA can't be read to its end");
     outFlags = hasAlpha ? ImageLoad::Flags_Alpha : ImageLoad::Flags_NoAlpha;
     return pImage;

@@ -67,8 +67,15 @@ TEST_F(MergeProgram, FilesThatCannotBeReadAreRefusedAheadOfTheWork) {
     EXPECT_THAT(mergeElsewhere({}).err,
                 testing::StartsWith(At("int/tank.pvx") + ": lies in the generic folder of no project of \""));
     EXPECT_EQ(mergeElsewhere({"--no-textures"}).status, 0) << "no project is asked for";
-    std::filesystem::remove(At("int/ref.pvx"));
-    EXPECT_EQ(Merge({}).status, 2);
+    const std::string elsewhere = Write("ref.pvx", "");
+    EXPECT_EQ(RunProgram("pvxhost", {"merge", At("gen/new/tank.pvx"), elsewhere}).err,
+              elsewhere + ": lies in the intermediate folder of no project of \"" + At("pipeline.ini") +
+                  "\"; export the model to such a folder\n");
+    std::filesystem::remove(At("pipeline.ini"));
+    const ProgramResult alone = Merge({});
+    EXPECT_EQ(alone.status, 2);
+    EXPECT_EQ(alone.err, At("int/ref.pvx") + ": lies in no project: there is no pipeline.ini in \"" + At("int") +
+                             "\" or above it\n");
 }
 
 TEST_F(MergeProgram, AFailureTellsItsReason) {
@@ -78,12 +85,12 @@ TEST_F(MergeProgram, AFailureTellsItsReason) {
     EXPECT_EQ(result.out, "Merge: Unable to build the intermediate model (Data Intermediate)!\n");
     EXPECT_THAT(result.err, testing::StartsWith(At("int/bad.pvx") + ": "));
 
-    std::filesystem::remove(At("pipeline.ini"));
+    std::filesystem::remove_all(At("ToolsData"));
     result = Merge({});
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.out, "") << "a start that fails says nothing by itself";
     ASSERT_EQ(Lines(result.err).size(), 1u) << result.err;
-    EXPECT_THAT(result.err, HasSubstr("tank.pvx: the merge failed: PIPELINE -- no pipeline.ini"));
+    EXPECT_THAT(result.err, HasSubstr("tank.pvx: the merge failed: PIPELINE -- Failed to map pipeline alias 'DATA'"));
 }
 
 TEST_F(MergeProgram, ABareTextIsCaughtAndPrinted) {

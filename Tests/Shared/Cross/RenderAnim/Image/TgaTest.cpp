@@ -24,8 +24,9 @@ TEST_F(Tga, RowsAreTakenAsTheyLie) {
 }
 
 TEST_F(Tga, ThreeBytesAreExpandedBehindAnId) {
-    for (const uint16_t width : std::initializer_list<uint16_t>{1, 2, 3, 21}) {
-        const std::unique_ptr<Image> pImage = Read(ReadTga, MakeTga(width, 3, 24, 11));
+    // The last one is more than is read at a time.
+    for (const uint16_t width : std::initializer_list<uint16_t>{1, 2, 3, 21, 4096}) {
+        const std::unique_ptr<Image> pImage = Read(ReadTga, MakeTga(width, 7, 24, 11));
         ASSERT_NE(pImage, nullptr);
         EXPECT_EQ(m_Flags, ImageLoad::Flags_NoAlpha);
         const std::span<const Colour> pixels = ImageCast<Image_RGBA32>(pImage.get())->GetPixels();
