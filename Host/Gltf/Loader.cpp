@@ -38,7 +38,7 @@ void CheckExtensions(const SceneFile& file, const Messages& messages) {
 } // namespace
 
 std::unique_ptr<scene::Scene> Load(const std::string& path, const LoadOptions& options, const WarningSink& warn) {
-    const Messages messages(path.substr(path.find_last_of("/\\:") + 1), warn);
+    const Messages messages(NameOf(path), warn);
     try {
         if (!SetFrameRate(options.fps))
             Fail({}, std::to_string(options.fps) + " frames a second are out of range",

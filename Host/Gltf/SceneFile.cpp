@@ -43,8 +43,6 @@ uint32_t ReadWord(std::span<const std::byte> bytes, size_t offset) {
     return word;
 }
 
-std::string NameOf(const std::string& path) { return Quoted(path.substr(path.find_last_of("/\\:") + 1)); }
-
 [[noreturn]] void FailCut(uint64_t wanted, uint64_t there) {
     FailDamaged({},
                 "the file is cut off: " + std::to_string(there) + " of " + std::to_string(wanted) + " bytes are there");
@@ -62,21 +60,28 @@ void CheckVersion(const Json& root) {
 
 } // namespace
 
+std::string NameOf(std::string path) {
+    while (path.size() > 1 && (path.ends_with('/') || path.ends_with('\\')))
+        path.pop_back();
+    return path.substr(path.find_last_of("/\\:") + 1);
+}
+
 std::shared_ptr<Bytes> ReadFileBytes(const Place& place, const std::string& path, uint64_t longest, size_t extra) {
     if (OSFile::FileAttr(path.c_str()) & OSFile::F_ATTRIBUTE_DIRECTORY)
-        Fail(place, NameOf(path) + " is a folder", "give a file");
+        Fail(place, Quoted(NameOf(path)) + " is a folder", "give a file");
     const OpenFile file(path);
     if (!file.Get())
-        Fail(place, "can't open " + NameOf(path) + " (" + OSFile::LastErrorText() + ")", "check its name and place");
+        Fail(place, "can't open " + Quoted(NameOf(path)) + " (" + OSFile::LastErrorText() + ")",
+             "check its name and place");
     const uint64_t size = std::min(OSFile::GetSize(file.Get()), longest);
     if (size > std::numeric_limits<uint32_t>::max() - extra)
-        Fail(place, NameOf(path) + " is larger than 4 GB", "split the scene");
+        Fail(place, Quoted(NameOf(path)) + " is larger than 4 GB", "split the scene");
     if (size > s_SmallFile)
         OSMemory::HeapExpect(std::min(size, s_LargeFile) * s_Growth);
     auto pBytes = std::make_shared<Bytes>(static_cast<size_t>(size) + extra);
     const auto wanted = static_cast<uint32_t>(size);
     if (OSFile::Read(file.Get(), pBytes->Get().data(), wanted) != wanted)
-        Fail(place, "can't read " + NameOf(path) + " (" + OSFile::LastErrorText() + ")", "check the disk");
+        Fail(place, "can't read " + Quoted(NameOf(path)) + " (" + OSFile::LastErrorText() + ")", "check the disk");
     return pBytes;
 }
 

@@ -62,7 +62,8 @@ TEST_F(GltfFaults, KnownExtensionsMayBeRequired) {
 TEST_F(GltfFaults, MissingFilesAreNamed) {
     EXPECT_THAT(FaultOfFile("gone.glb"), StartsWith("gone.glb: can't open \"gone.glb\""));
     std::filesystem::create_directory(m_Folder / "folder.glb");
-    EXPECT_THAT(FaultOfFile("folder.glb"), HasSubstr("is a folder"));
+    for (const char* pName : {"folder.glb", "folder.glb/"})
+        EXPECT_THAT(FaultOfFile(pName), HasSubstr("\"folder.glb\" is a folder"));
 
     const std::string mesh = TriangleMesh();
     Lists lists{.nodes = "{\"mesh\":0}", .meshes = mesh};
