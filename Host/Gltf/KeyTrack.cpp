@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace gltf {
 
@@ -13,10 +14,11 @@ constexpr double s_StraightFrom = 0.9999999;
 
 // Up to 18 degrees a series gives the sines' ratios to the last digit, in a fraction of the time.
 constexpr double s_SeriesFrom = 0.95;
-constexpr std::array<double, 8> s_SeriesU = {1.0 / 3,  1.0 / 10, 1.0 / 21,  1.0 / 36,
-                                             1.0 / 55, 1.0 / 78, 1.0 / 105, 1.0 / 136};
-constexpr std::array<double, 8> s_SeriesV = {1.0 / 3,  2.0 / 5,  3.0 / 7,  4.0 / 9,
-                                             5.0 / 11, 6.0 / 13, 7.0 / 15, 8.0 / 17};
+constexpr Pair Both(double number) { return Pair{number, number}; }
+constexpr Pair s_SeriesU[] = {Both(1.0 / 3),  Both(1.0 / 10), Both(1.0 / 21),  Both(1.0 / 36),
+                              Both(1.0 / 55), Both(1.0 / 78), Both(1.0 / 105), Both(1.0 / 136)};
+constexpr Pair s_SeriesV[] = {Both(1.0 / 3),  Both(2.0 / 5),  Both(3.0 / 7),  Both(4.0 / 9),
+                              Both(5.0 / 11), Both(6.0 / 13), Both(7.0 / 15), Both(8.0 / 17)};
 
 // Makes sin(share * angle) / sin(angle) of two shares of each angle: in the series each term is the one before it times
 // (v - u * share squared) * (1 - cosine).
@@ -25,7 +27,7 @@ void MakeSineRatios(Pair& shareOfA, Pair& shareOfB, Pair versine) {
     const Pair squaredB = shareOfB * shareOfB;
     Pair sumA = {1.0, 1.0};
     Pair sumB = {1.0, 1.0};
-    for (size_t i = s_SeriesU.size(); i-- > 0;) {
+    for (size_t i = std::size(s_SeriesU); i-- > 0;) {
         sumA = 1.0 + (s_SeriesV[i] - s_SeriesU[i] * squaredA) * versine * sumA;
         sumB = 1.0 + (s_SeriesV[i] - s_SeriesU[i] * squaredB) * versine * sumB;
     }
@@ -125,30 +127,34 @@ KeyValue KeySampler::Bend(const KeyPlace& place) const {
     return result;
 }
 
-// Each value is a sum of the two keys around it, with shares that make the turn even.
-void KeySampler::Turn(std::span<const KeyPlace> places, KeyRun& out) {
-    KeyRun a{};
-    KeyRun b{};
-    Lanes sharesOfA{};
-    Lanes sharesOfB{};
-    Lanes versines{}; // 0 leaves the shares as they are
-    for (size_t i = 0; i < places.size(); ++i) {
-        const double share = places[i].share;
-        MoveTo(places[i]);
-        SetValue(a, i, m_A);
-        SetValue(b, i, m_IsBetween ? m_B : m_A);
-        const bool isWide = m_IsBetween && m_Cosine < s_SeriesFrom;
-        SetLane(sharesOfA, i, isWide ? std::sin((1.0 - share) * m_Angle) / m_Sine : 1.0 - share);
-        SetLane(sharesOfB, i, isWide ? std::sin(share * m_Angle) / m_Sine : share);
-        SetLane(versines, i, m_IsBetween && !isWide && m_Cosine < s_StraightFrom ? 1.0 - m_Cosine : 0.0);
+KeySampler::Blend KeySampler::GetBlend(const KeyPlace& place) {
+    MoveTo(place);
+    Blend blend{.a = m_A, .b = m_A, .shareOfA = 1.0, .shareOfB = 0.0, .versine = 0.0};
+    if (!m_IsBetween)
+        return blend;
+    blend.b = m_B;
+    blend.shareOfA = 1.0 - place.share;
+    blend.shareOfB = place.share;
+    if (m_Cosine < s_SeriesFrom) {
+        blend.shareOfA = std::sin(blend.shareOfA * m_Angle) / m_Sine;
+        blend.shareOfB = std::sin(blend.shareOfB * m_Angle) / m_Sine;
+    } else if (m_Cosine < s_StraightFrom) {
+        blend.versine = 1.0 - m_Cosine;
     }
-    for (size_t i = 0; i < versines.size(); ++i) {
-        Pair shareOfA = sharesOfA[i];
-        Pair shareOfB = sharesOfB[i];
-        if (versines[i][0] != 0.0 || versines[i][1] != 0.0)
-            MakeSineRatios(shareOfA, shareOfB, versines[i]);
+    return blend;
+}
+
+void KeySampler::Turn(std::span<const KeyPlace> places, KeyRun& out) {
+    for (size_t i = 0; i < places.size(); i += 2) {
+        const Blend first = GetBlend(places[i]);
+        const Blend second = i + 1 < places.size() ? GetBlend(places[i + 1]) : first;
+        Pair shareOfA = {first.shareOfA, second.shareOfA};
+        Pair shareOfB = {first.shareOfB, second.shareOfB};
+        if (first.versine > 0.0 || second.versine > 0.0)
+            MakeSineRatios(shareOfA, shareOfB, Pair{first.versine, second.versine});
         for (size_t number = 0; number < out.size(); ++number)
-            out[number][i] = shareOfA * a[number][i] + shareOfB * b[number][i];
+            out[number][i / 2] =
+                shareOfA * Pair{first.a[number], second.a[number]} + shareOfB * Pair{first.b[number], second.b[number]};
     }
 }
 

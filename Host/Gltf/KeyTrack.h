@@ -49,6 +49,14 @@ private:
 
     KeyValue Interpolate(const KeyPlace& place) const;
     KeyValue Bend(const KeyPlace& place) const;
+
+    // A rotation as a sum of the two keys around it, with shares that make the turn even.
+    struct Blend {
+        KeyValue a, b;
+        double shareOfA, shareOfB;
+        double versine; // of the angle between them; 0: the shares are what they have to be
+    };
+    Blend GetBlend(const KeyPlace& place);
     void Turn(std::span<const KeyPlace> places, KeyRun& out);
 
     KeyTrack m_Track;

@@ -14,6 +14,16 @@ const Affine s_Origin = IdentityAffine();
 
 } // namespace
 
+inline bool Evaluator::MoveTo(Scene& scene, const Node& node, TimeValue t) {
+    if (!m_Valid)
+        Prepare(scene.GetRoot());
+    if (node.m_Moving < 0)
+        return false;
+    if (m_Last >= m_RunLength || m_Times[m_Last] != t)
+        FindTime(scene, t);
+    return true;
+}
+
 const Affine& Evaluator::GetWorld(Scene& scene, const Node& node, TimeValue t) {
     if (!MoveTo(scene, node, t))
         return node.m_World;
@@ -24,16 +34,6 @@ Matrix3 Evaluator::GetMatrix(Scene& scene, const Node& node, TimeValue t) {
     if (!MoveTo(scene, node, t))
         return ToMatrix3(node.m_World);
     return m_Matrices[m_Last * m_Moving.size() + static_cast<size_t>(node.m_Moving)];
-}
-
-bool Evaluator::MoveTo(Scene& scene, const Node& node, TimeValue t) {
-    if (!m_Valid)
-        Prepare(scene.GetRoot());
-    if (node.m_Moving < 0)
-        return false;
-    if (m_Last >= m_RunLength || m_Times[m_Last] != t)
-        FindTime(scene, t);
-    return true;
 }
 
 void Evaluator::FindTime(Scene& scene, TimeValue t) {

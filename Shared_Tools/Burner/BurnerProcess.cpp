@@ -102,11 +102,11 @@ bool BurnerProcess::CopyModule(const std::string& source, const std::string& hos
         return false;
     }
     OSFile::SetWritable(m_modulePath.c_str(), true);
-    dbAssert((OSFile::FileAttr(m_modulePath.c_str()) & OSFile::F_ATTRIBUTE_FILE) != 0);
     return true;
 }
 
 bool BurnerProcess::Spawn(const std::string& hostFolder) {
+    dbAssertText(IsFile(m_modulePath), "( OSFile::FileAttr( m_modulePath.c_str() ) & OSFile::F_ATTRIBUTE_FILE ) != 0");
     ChildProcess::Settings settings;
     settings.program = m_modulePath;
     settings.workingFolder = hostFolder;

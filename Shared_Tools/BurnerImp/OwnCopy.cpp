@@ -36,8 +36,11 @@ bool OwnCopy::WaitForEndOfHost() const {
 
 void OwnCopy::DeleteIfHostIsGone(bool mayBeLast) const {
     const bool isGone = mayBeLast ? WaitForEndOfHost() : Process::GetParentId() != m_Host;
-    if (!isGone)
-        return;
+    if (isGone)
+        Delete();
+}
+
+void OwnCopy::Delete() {
     const std::string path = Process::GetExecutablePath();
     if (IsCopyName(std::string_view(path).substr(path.rfind('/') + 1)))
         OSFile::Delete(OSFile::FromNative(path).c_str());

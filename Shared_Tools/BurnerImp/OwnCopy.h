@@ -12,6 +12,10 @@ public:
     // As long as they are there, the name may be another host's as soon as they have deleted it, so it isn't touched.
     // `mayBeLast` when the pipe was lost, which a host that ends closes a moment before it is gone.
     void DeleteIfHostIsGone(bool mayBeLast) const;
+    // The same without a look at who the tools are: for a program that found no pipe in all its time, which the tools
+    // offer before they start it. They may have been gone before it could know them. A copy that they have deleted has
+    // no name any more, so another host's copy is safe.
+    static void Delete();
 
 private:
     bool WaitForEndOfHost() const;

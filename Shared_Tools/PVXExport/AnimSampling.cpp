@@ -62,12 +62,16 @@ public:
             anim.SetBoneName(index, ra::Name(bones[bone].name.c_str()));
             anim.SetBoneAnimated(index, bones[bone].visible);
             m_Streams.push_back(anim.MakeMatrixStream(index, static_cast<uint32_t>(frameCount)));
+            if (bones[bone].pNode->GetTarget())
+                m_BonesWithTarget.push_back(bone);
         }
         LieInLargePages();
     }
 
     // Frame after frame, and `Flush` at the end.
     void Sample(const AnimFrame& frame) {
+        MatrixKey* pKeys = m_Block.data() + m_InBlock * m_Bones.size();
+        const float time = std::clamp(frame.time, 0.0f, 1.0f);
         ModelTransform::FourMatrices matrices = {};
         for (size_t first = 0; first < m_Bones.size(); first += matrices.size()) {
             const size_t count = std::min(matrices.size(), m_Bones.size() - first);
@@ -75,14 +79,17 @@ public:
                 matrices[i] = m_Bones[first + i].pNode->GetNodeTM(frame.tick);
             ModelTransform::FromHost(matrices);
             for (size_t i = 0; i < count; ++i)
-                StoreKey(first + i, frame, matrices[i]);
+                pKeys[first + i] = {time, matrices[i]};
         }
+        for (const size_t bone : m_BonesWithTarget)
+            pKeys[bone].value = LookAtTarget(pKeys[bone].value, *m_Bones[bone].pNode, frame.tick);
         if (++m_InBlock == s_FramesInBlock)
             Flush();
     }
     void Flush() {
         for (size_t bone = 0; bone < m_Streams.size(); ++bone)
-            std::copy_n(m_Block.data() + bone * s_FramesInBlock, m_InBlock, m_Streams[bone].data() + m_Done);
+            for (size_t frame = 0; frame < m_InBlock; ++frame)
+                m_Streams[bone][m_Done + frame] = m_Block[frame * m_Streams.size() + bone];
         m_Done += std::exchange(m_InBlock, 0);
     }
 
@@ -98,15 +105,10 @@ private:
             OSMemory::UseLargePages(first.data(), size);
     }
 
-    void StoreKey(size_t bone, const AnimFrame& frame, const glm::mat4x3& m) {
-        INode& node = *m_Bones[bone].pNode;
-        m_Block[bone * s_FramesInBlock + m_InBlock] = {std::clamp(frame.time, 0.0f, 1.0f),
-                                                       node.GetTarget() ? LookAtTarget(m, node, frame.tick) : m};
-    }
-
     const BoneNodes& m_Bones;
     std::vector<std::span<MatrixKey>> m_Streams;
-    std::vector<MatrixKey> m_Block; // bone by bone
+    std::vector<size_t> m_BonesWithTarget;
+    std::vector<MatrixKey> m_Block; // frame by frame
     size_t m_InBlock = 0;
     size_t m_Done = 0;
 };

@@ -17,6 +17,9 @@ int main(int argc, char** argv) {
         std::any_of(argv, argv + argc, [](const char* pWord) { return std::strcmp(pWord, "--break-on-assert") == 0; });
     dbSetThrowOnAssert(!breaks);
     const BurnStatus status = RunBurnSession();
-    ownCopy.DeleteIfHostIsGone(status != Burn_Done);
+    if (status == Burn_NoServer)
+        OwnCopy::Delete();
+    else
+        ownCopy.DeleteIfHostIsGone(status == Burn_Failed);
     return status;
 }
