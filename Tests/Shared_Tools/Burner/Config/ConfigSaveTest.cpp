@@ -89,19 +89,14 @@ TEST_F(ConfigSaveTest, AScriptWithoutDifferencesGoesAway) {
     saveAsParent();
     EXPECT_EQ(m_Server.GetOpened(s_Script), "");
 
-    m_Server.Submit(s_Script, Override("{ 'useDXTC', '1' }")); // in the depot
-    saveAsParent();
-    EXPECT_EQ(m_Server.GetOpened(s_Script), In("delete"));
-}
-
-TEST_F(ConfigSaveTest, AnEditedScriptIsRevertedAndDeleted) {
-    m_Server.Submit(s_Script, Override("{ 'useDXTC', '1' }"));
-    m_Control.Edit(Path(s_Script).c_str(), m_Change);
-    ASSERT_TRUE(Load());
-    Set("useDXTC", "0");
-    ASSERT_TRUE(Save());
-    EXPECT_EQ(m_Server.GetOpened(s_Script), In("delete"));
-    EXPECT_FALSE(m_Server.Has(s_Script));
+    for (const bool edited : {false, true}) { // in the depot, and opened for edit
+        m_Control.RevertFile(Path(s_Script).c_str(), m_Change, false);
+        m_Server.Submit(s_Script, Override("{ 'useDXTC', '1' }"));
+        if (edited)
+            m_Control.Edit(Path(s_Script).c_str(), m_Change);
+        saveAsParent();
+        EXPECT_EQ(m_Server.GetOpened(s_Script), In("delete")) << edited;
+    }
 }
 
 TEST_F(ConfigSaveTest, WhatTheServerRefusesLeavesTheScript) {

@@ -1,8 +1,8 @@
 #include "Host/Sdk/Listener.h"
-#include "Host/Sdk/Primitive.h"
 #include "Shared/Cross/Pipeline/Pipeline.h"
 #include "Tests/Shared/Cross/Debug/ReportCapture.h"
 #include "Tests/Shared_Tools/Burner/BurnerFolder.h"
+#include "Tests/Shared_Tools/PVXExport/Commands/CallCommand.h"
 
 #include <chrono>
 #include <stdexcept>
@@ -26,12 +26,6 @@ protected:
     void puts(const char* pText) override {
         m_Text += pText;
         m_LastText = std::chrono::steady_clock::now();
-    }
-    static Value Call(const char* pCommand, const std::vector<Value>& arguments) {
-        const Primitive* pPrimitive = Primitive::Find(pCommand);
-        if (!pPrimitive)
-            throw std::runtime_error("not registered");
-        return pPrimitive->Apply(arguments);
     }
     Value Burn(const std::string& steps = "exit 0") {
         BurnerFolder::Play(steps);

@@ -1,13 +1,7 @@
-#include "Host/Sdk/Primitive.h"
+#include "Tests/Shared_Tools/PVXExport/Commands/CallCommand.h"
 #include "Tests/Shared_Tools/PVXExport/Merge/MergeFixture.h"
 
 namespace {
-
-Value Call(const char* pCommand, const std::vector<Value>& arguments) {
-    const Primitive* const pPrimitive = Primitive::Find(pCommand);
-    EXPECT_TRUE(pPrimitive) << pCommand;
-    return pPrimitive ? pPrimitive->Apply(arguments) : Value();
-}
 
 class MergeCommands : public MergeFixture {
 protected:

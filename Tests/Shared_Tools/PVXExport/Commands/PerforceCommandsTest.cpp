@@ -1,7 +1,7 @@
 #include "Host/Sdk/Listener.h"
-#include "Host/Sdk/Primitive.h"
 #include "Tests/Shared/Cross/Debug/ReportCapture.h"
 #include "Tests/Shared/Cross/RevControlAPI/P4Server.h"
+#include "Tests/Shared_Tools/PVXExport/Commands/CallCommand.h"
 
 #include <stdexcept>
 
@@ -18,12 +18,6 @@ protected:
     ~PerforceCommands() override { thread_locals().current_stdout = nullptr; }
 
     void puts(const char* pText) override { m_Text += pText; }
-    static Value Call(const char* pCommand, const std::vector<Value>& arguments) {
-        const Primitive* pPrimitive = Primitive::Find(pCommand);
-        if (!pPrimitive)
-            throw std::runtime_error("not registered");
-        return pPrimitive->Apply(arguments);
-    }
     Value Open(const std::string& name) { return Call("ombl_p4_openoradd", {Value(m_Server.Path(name))}); }
     void ExpectFailure(const std::vector<Value>& arguments, const std::string& text) {
         m_Text.clear();

@@ -1,5 +1,5 @@
-#include "Host/Sdk/Primitive.h"
 #include "Tests/Shared/Cross/Pipeline/ProjectTree.h"
+#include "Tests/Shared_Tools/PVXExport/Commands/CallCommand.h"
 
 namespace {
 
@@ -9,12 +9,6 @@ constexpr const char* s_Final = "ombl_pipeline_sourcetofinal";
 
 class PipelineCommands : public ProjectTree {
 protected:
-    static Value Call(const char* pCommand, const std::vector<Value>& arguments) {
-        const Primitive* pPrimitive = Primitive::Find(pCommand);
-        if (!pPrimitive)
-            throw std::runtime_error("not registered");
-        return pPrimitive->Apply(arguments);
-    }
     static Value Map(const char* pCommand, const std::string& path) { return Call(pCommand, {Value(path)}); }
     static std::string ErrorOf(const char* pCommand, const std::vector<Value>& arguments) {
         try {
