@@ -119,11 +119,9 @@ TEST_F(ChangelistTest, Patterns) {
     const struct {
         const char* pText;
         int32_t number; // 0 for none
-    } opened[] = {
-        {"//depot/x#1 - edit change 12 (text)", 12}, {"//depot/a change 3/x#1 - edit change 12 (text)", 12},
-        {"//depot/x#1 - edit change (text)", 0},     {"//depot/x#1 - edit change 99999999999 (text)", 0},
-        {"//depot/x#1 - edit xchange 12", 0},        {"", 0},
-    };
+    } opened[] = {{"//depot/x#1 - edit change 12 (text)", 12}, {"//depot/a change 3/x#1 - edit change 12 (text)", 12},
+                  {"//depot/x#1 - edit change (text)", 0},     {"//depot/x#1 - edit change 99999999999 (text)", 0},
+                  {"//depot/x#1 - edit xchange 12", 0},        {"", 0}};
     for (const auto& [pText, number] : opened) {
         int32_t found = 0;
         EXPECT_EQ(ChangelistPatterns::ReadOpened(pText, found), number != 0) << pText;

@@ -66,16 +66,6 @@ TEST_F(RevControlP4Test, OnlyTheFirstLineIsJudged) {
     EXPECT_FALSE(m_Control.Edit(Name("x"), 0));
 }
 
-TEST_F(RevControlP4Test, ABranchIsEditedAsAnAdd) {
-    m_Server.Submit("a.pvx", "a");
-    const int change = m_Server.MakeChange("Mine");
-    ASSERT_TRUE(m_Control.Integrate(Name("a.pvx"), Name("b.pvx"), change));
-    EXPECT_THAT(m_Server.TakeCommands(), ElementsAre("integrate -c 1 a.pvx b.pvx"));
-    EXPECT_EQ(m_Control.GetFileStatus(Name("b.pvx")), Api::Status_Add);
-    EXPECT_TRUE(m_Control.Edit(Name("b.pvx"), change)); // "reopened for add"
-    EXPECT_EQ(m_Server.GetOpened("b.pvx"), "add 1");
-}
-
 TEST_F(RevControlP4Test, RenameIsABranchAndADelete) {
     m_Server.Submit("a.pvx", "a");
     m_Server.Submit("open.pvx", "o");
@@ -83,6 +73,8 @@ TEST_F(RevControlP4Test, RenameIsABranchAndADelete) {
     EXPECT_TRUE(m_Control.Rename(Name("a.pvx"), Name("b.pvx"), change));
     EXPECT_EQ(m_Server.GetOpened("a.pvx"), "delete 1");
     EXPECT_EQ(m_Server.GetOpened("b.pvx"), "branch 1");
+    EXPECT_TRUE(m_Control.Edit(Name("b.pvx"), change)); // "reopened for add"
+    EXPECT_EQ(m_Server.GetOpened("b.pvx"), "add 1");
 
     ExpectFailure(m_Control.Rename(Name("none"), Name("c.pvx"), change),
                   "Failed to integrate file: " + Quote("none") + " to: " + Quote("c.pvx") + " during rename operation");
@@ -107,6 +99,14 @@ TEST_F(RevControlP4Test, RevertsOfEachKind) {
                 m_Control.Integrate(Name("source"), Name("branched"), change) && m_Control.Add(Name("added"), 0) &&
                 m_Control.Edit(Name("changed"), 0));
     m_Server.Write("changed", "new");
+    EXPECT_TRUE(m_Control.IsOpenedIn(Name("changed"), 0));
+    EXPECT_FALSE(m_Control.IsOpenedIn(Name("changed"), change));
+    int32_t number = 77;
+    EXPECT_TRUE(m_Control.GetOpenedChangelist(Name("changed"), number));
+    EXPECT_EQ(number, 0);
+    EXPECT_TRUE(m_Control.GetOpenedChangelist(Name("edited"), number));
+    EXPECT_EQ(number, change);
+    EXPECT_FALSE(m_Control.GetOpenedChangelist(Name("none"), number));
     m_Server.TakeCommands();
     EXPECT_FALSE(m_Control.RevertFile(Name("changed"), 0, true)); // isn't unchanged
     EXPECT_TRUE(m_Control.RevertFile(Name("edited"), change, true));
@@ -209,34 +209,12 @@ TEST_F(RevControlP4Test, AFailedSyncTellsTheServersWords) {
     EXPECT_EQ(m_Control.Sync(Name("a"), false), Api::Sync_Updated);
 }
 
-TEST_F(RevControlP4Test, OpenedIn) {
-    m_Server.Submit("a", "a");
-    m_Server.Submit("b", "b");
-    const int change = m_Server.MakeChange("Mine");
-    ASSERT_TRUE(m_Control.Edit(Name("a"), 0) && m_Control.Edit(Name("b"), change));
-    m_Server.TakeCommands();
-    EXPECT_TRUE(m_Control.IsOpenedIn(Name("a"), 0));
-    EXPECT_FALSE(m_Control.IsOpenedIn(Name("a"), change));
-    EXPECT_TRUE(m_Control.IsOpenedIn(Name("b"), change));
-    EXPECT_THAT(m_Server.TakeCommands(), ElementsAre("opened -c default a", "opened -c 1 a", "opened -c 1 b"));
-    int32_t number = 77;
-    EXPECT_TRUE(m_Control.GetOpenedChangelist(Name("a"), number));
-    EXPECT_EQ(number, 0);
-    EXPECT_TRUE(m_Control.GetOpenedChangelist(Name("b"), number));
-    EXPECT_EQ(number, change);
-    EXPECT_FALSE(m_Control.GetOpenedChangelist(Name("none"), number));
-    EXPECT_THAT(m_Server.TakeCommands(), ElementsAre("opened a", "opened b", "opened none"));
-}
-
 class OpenOrAddTest : public P4Fixture {};
 
-TEST_F(OpenOrAddTest, ANewFileTakesOneCommand) {
+TEST_F(OpenOrAddTest, AnOldFileIsEdited) {
     m_Server.Write("new", "n");
     EXPECT_EQ(m_Control.OpenOrAdd(Name("new"), 0), Api::Open_Opened);
     EXPECT_THAT(m_Server.TakeCommands(), ElementsAre("add new"));
-}
-
-TEST_F(OpenOrAddTest, AnOldFileIsEdited) {
     m_Server.Submit("old", "o");
     const int change = m_Server.MakeChange("Mine");
     EXPECT_EQ(m_Control.OpenOrAdd(Name("old"), change), Api::Open_Opened);
