@@ -24,12 +24,3 @@ TEST(Process, TheEnvironmentMovesTheSettings) {
     EXPECT_EQ(Process::GetConfigFolder(), "/etc/pvx/");
     unsetenv("PVX_CONFIG");
 }
-
-TEST(Process, KnowsItsMachine) {
-    const Process::System system = Process::GetSystem();
-    EXPECT_EQ(system.name, "Linux");
-    EXPECT_GT(system.major, 0);
-    EXPECT_GT(system.memoryMB, 0u);
-    EXPECT_GT(system.processors, 0);
-    EXPECT_FALSE(Process::GetUserName().empty());
-}

@@ -41,11 +41,9 @@ constexpr uint32_t s_Plain = OSFile::F_ATTRIBUTE_READABLE | OSFile::F_ATTRIBUTE_
 TEST_F(OSFileTest, TranslatesThereAndBack) {
     const struct {
         const char *pPath, *pNative;
-    } cases[] = {
-        {"Z:\\", "/"},           {"z:/", "/"},           {"Z:\\a b\\c.x", "/a b/c.x"}, {"Z:/a\\b/", "/a/b"},
-        {"Z:\\a\\.\\b", "/a/b"}, {"Z:\\a\\..\\b", "/b"}, {"Z:\\..\\..\\a", "/a"},      {"\\a", "/a"},
-        {"Z:\\a\\\\b", "/a/b"},
-    };
+    } cases[] = {{"Z:\\", "/"},           {"z:/", "/"},           {"Z:\\a b\\c.x", "/a b/c.x"}, {"Z:/a\\b/", "/a/b"},
+                 {"Z:\\a\\.\\b", "/a/b"}, {"Z:\\a\\..\\b", "/b"}, {"Z:\\..\\..\\a", "/a"},      {"\\a", "/a"},
+                 {"Z:\\a\\\\b", "/a/b"}};
     for (const auto& [pPath, pNative] : cases)
         EXPECT_EQ(OSFile::ToNative(pPath), pNative) << pPath;
     for (const char* pPath : {"C:\\x", "\\\\server\\share\\x", "TOOL:Z:\\x", "Z:\\a:b", "TOOL:x"})

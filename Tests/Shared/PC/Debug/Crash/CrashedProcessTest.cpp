@@ -114,25 +114,23 @@ TEST(CrashedProcess, ADamagedRecordIsMended) {
 }
 
 TEST(ExceptionName, FollowsSignalAndCode) {
-    const std::tuple<int, int, const char*> names[] = {
-        {SIGSEGV, SEGV_MAPERR, "an Access Violation"},
-        {SIGBUS, BUS_ADRALN, "a Datatype Misalignment"},
-        {SIGBUS, BUS_ADRERR, "an In Page Error"},
-        {SIGILL, ILL_ILLOPN, "an Illegal Instruction"},
-        {SIGILL, ILL_PRVOPC, "a Privileged Instruction"},
-        {SIGFPE, FPE_INTDIV, "an Integer Divide by Zero"},
-        {SIGFPE, FPE_FLTDIV, "a Float Divide by Zero"},
-        {SIGFPE, FPE_FLTOVF, "a Float Overflow"},
-        {SIGFPE, FPE_FLTUND, "a Float Underflow"},
-        {SIGFPE, FPE_FLTRES, "a Float Inexact Result"},
-        {SIGFPE, FPE_FLTINV, "a Float Invalid Operation"},
-        {SIGFPE, SI_TKILL, "Unknown exception type"},
-        {SIGTRAP, SI_KERNEL, "a Breakpoint"},
-        {SIGABRT, SI_TKILL, "a Noncontinuable Exception"},
-        {SIGFPE, FPE_FLTSUB, "a Array Bounds Exceeded"},
-        {SIGFPE, FPE_INTOVF, "an Integer Overflow"},
-        {SIGUSR1, SI_TKILL, "Unknown exception type"},
-    };
+    const std::tuple<int, int, const char*> names[] = {{SIGSEGV, SEGV_MAPERR, "an Access Violation"},
+                                                       {SIGBUS, BUS_ADRALN, "a Datatype Misalignment"},
+                                                       {SIGBUS, BUS_ADRERR, "an In Page Error"},
+                                                       {SIGILL, ILL_ILLOPN, "an Illegal Instruction"},
+                                                       {SIGILL, ILL_PRVOPC, "a Privileged Instruction"},
+                                                       {SIGFPE, FPE_INTDIV, "an Integer Divide by Zero"},
+                                                       {SIGFPE, FPE_FLTDIV, "a Float Divide by Zero"},
+                                                       {SIGFPE, FPE_FLTOVF, "a Float Overflow"},
+                                                       {SIGFPE, FPE_FLTUND, "a Float Underflow"},
+                                                       {SIGFPE, FPE_FLTRES, "a Float Inexact Result"},
+                                                       {SIGFPE, FPE_FLTINV, "a Float Invalid Operation"},
+                                                       {SIGFPE, SI_TKILL, "Unknown exception type"},
+                                                       {SIGTRAP, SI_KERNEL, "a Breakpoint"},
+                                                       {SIGABRT, SI_TKILL, "a Noncontinuable Exception"},
+                                                       {SIGFPE, FPE_FLTSUB, "a Array Bounds Exceeded"},
+                                                       {SIGFPE, FPE_INTOVF, "an Integer Overflow"},
+                                                       {SIGUSR1, SI_TKILL, "Unknown exception type"}};
     for (const auto& [signal, code, pName] : names)
         EXPECT_STREQ(GetExceptionName(MakeProcess(signal, code)), pName);
     EXPECT_STREQ(GetExceptionName(MakeProcess(SIGABRT, SI_TKILL, 0, true)), "a C++ Exception");

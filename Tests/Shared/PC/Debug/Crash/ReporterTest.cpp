@@ -42,14 +42,12 @@ TEST(Reporter, CommandLineWithAllThereIs) {
 }
 
 TEST(Reporter, WordsOfACommandLine) {
-    const std::pair<const char*, Words> lines[] = {
-        {"", {}},
-        {"  one   two ", {"one", "two"}},
-        {R"("one two" three)", {"one two", "three"}},
-        {R"(-t "say \"no\"" "")", {"-t", R"(say "no")", ""}},
-        {R"(Z:\art\x.pvx "a\b")", {R"(Z:\art\x.pvx)", R"(a\b)"}},
-        {R"(open"ed here)", {"opened here"}},
-    };
+    const std::pair<const char*, Words> lines[] = {{"", {}},
+                                                   {"  one   two ", {"one", "two"}},
+                                                   {R"("one two" three)", {"one two", "three"}},
+                                                   {R"(-t "say \"no\"" "")", {"-t", R"(say "no")", ""}},
+                                                   {R"(Z:\art\x.pvx "a\b")", {R"(Z:\art\x.pvx)", R"(a\b)"}},
+                                                   {R"(open"ed here)", {"opened here"}}};
     for (const auto& [pLine, words] : lines)
         EXPECT_EQ(SplitCommandLine(pLine), words) << pLine;
 }
@@ -75,9 +73,4 @@ TEST(Reporter, ConfigurationIsTheNearestOne) {
         EXPECT_EQ(FindReporterConfig(settings, program), (folder / pPlace).string());
     }
     std::filesystem::remove_all(folder);
-}
-
-TEST(Reporter, WhatIsntThereIsntStarted) {
-    EXPECT_FALSE(StartDetached({}));
-    EXPECT_FALSE(StartDetached({"/none/BugReport.exe"}));
 }
