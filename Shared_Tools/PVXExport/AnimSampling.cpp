@@ -1,7 +1,6 @@
 #include "Shared_Tools/PVXExport/AnimSampling.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <memory>
 #include <span>
 #include <utility>
@@ -29,7 +28,8 @@ namespace {
 // keys wait until there are some frames of them: a stream of keys lies far from the next bone's.
 constexpr size_t s_FramesInBlock = 8;
 
-constexpr size_t s_GapOfStreams = 4096; // between one stream's keys and the next one's, where nothing else lies there
+// Of keys: from there on it counts that the system would give the streams' pages one by one.
+constexpr size_t s_ManyBytes = 0x100000;
 
 glm::vec3 GetTargetPosition(INode& node, TimeValue t) {
     Matrix3 target = IdentityMatrix();
@@ -56,6 +56,8 @@ class BoneSampler {
 public:
     BoneSampler(const BoneNodes& bones, size_t frameCount, AnimInterm& anim)
         : m_Bones(bones), m_Block(bones.size() * s_FramesInBlock) {
+        if (const size_t bytes = bones.size() * frameCount * sizeof(MatrixKey); bytes > s_ManyBytes)
+            OSMemory::HeapExpect(bytes);
         m_Streams.reserve(bones.size());
         for (size_t bone = 0; bone < bones.size(); ++bone) {
             const auto index = static_cast<int32_t>(bone);
@@ -65,7 +67,6 @@ public:
             if (bones[bone].pNode->GetTarget())
                 m_BonesWithTarget.push_back(bone);
         }
-        LieInLargePages();
     }
 
     // Frame after frame, and `Flush` at the end.
@@ -94,17 +95,6 @@ public:
     }
 
 private:
-    // All streams together, which mostly lie side by side: a stream alone has room for none.
-    void LieInLargePages() {
-        if (m_Streams.empty() || m_Streams.front().empty())
-            return;
-        const auto [first, last] = std::ranges::minmax(m_Streams, {}, [](const auto& keys) { return keys.data(); });
-        const auto size = static_cast<size_t>(reinterpret_cast<std::byte*>(last.data() + last.size()) -
-                                              reinterpret_cast<std::byte*>(first.data()));
-        if (size <= m_Streams.size() * (first.size_bytes() + s_GapOfStreams))
-            OSMemory::UseLargePages(first.data(), size);
-    }
-
     const BoneNodes& m_Bones;
     std::vector<std::span<MatrixKey>> m_Streams;
     std::vector<size_t> m_BonesWithTarget;
@@ -195,6 +185,9 @@ void Sample(const ExportScene& scene, const ExportContext& context, const Interf
         return;
     const std::vector<AnimFrame> all = GetFrameRange(host);
     const std::span<const AnimFrame> frames(all.data(), std::min<size_t>(all.size(), MatrixStream::MaxKeyCount));
+    if (frames.size() < all.size())
+        dbWarningf("Animation has exceeded %d key frames. Failing addition.",
+                   static_cast<int>(MatrixStream::MaxKeyCount));
 
     const uint32_t boneCount = model.GetSkeleton()->GetBoneCount();
     auto pAnimNode = std::make_unique<AnimListNode>(boneCount, model.GetCameraCount());

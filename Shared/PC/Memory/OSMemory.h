@@ -33,10 +33,6 @@ bool OpenPages(void* pPages, size_t size);
 bool ClosePages(void* pPages, size_t size);
 void ReleasePages(void* pPages, size_t size);
 
-// Puts a range that is about to be filled into large pages where the system has them, whatever it holds so far: it
-// comes in a few steps then, and not page by page. Nothing but the time that it takes changes.
-void UseLargePages(void* pStart, size_t size);
-
 // The caller's return addresses, innermost first, without the first `skip`; answers how many.
 uint32_t CaptureStack(const void** ppAddresses, uint32_t room, uint32_t skip);
 

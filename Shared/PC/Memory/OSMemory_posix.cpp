@@ -34,9 +34,6 @@ namespace {
 
 constexpr size_t s_ChunkBatch = 16; // 1 MB a system call
 
-constexpr size_t s_LargePageSize = 0x200000;
-constexpr int s_Collapse = 25; // MADV_COLLAPSE, which is younger than the C library
-
 struct FreeChunkLink {
     FreeChunkLink* pNext;
 };
@@ -170,13 +167,6 @@ bool OpenPages(void* pPages, size_t size) { return mprotect(pPages, size, PROT_R
 bool ClosePages(void* pPages, size_t size) { return mprotect(pPages, size, PROT_NONE) == 0; }
 
 void ReleasePages(void* pPages, size_t size) { munmap(pPages, size); }
-
-void UseLargePages(void* pStart, size_t size) {
-    if (size < 2 * s_LargePageSize) // there may be no whole one in it, and asking costs more than a few pages
-        return;
-    const size_t lead = reinterpret_cast<uintptr_t>(pStart) % s_PageSize;
-    madvise(static_cast<char*>(pStart) - lead, lead + size, s_Collapse);
-}
 
 uint32_t CaptureStack(const void** ppAddresses, uint32_t room, uint32_t skip) {
     Walk walk = {ppAddresses, room, skip + 1, 0};
