@@ -20,6 +20,7 @@ public:
 
     using FinalModelFixture::Forget;
     using FinalModelFixture::MakeModel;
+    using FinalModelFixture::MakeMoved;
 
     // What models stand on, for the whole program.
     static void StartServices() {
@@ -35,13 +36,6 @@ public:
             std::abort();
     }
 
-    // With a motion side, and an animation of another model for it.
-    static std::unique_ptr<RenderModel> MakeMoved() {
-        std::unique_ptr<RenderModel> pModel = MakeModel();
-        pModel->GetAnimList()->GetNode(1)->SetXRefModel(ra::Name("art/other"));
-        AddMotionSide(*pModel);
-        return pModel;
-    }
     // The model that motion files are read into: of two animations the file's own one is missing.
     template <class List>
     static std::unique_ptr<RenderModel> MakeBare() {

@@ -12,21 +12,13 @@
 
 // What a motion file holds, or a motion list, an action tree or an event in a file of its own; with all references,
 // wherever they lead.
-struct MotionContent {
+struct MotionContent : ra::MotionLists {
     const char* pKind = ""; // in words
     uint32_t version = 0;
     DataLevel level = DataLevel::Generic;
     std::vector<AnimationContent> animations;
-    ra::EventList events;
-    ra::ClauseList clauses;
-    ra::ConditionList conditions;
-    ra::ModifierList modifiers;
-    ra::MotionList motions;
-    ra::ActionTree actions;
     std::optional<SelectionInfo> selection;
     UndecodedChunks undecoded;
-
-    ra::MotionParts GetParts() { return {events, clauses, conditions, modifiers, motions, actions}; }
 };
 
 // The next chunk is the folder at the top of such a file, which `top` describes, or an "EVNT".

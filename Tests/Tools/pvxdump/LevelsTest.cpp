@@ -25,20 +25,6 @@ protected:
     static json PrintJson(const std::string& bytes) {
         return json::parse(Print(bytes, {.json = true, .vertices = true, .keys = true}));
     }
-    static std::unique_ptr<RenderModel> MakeFullModel() {
-        std::unique_ptr<RenderModel> pModel = MakeModel();
-        pModel->GetAnimList()->GetNode(1)->SetXRefModel(ra::Name("art/other"));
-        MotionSide side;
-        side.AddSamples();
-        const ra::MotionParts parts = pModel->GetMotionParts();
-        parts.events = std::move(side.events);
-        parts.clauses = std::move(side.clauses);
-        parts.conditions = std::move(side.conditions);
-        parts.modifiers = std::move(side.modifiers);
-        parts.motions = std::move(side.motions);
-        parts.actions = std::move(side.actions);
-        return pModel;
-    }
     template <class WriteFile>
     static std::string Bytes(WriteFile write) {
         const auto pStream = MakeWriteStream();
@@ -54,7 +40,7 @@ protected:
 };
 
 TEST_F(DumpLevels, AModelsLevelIsToldByItsChunks) {
-    const std::unique_ptr<RenderModel> pModel = MakeFullModel();
+    const std::unique_ptr<RenderModel> pModel = MakeMoved();
     for (const bool isFinal : {false, true}) {
         const std::string bytes = isFinal ? Write(*pModel) : WriteGeneric(*pModel);
         const std::string text = Print(bytes);
@@ -78,7 +64,7 @@ TEST_F(DumpLevels, AModelsLevelIsToldByItsChunks) {
 }
 
 TEST_F(DumpLevels, AFinalMeshHasItsLowLevelToo) {
-    const std::string bytes = Write(*MakeFullModel());
+    const std::string bytes = Write(*MakeMoved());
     EXPECT_THAT(Print(bytes), HasSubstr("  low level         4          1  position texcoord"));
     const json low = PrintJson(bytes)["meshes"][0]["lowLevel"];
     EXPECT_EQ(low["vertexCount"], 4);
@@ -88,7 +74,7 @@ TEST_F(DumpLevels, AFinalMeshHasItsLowLevelToo) {
 }
 
 TEST_F(DumpLevels, MotionFilesAreTold) {
-    const std::unique_ptr<RenderModel> pModel = MakeFullModel();
+    const std::unique_ptr<RenderModel> pModel = MakeMoved();
     for (const bool isFinal : {false, true}) {
         const std::string bytes = isFinal ? WriteMotion(*pModel) : WriteGenericMotion(*pModel);
         const std::string text = Print(bytes);
@@ -139,7 +125,7 @@ TEST_F(DumpLevels, SmallFilesAreToldByTheirTops) {
 }
 
 TEST_F(DumpLevels, AnyDamageEndsInTextOrAnException) {
-    const std::unique_ptr<RenderModel> pModel = MakeFullModel();
+    const std::unique_ptr<RenderModel> pModel = MakeMoved();
     std::mt19937 random(43);
     for (const std::string& bytes :
          {Write(*pModel), WriteGeneric(*pModel), WriteMotion(*pModel), WriteGenericMotion(*pModel)})

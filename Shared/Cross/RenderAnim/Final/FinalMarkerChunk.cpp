@@ -22,53 +22,53 @@ namespace ra {
 
 namespace {
 
-constexpr uint32_t s_MarkersVersion = 1;
-constexpr uint32_t s_CamerasVersion = 1;
-constexpr size_t s_MarkerMinBytes = 56; // two empty names and a matrix
-constexpr size_t s_CameraMinBytes = 56; // an empty name and 13 floats
+constexpr uint32_t s_ItemListVersion = 1;
+constexpr size_t s_ItemMinBytes = 56; // two empty names and a matrix, or one and 13 floats
+
+// A count, and the name and what `writeFields` writes of each item.
+template <class Item, class WriteFields>
+void WriteItems(Chunky& chunky, PayloadWriter& writer, uint32_t id, std::span<const Item> items,
+                WriteFields writeFields) {
+    writer.Write(static_cast<uint32_t>(items.size()));
+    for (const Item& item : items) {
+        writer.WriteString(item.name.GetText());
+        writeFields(writer, item);
+    }
+    writer.WriteChunk(chunky, id, s_ItemListVersion);
+}
+
+// The same back. The last three are for messages.
+template <class Item, class ReadFields>
+std::vector<Item> ReadItems(Chunky& chunky, uint32_t id, ReadFields readFields, const char* pKind,
+                            const char* pCountField, const char* pNameField) {
+    EnterData(chunky, id, s_ItemListVersion, s_ItemListVersion);
+    PayloadReader reader(chunky, pKind, "");
+    std::vector<Item> items(reader.ReadCount(s_ItemMinBytes, pCountField));
+    for (Item& item : items) {
+        item.name = Name(reader.ReadString(pNameField).c_str());
+        readFields(reader, item);
+    }
+    chunky.EndChunk();
+    return items;
+}
 
 } // namespace
 
 void WriteFinalMarkers(Chunky& chunky, PayloadWriter& writer, std::span<const Marker> markers) {
-    writer.Write(static_cast<uint32_t>(markers.size()));
-    for (const Marker& marker : markers) {
-        writer.WriteString(marker.name.GetText());
-        WriteMarkerFields(writer, marker);
-    }
-    writer.WriteChunk(chunky, s_MarkerChunk, s_MarkersVersion);
+    WriteItems(chunky, writer, s_MarkerChunk, markers, WriteMarkerFields);
 }
 
 std::vector<Marker> ReadFinalMarkers(Chunky& chunky) {
-    EnterData(chunky, s_MarkerChunk, s_MarkersVersion, s_MarkersVersion);
-    PayloadReader reader(chunky, "markers", "");
-    std::vector<Marker> markers(reader.ReadCount(s_MarkerMinBytes, "marker count"));
-    for (Marker& marker : markers) {
-        marker.name = Name(reader.ReadString("marker name").c_str());
-        ReadMarkerFields(reader, marker);
-    }
-    chunky.EndChunk();
-    return markers;
+    return ReadItems<Marker>(chunky, s_MarkerChunk, ReadMarkerFields, "markers", "marker count", "marker name");
 }
 
 void WriteFinalCameras(Chunky& chunky, PayloadWriter& writer, std::span<const CameraDef> cameras) {
-    writer.Write(static_cast<uint32_t>(cameras.size()));
-    for (const CameraDef& camera : cameras) {
-        writer.WriteString(camera.name.GetText());
-        WriteCameraFields(writer, camera);
-    }
-    writer.WriteChunk(chunky, s_CamerasChunk, s_CamerasVersion);
+    WriteItems(chunky, writer, s_CamerasChunk, cameras, WriteCameraFields);
 }
 
 std::vector<CameraDef> ReadFinalCameras(Chunky& chunky) {
-    EnterData(chunky, s_CamerasChunk, s_CamerasVersion, s_CamerasVersion);
-    PayloadReader reader(chunky, "cameras", "");
-    std::vector<CameraDef> cameras(reader.ReadCount(s_CameraMinBytes, "camera count"));
-    for (CameraDef& camera : cameras) {
-        camera.name = Name(reader.ReadString("camera name").c_str());
-        ReadCameraFields(reader, camera, true);
-    }
-    chunky.EndChunk();
-    return cameras;
+    const auto readFields = [](PayloadReader& reader, CameraDef& camera) { ReadCameraFields(reader, camera, true); };
+    return ReadItems<CameraDef>(chunky, s_CamerasChunk, readFields, "cameras", "camera count", "camera name");
 }
 
 } // namespace ra

@@ -1,8 +1,8 @@
 #include "Shared/Cross/RenderAnim/Generic/SkeletonChunk.h"
 
+#include "Shared/Cross/RenderAnim/Chunks/BuildSkeleton.h"
 #include "Shared/Cross/RenderAnim/Chunks/ParentField.h"
 #include "Shared/Cross/RenderAnim/Chunks/PayloadReader.h"
-#include "Shared/Cross/RenderAnim/Skeleton.h"
 #include "Shared/Cross/RenderAnim/Transform.h"
 
 // "SKEL", folder, version 3: "INFO", and "BONE" for each bone.
@@ -104,14 +104,10 @@ std::vector<BoneRecord> ReadBoneRecords(Chunky& chunky) {
 }
 
 std::unique_ptr<Skeleton> BuildSkeleton(const std::vector<BoneRecord>& bones) {
-    auto pSkeleton = std::make_unique<Skeleton>(static_cast<uint32_t>(bones.size()));
-    for (size_t i = 0; i < bones.size(); ++i) {
-        const auto index = static_cast<int32_t>(i);
-        pSkeleton->SetBoneName(index, Name(bones[i].name.c_str()));
-        pSkeleton->SetParent(index, bones[i].parent);
-        pSkeleton->SetLocalPosition(index, bones[i].position);
-        pSkeleton->SetLocalRotation(index, bones[i].rotation);
-    }
+    auto pSkeleton = BuildBones(bones, [](Skeleton& skeleton, int32_t index, const BoneRecord& bone) {
+        skeleton.SetLocalPosition(index, bone.position);
+        skeleton.SetLocalRotation(index, bone.rotation);
+    });
     pSkeleton->BuildRefPose();
     return pSkeleton;
 }

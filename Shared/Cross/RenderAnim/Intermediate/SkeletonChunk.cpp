@@ -1,8 +1,8 @@
 #include "Shared/Cross/RenderAnim/Intermediate/SkeletonChunk.h"
 
+#include "Shared/Cross/RenderAnim/Chunks/BuildSkeleton.h"
 #include "Shared/Cross/RenderAnim/Chunks/ParentField.h"
 #include "Shared/Cross/RenderAnim/Chunks/PayloadReader.h"
-#include "Shared/Cross/RenderAnim/Skeleton.h"
 
 // "SKEL", data, version 2:
 //   int32   bones; for each:
@@ -46,13 +46,9 @@ std::vector<BoneRecord> ReadBoneRecords(Chunky& chunky) {
 }
 
 std::unique_ptr<Skeleton> BuildSkeleton(const std::vector<BoneRecord>& bones) {
-    auto pSkeleton = std::make_unique<Skeleton>(static_cast<uint32_t>(bones.size()));
-    for (size_t i = 0; i < bones.size(); ++i) {
-        const auto index = static_cast<int32_t>(i);
-        pSkeleton->SetBoneName(index, Name(bones[i].name.c_str()));
-        pSkeleton->SetParent(index, bones[i].parent);
-        pSkeleton->SetReferenceMatrix(index, bones[i].transform);
-    }
+    auto pSkeleton = BuildBones(bones, [](Skeleton& skeleton, int32_t index, const BoneRecord& bone) {
+        skeleton.SetReferenceMatrix(index, bone.transform);
+    });
     pSkeleton->DeriveLocalPose();
     return pSkeleton;
 }

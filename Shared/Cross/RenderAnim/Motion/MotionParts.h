@@ -20,7 +20,19 @@ struct MotionParts {
     ActionTree& actions;
 };
 
-// The same to be looked at.
+// Such lists that belong to no model.
+struct MotionLists {
+    EventList events;
+    ClauseList clauses;
+    ConditionList conditions;
+    ModifierList modifiers;
+    MotionList motions;
+    ActionTree actions;
+
+    MotionParts GetParts() { return {events, clauses, conditions, modifiers, motions, actions}; }
+};
+
+// The lists of one model to be looked at.
 struct ConstMotionParts {
     const EventList& events;
     const ClauseList& clauses;

@@ -2,6 +2,7 @@
 
 #include <initializer_list>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@
 #include "Shared/Cross/RenderAnim/Shader.h"
 #include "Shared/Cross/RenderAnim/Skeleton.h"
 #include "Tests/Shared/Cross/Debug/ReportCapture.h"
+#include "Tests/Shared/Cross/RenderAnim/Chunks/PayloadBytes.h"
 
 // What models stand on, started for each test and empty at its end, and verbs that make their parts.
 class ModelFixture : public testing::Test {
@@ -88,6 +90,46 @@ protected:
         }
         pSkeleton->BuildRefPose();
         return pSkeleton;
+    }
+
+    // "Body", hung on the second bone.
+    static MeshRef MakeSkin(const std::vector<ShaderRef>& shaders) {
+        MeshRef skin = MakeMesh("Body", shaders, 6, 0x27);
+        skin->SetSkinnedTransformCount(1);
+        skin->SetSkinnedTransform(0, ra::Name("knee"), 1);
+        return skin;
+    }
+    // A model of these meshes, the second of which hangs on its second bone, with two markers and a camera.
+    static std::unique_ptr<RenderModel> MakeWalker(const std::vector<MeshRef>& meshes) {
+        auto pModel = std::make_unique<RenderModel>();
+        pModel->SetName("Walker");
+        std::unique_ptr<ra::MeshGroup> pGroup = MakeGroup(meshes);
+        pGroup->SetParentBone(1, 1);
+        pModel->SetMeshGroup(std::move(pGroup));
+        pModel->SetSkeleton(MakeChain({"hip", "knee"}));
+        pModel->AddMarker({.name = ra::Name("Muzzle"), .m_parentName = ra::Name("knee")});
+        pModel->AddMarker({.name = ra::Name("Lost"), .m_parentName = ra::Name("tail")});
+        pModel->AddCamera({.name = ra::Name("Front"), .position = {1, 2, 3}, .target = {4, 5, 6}, .fieldOfView = 1});
+        return pModel;
+    }
+
+    // A file's mesh group without meshes.
+    static std::string MakeEmptyGroup() {
+        return ChunkBytes::Folder("MSGR", ChunkBytes::Data("DATA", PayloadBytes().U32(0).Get()) +
+                                              ChunkBytes::Data("BVOL", std::string(1, '\0'), 2));
+    }
+    // Nothing of a test's models is left in the inventory for the next one to find.
+    static void Forget(std::unique_ptr<RenderModel> pModel = nullptr) {
+        pModel.reset();
+        Inv::PurgeUnreferenced();
+    }
+    // `read` takes the bytes of a file, of which it needs all.
+    template <class Read>
+    static void ExpectEveryTruncationRefused(const std::string& bytes, Read read) {
+        for (size_t size = 0; size < bytes.size(); ++size) {
+            EXPECT_THROW(read(bytes.substr(0, size)), std::runtime_error) << "cut to " << size;
+            Forget();
+        }
     }
 
     ReportCapture m_Reports;

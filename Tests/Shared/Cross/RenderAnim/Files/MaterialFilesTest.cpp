@@ -1,7 +1,5 @@
 #include <gmock/gmock.h>
 
-#include "Shared/Cross/FileSystem/Paths/FilePath.h"
-#include "Shared/Cross/FileSystem/Paths/FilePathHD.h"
 #include "Shared/Cross/RenderAnim/Chunks/ShaderChunk.h"
 #include "Shared/Cross/RenderAnim/Files/ResourceLoaders.h"
 #include "Shared/Cross/RenderAnim/Files/SharedShaderFile.h"
@@ -11,30 +9,20 @@
 #include "Shared/Cross/RenderAnim/Texture.h"
 #include "Shared/Cross/RenderAnim/TextureTypeInfo.h"
 #include "Tests/Shared/Cross/RenderAnim/Chunks/PayloadBytes.h"
+#include "Tests/Shared/Cross/RenderAnim/DataTrees.h"
 #include "Tests/Shared/Cross/RenderAnim/Image/ImageTesting.h"
 #include "Tests/Shared/Cross/RenderAnim/ModelFixture.h"
-#include "Tests/Shared/PC/FileSystem/TempFolder.h"
 
 namespace {
 
 // A generic and a final tree, and the loaders installed.
 class MaterialFiles : public ModelFixture {
 protected:
-    MaterialFiles() {
-        Mount("GENERIC");
-        Mount("DATA");
-        ra::InstallResourceLoaders();
-    }
+    MaterialFiles() { ra::InstallResourceLoaders(); }
     ~MaterialFiles() override {
         ra::SetGenericLoad(false);
         TextureTypeInfo::SetLoaders(nullptr, nullptr);
         ShaderTypeInfo::SetLoaders(nullptr, nullptr);
-        for (const char* pAlias : {"GENERIC", "DATA"})
-            FilePath::RemoveSource(pAlias, "HD");
-    }
-    void Mount(const char* pAlias) {
-        m_Folder.MakeFolder(pAlias);
-        FilePath::AddSource(pAlias, "HD", 0, FilePathHD::Create(m_Folder.Path(pAlias).c_str(), ByteStream::Mode_Both));
     }
     static TextureRef AddTexture(const char* pName, ImageType type = IMAGETYPE_RGBA32, uint32_t mips = 1) {
         std::unique_ptr<Texture> pTexture = Image2Texture(MakeRandomImage(type, 8, 8, mips));
@@ -49,7 +37,7 @@ protected:
         return pShader;
     }
 
-    TempFolder m_Folder;
+    DataTrees m_Folder;
 };
 
 constexpr const char* s_Name = "art\\Texture_Share.v2";

@@ -1,7 +1,5 @@
 #include "Shared/Cross/RenderAnim/Final/FinalFile.h"
 
-#include <random>
-
 #include <gmock/gmock.h>
 
 #include "Shared/Cross/FileSystem/Paths/FilePath.h"
@@ -205,28 +203,11 @@ TEST_F(FinalFile, AMeshWithoutVerticesIsRefusedBothWays) {
 TEST_F(FinalFile, EveryTruncationIsRefused) {
     const std::string bytes = Write(*MakeModel());
     Forget();
-    for (size_t size = 0; size < bytes.size(); ++size) {
-        EXPECT_THROW(Read(bytes.substr(0, size)), std::runtime_error) << "cut to " << size;
-        Forget();
-    }
+    ExpectEveryTruncationRefused(bytes, Read);
 }
 
 TEST_F(FinalFile, TheMotionSideComesBack) {
-    const auto fill = [](RenderModel& model) {
-        MotionSide side;
-        side.AddSamples();
-        const auto move = [](auto& to, auto& from) { to = std::move(from); };
-        const ra::MotionParts to = model.GetMotionParts();
-        move(to.events, side.events);
-        move(to.clauses, side.clauses);
-        move(to.conditions, side.conditions);
-        move(to.modifiers, side.modifiers);
-        move(to.motions, side.motions);
-        move(to.actions, side.actions);
-    };
-    const std::unique_ptr<RenderModel> pModel = MakeModel();
-    pModel->GetAnimList()->GetNode(1)->SetXRefModel(ra::Name("art/other"));
-    fill(*pModel);
+    const std::unique_ptr<RenderModel> pModel = MakeMoved();
     SelectionInfo selection = pModel->GetSelectionInfo();
     selection.mode = 3;
     pModel->SetSelectionInfo(selection);

@@ -22,37 +22,30 @@ protected:
         clay->SetChannelTexture(0, AddTexture("art/wood"));
         const ShaderRef shared = MakeShader("art/shared");
         shared->SetShared(true);
-        const MeshRef skin = MakeMesh("Body", {clay, shared}, 6, 0x27);
-        skin->SetSkinnedTransformCount(1);
-        skin->SetSkinnedTransform(0, ra::Name("knee"), 1);
+        const MeshRef skin = MakeSkin({clay, shared});
         AddLowLevel(*skin.GetData(), clay);
-        auto pModel = std::make_unique<RenderModel>();
-        pModel->SetName("Walker");
-        std::unique_ptr<ra::MeshGroup> pGroup = MakeGroup({skin, MakeMesh("Wheel", {clay}, 3)});
-        pGroup->SetParentBone(1, 1);
-        pModel->SetSkeleton(MakeChain({"hip", "knee"}));
-        pGroup->BindSkinning(*pModel->GetSkeleton(), "Walker");
-        pModel->SetMeshGroup(std::move(pGroup));
-        pModel->AddMarker({.name = ra::Name("Muzzle"), .m_parentName = ra::Name("knee")});
-        pModel->AddMarker({.name = ra::Name("Lost"), .m_parentName = ra::Name("tail")});
-        pModel->AddCamera({.name = ra::Name("Front"), .position = {1, 2, 3}, .target = {4, 5, 6}, .fieldOfView = 1});
+        std::unique_ptr<RenderModel> pModel = MakeWalker({skin, MakeMesh("Wheel", {clay}, 3)});
+        pModel->GetMeshGroup()->BindSkinning(*pModel->GetSkeleton(), "Walker");
         pModel->SetAnimList(std::make_unique<AnimList>(*pModel));
         AddAnim(*pModel, "walk");
         AddAnim(*pModel, "run");
         pModel->GetAnimList()->GetNode(1)->SetBounds({-1, -2, -3}, {1, 2, 3});
         return pModel;
     }
-    // A sample of each object of it.
-    static void AddMotionSide(RenderModel& model) {
+    // With a motion side, a sample of each object of it, and an animation of another model for it.
+    static std::unique_ptr<RenderModel> MakeMoved() {
+        std::unique_ptr<RenderModel> pModel = MakeModel();
+        pModel->GetAnimList()->GetNode(1)->SetXRefModel(ra::Name("art/other"));
         MotionSide side;
         side.AddSamples();
-        const ra::MotionParts parts = model.GetMotionParts();
+        const ra::MotionParts parts = pModel->GetMotionParts();
         parts.events = std::move(side.events);
         parts.clauses = std::move(side.clauses);
         parts.conditions = std::move(side.conditions);
         parts.modifiers = std::move(side.modifiers);
         parts.motions = std::move(side.motions);
         parts.actions = std::move(side.actions);
+        return pModel;
     }
     static TextureRef AddTexture(const char* pName) {
         std::unique_ptr<Texture> pTexture = Image2Texture(MakeRandomImage(IMAGETYPE_DXT1, 16, 16, 2));
@@ -122,17 +115,8 @@ protected:
     static std::string MakeMotionFile(const std::string& children, uint32_t version = 4) {
         return ChunkBytes::FileHeader() + ChunkBytes::Folder("QEBP", children, version);
     }
-    static std::string MakeEmptyGroup() {
-        return ChunkBytes::Folder("MSGR", ChunkBytes::Data("DATA", PayloadBytes().U32(0).Get()) +
-                                              ChunkBytes::Data("BVOL", std::string(1, '\0'), 2));
-    }
     static std::string MakeSkeleton() {
         return ChunkBytes::Data("SKEL",
                                 PayloadBytes().U32(1).Text("hip").U32(0xFFFFFFFF).F32({1, 2, 3, 0, 0, 0, 1}).Get(), 5);
-    }
-    // Nothing of a test's models is left in the inventory for the next one to find.
-    static void Forget(std::unique_ptr<RenderModel> pModel = nullptr) {
-        pModel.reset();
-        Inv::PurgeUnreferenced();
     }
 };

@@ -10,7 +10,7 @@ namespace {
 class GenericChunks : public GenericFixture {
 protected:
     static std::unique_ptr<RenderModel> ReadAnim(const std::string& anim) {
-        return Read(File(TwoBones() + EmptyGroup() + NamedData("CMRA", "Front", std::string(44, '\0'), 1) + anim));
+        return Read(File(TwoBones() + MakeEmptyGroup() + NamedData("CMRA", "Front", std::string(44, '\0'), 1) + anim));
     }
     template <class Function>
     static std::string Fault(Function&& function) {
@@ -22,7 +22,7 @@ protected:
         return "";
     }
     static std::string BoneFault(const PayloadBytes& payload, uint32_t count = 1) {
-        return Fault([&] { Read(File(Bones(NamedData("BONE", "hip", payload.Get(), 5), count) + EmptyGroup())); });
+        return Fault([&] { Read(File(Bones(NamedData("BONE", "hip", payload.Get(), 5), count) + MakeEmptyGroup())); });
     }
 };
 
@@ -42,7 +42,8 @@ TEST_F(GenericChunks, BonesOfEveryVersionAreRead) {
     };
     for (const uint32_t version : {1u, 2u, 3u, 4u}) {
         SCOPED_TRACE(version);
-        const auto pModel = Read(File(Bones(old(version) + Bone("knee", 0), 2, std::min(version, 3u)) + EmptyGroup()));
+        const auto pModel =
+            Read(File(Bones(old(version) + Bone("knee", 0), 2, std::min(version, 3u)) + MakeEmptyGroup()));
         const Skeleton& skeleton = *pModel->GetSkeleton();
         EXPECT_EQ(skeleton.GetBone(0).GetName(), ra::Name("hip"));
         EXPECT_EQ(skeleton.GetBone(0).GetLocalPosition(), glm::vec3(5, 6, 7));
@@ -69,10 +70,11 @@ TEST_F(GenericChunks, BonesAreChecked) {
     EXPECT_EQ(BoneFault(bone(0xFFFFFFFF), 2), "skeleton: bone count 2 exceeds its chunk");
     EXPECT_EQ(BoneFault(bone(0xFFFFFFFF), 0xFFFFFFFF), "skeleton: bone count 4294967295 exceeds its chunk");
     EXPECT_EQ(BoneFault(bone(0xFFFFFFFF), 0), "");
-    const std::string newer = Bones(Bone("hip", 0xFFFFFFFF, 6), 1) + EmptyGroup();
+    const std::string newer = Bones(Bone("hip", 0xFFFFFFFF, 6), 1) + MakeEmptyGroup();
     EXPECT_EQ(Fault([&] { Read(File(newer)); }), "Unsupported (newer) Chunk Version!");
     EXPECT_EQ(Fault([&] { Read(File(TwoBones() + TwoBones())); }), "there is a second skeleton in the file");
-    EXPECT_EQ(Fault([&] { Read(File(EmptyGroup() + EmptyGroup())); }), "there is a second mesh group in the file");
+    EXPECT_EQ(Fault([&] { Read(File(MakeEmptyGroup() + MakeEmptyGroup())); }),
+              "there is a second mesh group in the file");
 }
 
 TEST_F(GenericChunks, LengthsOfEveryVersionAreRead) {
@@ -200,7 +202,7 @@ TEST_F(GenericChunks, WhatIsWrittenIsAsTyped) {
                     NamedFolder("DATA", "run", streams, 3) +
                         NamedData("ANBV", "run", PayloadBytes().F32({-1, -2, -3, 4, 5, 6}).Get(), 1),
                     2);
-    EXPECT_EQ(Write(model), File(TwoBones() + EmptyGroup() + anim));
+    EXPECT_EQ(Write(model), File(TwoBones() + MakeEmptyGroup() + anim));
 }
 
 } // namespace

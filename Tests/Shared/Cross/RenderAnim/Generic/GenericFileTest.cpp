@@ -51,21 +51,21 @@ TEST_F(GenericFile, KeysInTheWorldAreTheOtherForms) {
 }
 
 TEST_F(GenericFile, ModelsNeedNoBones) {
-    const auto pModel = Read(File(EmptyGroup() + ChunkBytes::Data("WHAT", "ever", 99)));
+    const auto pModel = Read(File(MakeEmptyGroup() + ChunkBytes::Data("WHAT", "ever", 99)));
     ASSERT_NE(pModel, nullptr);
     EXPECT_EQ(pModel->GetSkeleton(), nullptr);
     EXPECT_THAT(Write(*pModel), Not(HasSubstr("SKEL")));
     pModel->AddMarker({.name = ra::Name("Muzzle")});
     EXPECT_EQ(pModel->FindMarker(ra::Name("root")), 0);
-    EXPECT_EQ(Read(File(EmptyGroup() + Anim("run", Info()))), nullptr);
+    EXPECT_EQ(Read(File(MakeEmptyGroup() + Anim("run", Info()))), nullptr);
     EXPECT_TRUE(ReportCapture::HasWarning("Walker: Animation 'run' - in a model without a valid skeleton!"));
 }
 
 TEST_F(GenericFile, TheOrderOfTheFileBinds) {
-    EXPECT_EQ(Read(File(Anim("run", Info()) + TwoBones() + EmptyGroup())), nullptr);
-    EXPECT_THROW(Read(File(TwoBones() + Anim("run", Info()) + EmptyGroup())), Chunky::Exception);
+    EXPECT_EQ(Read(File(Anim("run", Info()) + TwoBones() + MakeEmptyGroup())), nullptr);
+    EXPECT_THROW(Read(File(TwoBones() + Anim("run", Info()) + MakeEmptyGroup())), Chunky::Exception);
     EXPECT_THROW(Read(File("")), Chunky::Exception);
-    EXPECT_THROW(Read(File(EmptyGroup(), 2)), Chunky::Exception);
+    EXPECT_THROW(Read(File(MakeEmptyGroup(), 2)), Chunky::Exception);
 }
 
 TEST_F(GenericFile, MeshSectionsOfOldAreRefused) {
@@ -80,10 +80,7 @@ TEST_F(GenericFile, MeshSectionsOfOldAreRefused) {
 TEST_F(GenericFile, EveryTruncationIsRefused) {
     const std::string bytes = Write(*MakeModel());
     Forget();
-    for (size_t size = 0; size < bytes.size(); ++size) {
-        EXPECT_THROW(Read(bytes.substr(0, size)), std::runtime_error) << "cut to " << size;
-        Forget();
-    }
+    ExpectEveryTruncationRefused(bytes, Read);
     EXPECT_EQ(Inv::GetCount(ra::Mesh::GetTypeInfo()), 0u);
     EXPECT_EQ(Inv::GetCount(::Anim::GetTypeInfo()), 0u);
 }
@@ -102,14 +99,14 @@ TEST_F(GenericOnDisk, ModelsAreFoundByName) {
 }
 
 TEST_F(GenericOnDisk, ASaveThatFailsLeavesWhatWasThere) {
-    WriteFile("DATA/x.pvx", "before");
+    m_Trees.Write("DATA/x.pvx", "before");
     EXPECT_FALSE(ra::SaveGeneric(RenderModel(), "DATA:x.pvx"));
     EXPECT_TRUE(ReportCapture::HasWarning("RENDER ANIM -- DATA:x.pvx: "));
-    EXPECT_EQ(ReadFile("DATA/x.pvx"), "before");
+    EXPECT_EQ(m_Trees.Read("DATA/x.pvx"), "before");
     EXPECT_FALSE(ra::SaveGeneric(RenderModel(), "NOWHERE:x.pvx"));
     EXPECT_TRUE(ReportCapture::HasWarning("RENDER ANIM -- NOWHERE:x.pvx: Unable to open file!"));
     Save("DATA:x.pvx");
-    EXPECT_EQ(ReadFile("DATA/x.pvx").substr(0, 12), "Vorlo Chunky");
+    EXPECT_EQ(m_Trees.Read("DATA/x.pvx").substr(0, 12), "Vorlo Chunky");
 }
 
 TEST_F(GenericOnDisk, TheMotionFileStandsBesideTheModel) {
@@ -144,20 +141,20 @@ TEST_F(GenericOnDisk, TheMotionFileStandsBesideTheModel) {
     EXPECT_EQ(pModel->GetSelectionInfo().mode, 1);
     Forget(std::move(pModel));
     // One that can't be read makes the whole model of no use.
-    WriteFile("GENERIC/art/tank.ebp", ChunkBytes::FileHeader() + ChunkBytes::Folder("QEBP", "", 5));
+    m_Trees.Write("GENERIC/art/tank.ebp", ChunkBytes::FileHeader() + ChunkBytes::Folder("QEBP", "", 5));
     EXPECT_EQ(Load("art/tank", true), "Unsupported (newer) Chunk Version!");
     EXPECT_EQ(Load("GENERIC:art/tank", true), "Unsupported (newer) Chunk Version!");
     EXPECT_EQ(Load("art/tank", false), "GENERIC:art\\tank.pvx");
     // It has no second place.
     Save("DATA:art\\jeep.pvx");
-    WriteFile("DATA/art/jeep.ebp", "damaged");
+    m_Trees.Write("DATA/art/jeep.ebp", "damaged");
     EXPECT_EQ(Load("art/jeep", true), "DATA:art\\jeep.pvx");
 }
 
 TEST_F(GenericOnDisk, TheMotionFileOfAModelWithoutBonesHasNoAnimations) {
-    WriteFile("DATA/art/rock.pvx", File(EmptyGroup()));
-    WriteFile("GENERIC/art/rock.ebp",
-              ChunkBytes::FileHeader() + ChunkBytes::Folder("QEBP", XRef("roll", "art/tank", "run"), 4));
+    m_Trees.Write("DATA/art/rock.pvx", File(MakeEmptyGroup()));
+    m_Trees.Write("GENERIC/art/rock.ebp",
+                  ChunkBytes::FileHeader() + ChunkBytes::Folder("QEBP", XRef("roll", "art/tank", "run"), 4));
     EXPECT_EQ(Load("art/rock", true), "none");
     EXPECT_TRUE(ReportCapture::HasWarning("Walker: Animation 'roll' - in a model without a valid skeleton!"));
 }

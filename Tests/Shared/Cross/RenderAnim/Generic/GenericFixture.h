@@ -22,19 +22,10 @@ protected:
     static std::unique_ptr<RenderModel> Read(const std::string& bytes) {
         return ra::ReadGeneric(*MakeReadStream(bytes));
     }
-    // Nothing of a test's models is left in the inventory for the next one to find.
-    static void Forget(std::unique_ptr<RenderModel> pModel = nullptr) {
-        pModel.reset();
-        Inv::PurgeUnreferenced();
-    }
 
-    // By hand: a file, a mesh group without meshes, a skeleton of "hip" and "knee", and an animation.
+    // By hand: a file, a skeleton of "hip" and "knee", and an animation.
     static std::string File(const std::string& children, uint32_t version = 1) {
         return ChunkBytes::FileHeader() + NamedFolder("QPVX", "Walker", children, version);
-    }
-    static std::string EmptyGroup() {
-        return ChunkBytes::Folder("MSGR", ChunkBytes::Data("DATA", PayloadBytes().U32(0).Get()) +
-                                              ChunkBytes::Data("BVOL", std::string(1, '\0'), 2));
     }
     static std::string Bone(const char* pName, uint32_t parent, uint32_t version = 5) {
         return NamedData("BONE", pName, PayloadBytes().U32(parent).F32({1, 2, 3}).F32({0, 0, 0.6f, 0.8f}).Get(),
@@ -57,17 +48,7 @@ protected:
     static std::unique_ptr<RenderModel> MakeModel() {
         const ShaderRef clay = MakeShader("Clay");
         const ShaderRef glass = MakeShader("Glass.001");
-        const MeshRef skin = MakeMesh("Body", {clay, glass}, 6, 0x27);
-        skin->SetSkinnedTransformCount(1);
-        skin->SetSkinnedTransform(0, ra::Name("knee"), 1);
-        auto pModel = std::make_unique<RenderModel>();
-        pModel->SetName("Walker");
-        std::unique_ptr<ra::MeshGroup> pGroup = MakeGroup({skin, MakeMesh("Wheel", {clay}, 3)});
-        pGroup->SetParentBone(1, 1);
-        pModel->SetMeshGroup(std::move(pGroup));
-        pModel->SetSkeleton(MakeChain({"hip", "knee"}));
-        pModel->AddMarker({.name = ra::Name("Muzzle"), .m_parentName = ra::Name("knee")});
-        pModel->AddCamera({.name = ra::Name("Front"), .position = {1, 2, 3}, .fieldOfView = 1});
+        std::unique_ptr<RenderModel> pModel = MakeWalker({MakeSkin({clay, glass}), MakeMesh("Wheel", {clay}, 3)});
         AddAnim(*pModel, "run").SetBounds({-1, -2, -3}, {4, 5, 6});
         AddAnim(*pModel, "stop.1");
         return pModel;

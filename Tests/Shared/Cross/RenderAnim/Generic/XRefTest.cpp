@@ -32,7 +32,6 @@ TEST_F(XRefs, AMeshIsSharedWithItsModel) {
 
 TEST_F(XRefs, TheMissingModelStandsInForAMesh) {
     Save("GENERIC:art\\tank.pvx");
-    std::filesystem::create_directories(m_Folder / "DATA" / "art" / "ebps");
     Save("DATA:art\\ebps\\missingmodel.pvx");
     ReportCapture::Clear();
     const auto pNoMesh = Read(File(XRefGroup("Wing", "art/tank")));
@@ -46,10 +45,9 @@ TEST_F(XRefs, TheMissingModelStandsInForAMesh) {
 }
 
 TEST_F(XRefs, ModelsThatTakeFromOneAnotherEnd) {
-    WriteFile("GENERIC/art/a.pvx", File(XRefGroup("Wheel", "art/b")));
-    WriteFile("GENERIC/art/b.pvx", File(XRefGroup("Wheel", "art/a")));
-    std::filesystem::create_directories(m_Folder / "DATA" / "art" / "ebps");
-    WriteFile("DATA/art/ebps/missingmodel.pvx", File(XRefGroup("Wheel", "art/none")));
+    m_Trees.Write("GENERIC/art/a.pvx", File(XRefGroup("Wheel", "art/b")));
+    m_Trees.Write("GENERIC/art/b.pvx", File(XRefGroup("Wheel", "art/a")));
+    m_Trees.Write("DATA/art/ebps/missingmodel.pvx", File(XRefGroup("Wheel", "art/none")));
     RenderModelRef model;
     EXPECT_TRUE(model.Get("art/a"));
     EXPECT_FALSE(model->GetMeshGroup()->GetMesh(0).IsValid());
@@ -59,7 +57,7 @@ TEST_F(XRefs, ModelsThatTakeFromOneAnotherEnd) {
 TEST_F(XRefs, AnAnimationIsSharedWithItsModel) {
     Save("GENERIC:art\\tank.pvx");
     const std::string bones = Bones(Bone("knee", 0xFFFFFFFF) + Bone("tail", 0), 2);
-    const auto read = [&](const std::string& anims) { return Read(File(bones + EmptyGroup() + anims)); };
+    const auto read = [&](const std::string& anims) { return Read(File(bones + MakeEmptyGroup() + anims)); };
     auto pModel =
         read(XRef("run", "art/tank", "run") + XRef("stop", "art/tank", "stop") + XRef("fly", "art/jet", "fly"));
     const AnimList& list = *pModel->GetAnimList();
@@ -94,14 +92,14 @@ TEST_F(XRefs, AnAnimationIsSharedWithItsModel) {
 
 TEST_F(XRefs, TheMotionFileHoldsTheAnimationsOfOthers) {
     Save("GENERIC:art\\tank.pvx");
-    WriteFile("GENERIC/art/a.pvx", File(TwoBones() + EmptyGroup() + Anim("stop", Info())));
+    m_Trees.Write("GENERIC/art/a.pvx", File(TwoBones() + MakeEmptyGroup() + Anim("stop", Info())));
     const std::string selection = PayloadBytes().U32(1).F32({0, 0, 0, 0}).Add(std::string(60, '\0')).Get();
-    WriteFile("GENERIC/art/a.ebp",
-              ChunkBytes::FileHeader() +
-                  ChunkBytes::Folder("QEBP",
-                                     XRef("run", "art/tank", "run") + ChunkBytes::Data("WHAT", "ever") +
-                                         ChunkBytes::Data("SEUI", selection, 3),
-                                     4));
+    m_Trees.Write("GENERIC/art/a.ebp",
+                  ChunkBytes::FileHeader() +
+                      ChunkBytes::Folder("QEBP",
+                                         XRef("run", "art/tank", "run") + ChunkBytes::Data("WHAT", "ever") +
+                                             ChunkBytes::Data("SEUI", selection, 3),
+                                         4));
     auto pModel = ra::LoadGeneric("art/a", true);
     ASSERT_NE(pModel, nullptr);
     EXPECT_EQ(pModel->GetAnimList()->GetCount(), 2u);
@@ -112,7 +110,7 @@ TEST_F(XRefs, TheMotionFileHoldsTheAnimationsOfOthers) {
     EXPECT_THAT(bytes, Not(HasSubstr("stop")));
     EXPECT_TRUE(bytes.ends_with(ChunkBytes::Data("SEUI", selection, 3)));
     EXPECT_EQ(Write(*pModel),
-              File(TwoBones() + EmptyGroup() +
+              File(TwoBones() + MakeEmptyGroup() +
                    Anim("stop", Info() + NamedData("BANM", "hip", PayloadBytes().U32(0).U32(0).U8(0).Get(), 2) +
                                     NamedData("BANM", "knee", PayloadBytes().U32(0).U32(0).U8(0).Get(), 2))));
     Forget(std::move(pModel));
@@ -128,8 +126,7 @@ TEST_F(NoModelsRun, DISABLED_EveryModelIsTheMissingOne) {
     EXPECT_STREQ(model->GetMeshGroup()->GetMesh(0)->GetName(), "Body");
     model.Reset();
     Forget();
-    std::filesystem::create_directories(m_Folder / "DATA" / "art" / "ebps");
-    WriteFile("DATA/art/ebps/missingmodel.pvx", File(EmptyGroup()));
+    m_Trees.Write("DATA/art/ebps/missingmodel.pvx", File(MakeEmptyGroup()));
     ASSERT_TRUE(model.Get("art/tank"));
     EXPECT_EQ(model->GetMeshGroup()->GetMeshCount(), 0u);
 }

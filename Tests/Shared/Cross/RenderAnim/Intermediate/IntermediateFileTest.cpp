@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <random>
+#include <iterator>
 
 #include <gmock/gmock.h>
 
@@ -10,9 +9,9 @@
 #include "Shared/Cross/FileSystem/Paths/FilePathHDRaw.h"
 #include "Shared/Cross/RenderAnim/AnimList.h"
 #include "Shared/Cross/RenderAnim/Intermediate/IntermediateFile.h"
-#include "Shared/PC/FileSystem/OSFile.h"
 #include "Tests/Shared/Cross/RenderAnim/Chunks/PayloadBytes.h"
 #include "Tests/Shared/Cross/RenderAnim/ModelFixture.h"
+#include "Tests/Shared/PC/FileSystem/TempFolder.h"
 
 using testing::HasSubstr;
 using testing::Not;
@@ -44,20 +43,7 @@ protected:
         const ShaderRef glass = MakeShader("Glass.001");
         glass->SetBlendMode(6, 7);
         glass->SetTwoSided(true);
-        const MeshRef skin = MakeMesh("Body", {clay, glass}, 6, 0x27);
-        skin->SetSkinnedTransformCount(1);
-        skin->SetSkinnedTransform(0, ra::Name("knee"), 1);
-        auto pModel = std::make_unique<RenderModel>();
-        pModel->SetName("Walker");
-        std::unique_ptr<ra::MeshGroup> pGroup =
-            MakeGroup({skin, MakeMesh("Wheel", {clay}, 3), MakeMesh("Wheel", {clay}, 5)});
-        pGroup->SetParentBone(1, 1);
-        pModel->SetMeshGroup(std::move(pGroup));
-        pModel->SetSkeleton(MakeChain({"hip", "knee"}));
-        pModel->AddMarker({.name = ra::Name("Muzzle"), .m_parentName = ra::Name("knee")});
-        pModel->AddMarker({.name = ra::Name("Lost"), .m_parentName = ra::Name("tail")});
-        pModel->AddCamera({.name = ra::Name("Front"), .position = {1, 2, 3}, .fieldOfView = 1});
-        return pModel;
+        return MakeWalker({MakeSkin({clay, glass}), MakeMesh("Wheel", {clay}, 3), MakeMesh("Wheel", {clay}, 5)});
     }
     static std::string Write(const RenderModel& model, const ra::IntermediateParts& parts = {}) {
         const auto pStream = MakeWriteStream();
@@ -69,15 +55,6 @@ protected:
     }
     static std::string MakeFile(const std::string& children) {
         return ChunkBytes::FileHeader() + NamedFolder("QPVX", "Walker", children, 1);
-    }
-    // Nothing of a test's models is left in the inventory for the next one to find.
-    static void Forget(std::unique_ptr<RenderModel> pModel = nullptr) {
-        pModel.reset();
-        Inv::PurgeUnreferenced();
-    }
-    static std::string MakeEmptyGroup() {
-        return ChunkBytes::Folder("MSGR", ChunkBytes::Data("DATA", PayloadBytes().U32(0).Get()) +
-                                              ChunkBytes::Data("BVOL", std::string(1, '\0'), 2));
     }
 };
 
@@ -169,26 +146,7 @@ TEST_F(IntermediateFile, TheTableNamesMeshesOfTheFile) {
 TEST_F(IntermediateFile, EveryTruncationIsRefused) {
     const std::string bytes = Write(*MakeModel());
     Forget();
-    for (size_t size = 0; size < bytes.size(); ++size) {
-        EXPECT_THROW(Read(bytes.substr(0, size)), std::runtime_error) << "cut to " << size;
-        Forget();
-    }
-}
-
-TEST_F(IntermediateFile, AnyDamageEndsInAModelOrAnException) {
-    const std::string bytes = Write(*MakeModel());
-    Forget();
-    std::mt19937 random(4711);
-    for (int i = 0; i < 3000; ++i) {
-        std::string damaged = bytes;
-        for (uint32_t faults = random() % 4 + 1; faults > 0; --faults)
-            damaged[random() % damaged.size()] = static_cast<char>(random());
-        try {
-            Read(damaged);
-        } catch (const std::runtime_error&) {
-        }
-        Forget();
-    }
+    ExpectEveryTruncationRefused(bytes, Read);
 }
 
 TEST_F(IntermediateFile, AFullDiskIsAnException) {
@@ -202,28 +160,12 @@ TEST_F(IntermediateFile, AFullDiskIsAnException) {
 
 class IntermediateOnDisk : public IntermediateFile {
 protected:
-    IntermediateOnDisk() {
-        std::string path = (std::filesystem::temp_directory_path() / "pvx-model-test-XXXXXX").string();
-        if (!mkdtemp(path.data()))
-            throw std::runtime_error("no temporary folder");
-        m_Folder = path;
-        FilePath::AddSource("TOOL", "HD", 99, std::make_shared<FilePathHDRaw>(false));
-    }
-    ~IntermediateOnDisk() override {
-        FilePath::RemoveSource("TOOL", "HD");
-        std::filesystem::remove_all(m_Folder);
-    }
-    std::string At(const std::string& name) const { return "TOOL:" + OSFile::FromNative((m_Folder / name).string()); }
+    IntermediateOnDisk() { FilePath::AddSource("TOOL", "HD", 99, std::make_shared<FilePathHDRaw>(false)); }
+    ~IntermediateOnDisk() override { FilePath::RemoveSource("TOOL", "HD"); }
+    std::string At(const std::string& name) const { return "TOOL:" + m_Folder.Path(name); }
+    auto CountFiles() const { return std::distance(std::filesystem::directory_iterator(m_Folder.Native()), {}); }
 
-    void WriteFile(const char* pName, const std::string& bytes) const {
-        std::ofstream(m_Folder / pName, std::ios::binary) << bytes;
-    }
-    std::string ReadFile(const char* pName) const {
-        std::ifstream file(m_Folder / pName, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-
-    std::filesystem::path m_Folder;
+    TempFolder m_Folder;
 };
 
 TEST_F(IntermediateOnDisk, LoadsByNameWithOrWithoutItsExtension) {
@@ -233,7 +175,7 @@ TEST_F(IntermediateOnDisk, LoadsByNameWithOrWithoutItsExtension) {
     EXPECT_NE(ra::LoadIntermediate(At("walker.max").c_str()), nullptr);
     EXPECT_THROW(ra::LoadIntermediate(At("other.pvx").c_str()), Chunky::Exception);
     FilePath::AddSource("DATA", "HD", 1, std::make_shared<FilePathHDRaw>(false));
-    EXPECT_NE(ra::LoadIntermediate(OSFile::FromNative((m_Folder / "walker").string()).c_str()), nullptr);
+    EXPECT_NE(ra::LoadIntermediate(m_Folder.Path("walker").c_str()), nullptr);
     FilePath::RemoveSource("DATA", "HD");
 }
 
@@ -241,7 +183,7 @@ TEST_F(IntermediateOnDisk, AFileThatCantBeOpenedIsLoggedAndLeftAlone) {
     const std::string path = At("no such folder\\x.pvx");
     EXPECT_FALSE(ra::SaveIntermediate(path.c_str(), *MakeModel(), true, true, true));
     EXPECT_TRUE(ReportCapture::HasWarning("RENDER ANIM -- " + path + ": Unable to open file!"));
-    EXPECT_TRUE(std::filesystem::is_empty(m_Folder));
+    EXPECT_EQ(CountFiles(), 0);
 }
 
 TEST_F(IntermediateOnDisk, ASaveThatFailsLeavesWhatWasThere) {
@@ -249,14 +191,14 @@ TEST_F(IntermediateOnDisk, ASaveThatFailsLeavesWhatWasThere) {
     const std::string path = At("x.pvx");
     EXPECT_FALSE(ra::SaveIntermediate(path.c_str(), RenderModel(), true, true, true));
     EXPECT_TRUE(ReportCapture::HasWarning("RENDER ANIM -- " + path));
-    EXPECT_TRUE(std::filesystem::is_empty(m_Folder));
-    WriteFile("x.pvx", "before");
+    EXPECT_EQ(CountFiles(), 0);
+    m_Folder.Write("x.pvx", "before");
     EXPECT_FALSE(ra::SaveIntermediate(path.c_str(), RenderModel(), true, true, true));
-    EXPECT_EQ(ReadFile("x.pvx"), "before");
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_Folder), {}), 1);
+    EXPECT_EQ(m_Folder.Read("x.pvx"), "before");
+    EXPECT_EQ(CountFiles(), 1);
     EXPECT_TRUE(ra::SaveIntermediate(path.c_str(), *MakeModel(), true, true, true));
-    EXPECT_EQ(ReadFile("x.pvx"), Write(*MakeModel()));
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_Folder), {}), 1);
+    EXPECT_EQ(m_Folder.Read("x.pvx"), Write(*MakeModel()));
+    EXPECT_EQ(CountFiles(), 1);
 }
 
 // A disk of which files come back that take so much and no more, or that can't be put in their place.
@@ -298,9 +240,10 @@ TEST_F(IntermediateOnDisk, TheFirstAnimationOfAFileIsAppended) {
     const std::string anim = NamedFolder(
         "ANIM", "run", NamedFolder("DATA", "run", ChunkBytes::Data("INFO", PayloadBytes().U32(2).F32({0.5f}).Get()), 1),
         1);
-    WriteFile("run.pvx", MakeFile(ChunkBytes::Data("WHAT", "ever") + anim + NamedFolder("ANIM", "damaged", "", 1)));
-    WriteFile("none.pvx", MakeFile(ChunkBytes::Data("ANIM", "no folder")));
-    WriteFile("new.pvx", ChunkBytes::FileHeader() + NamedFolder("QPVX", "Walker", anim, 2));
+    m_Folder.Write("run.pvx",
+                   MakeFile(ChunkBytes::Data("WHAT", "ever") + anim + NamedFolder("ANIM", "damaged", "", 1)));
+    m_Folder.Write("none.pvx", MakeFile(ChunkBytes::Data("ANIM", "no folder")));
+    m_Folder.Write("new.pvx", ChunkBytes::FileHeader() + NamedFolder("QPVX", "Walker", anim, 2));
     const std::unique_ptr<RenderModel> pModel = MakeModel();
     ra::AppendIntermediateAnims(*pModel, At("run.pvx").c_str());
     ra::AppendIntermediateAnims(*pModel, At("none.pvx").c_str());

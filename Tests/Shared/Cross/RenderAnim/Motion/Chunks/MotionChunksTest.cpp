@@ -21,7 +21,7 @@ protected:
                                            }};
         int taken = 0;
         for (ChunkInfo child; chunky.NextChunk(child);)
-            taken += ra::ReadMotionPart(chunky, child, m_Side.Get(), context);
+            taken += ra::ReadMotionPart(chunky, child, m_Side.GetParts(), context);
         return taken;
     }
     void ExpectFault(const std::string& chunks, const std::string& fault) {

@@ -1,13 +1,11 @@
 #include <gmock/gmock.h>
 
-#include "Shared/Cross/FileSystem/Paths/FilePath.h"
-#include "Shared/Cross/FileSystem/Paths/FilePathHD.h"
 #include "Shared/Cross/RenderAnim/LoadSwitch.h"
 #include "Shared/Cross/RenderAnim/Motion/Chunks/EventFile.h"
 #include "Shared/Cross/RenderAnim/Motion/Chunks/MotionTreeFiles.h"
 #include "Tests/Shared/Cross/Debug/ReportCapture.h"
+#include "Tests/Shared/Cross/RenderAnim/DataTrees.h"
 #include "Tests/Shared/Cross/RenderAnim/Motion/Chunks/MotionSide.h"
-#include "Tests/Shared/PC/FileSystem/TempFolder.h"
 
 using ra::Name;
 
@@ -16,19 +14,8 @@ namespace {
 // A generic and a final tree.
 class MotionFiles : public testing::Test {
 protected:
-    MotionFiles() {
-        for (const char* pAlias : {"GENERIC", "DATA"}) {
-            m_Folder.MakeFolder(pAlias);
-            FilePath::AddSource(pAlias, "HD", 0,
-                                FilePathHD::Create(m_Folder.Path(pAlias).c_str(), ByteStream::Mode_Both));
-        }
-        m_Side.AddSamples();
-    }
-    ~MotionFiles() override {
-        ra::SetGenericLoad(false);
-        for (const char* pAlias : {"GENERIC", "DATA"})
-            FilePath::RemoveSource(pAlias, "HD");
-    }
+    MotionFiles() { m_Side.AddSamples(); }
+    ~MotionFiles() override { ra::SetGenericLoad(false); }
     static void Put(const char* pPath, const std::string& chunks) {
         const std::string bytes = ChunkBytes::FileHeader() + chunks;
         const auto pStream = FilePath::OpenStream(pPath, ByteStream::Mode_Write);
@@ -44,7 +31,7 @@ protected:
         return ra::LoadEvent(Name(pName), events, "Walker") ? events.Find(Name(pName))->m_parameters[0].value : "";
     }
 
-    TempFolder m_Folder;
+    DataTrees m_Folder;
     ReportCapture m_Reports;
     MotionSide m_Side;
     ra::MotionContext m_Context = {.pModelName = "Runner", .hasAnimation = [](const Name&) { return true; }};
@@ -83,23 +70,23 @@ TEST_F(MotionFiles, EventsAreSaved) {
 TEST_F(MotionFiles, AMotionTakesTheEventsOfFiles) {
     Put("DATA:art\\events\\bang.events", MakeEvent("loud"));
     m_Side.motions[0].m_events.push_back({Name("bang"), 0.25f});
-    ASSERT_TRUE(ra::ExportMotionList("DATA:x.erml", AsConst(m_Side.Get())));
+    ASSERT_TRUE(ra::ExportMotionList("DATA:x.erml", AsConst(m_Side.GetParts())));
     MotionSide other;
-    ASSERT_TRUE(ra::ImportMotionList("DATA:x.erml", other.Get(), m_Context));
+    ASSERT_TRUE(ra::ImportMotionList("DATA:x.erml", other.GetParts(), m_Context));
     EXPECT_EQ(other.motions[0].m_events.size(), 2u);
     EXPECT_TRUE(other.events.Has(Name("bang")));
     EXPECT_TRUE(m_Reports.GetWarnings().empty());
 }
 
 TEST_F(MotionFiles, AMotionListGoesToAnotherModel) {
-    ASSERT_TRUE(ra::ExportMotionList("DATA:x.erml", AsConst(m_Side.Get())));
+    ASSERT_TRUE(ra::ExportMotionList("DATA:x.erml", AsConst(m_Side.GetParts())));
     MotionSide other;
     other.AddSamples();
     other.modifiers[0].m_refValue = 77;
     other.motions.Add(std::make_unique<ra::Motion>(Name("own")));
     other.actions[0].m_motions.push_back({Name("own"), 2, {}});
     m_Context.hasAnimation = [](const Name&) { return false; };
-    ASSERT_TRUE(ra::ImportMotionList("DATA:x.erml", other.Get(), m_Context));
+    ASSERT_TRUE(ra::ImportMotionList("DATA:x.erml", other.GetParts(), m_Context));
     EXPECT_EQ(other.motions.GetCount(), 2u) << "in place of the own ones";
     EXPECT_EQ(other.modifiers.GetCount(), 1u);
     EXPECT_EQ(other.modifiers[0].m_refValue, 77) << "of two namesakes the model's own stays";
@@ -108,10 +95,10 @@ TEST_F(MotionFiles, AMotionListGoesToAnotherModel) {
 }
 
 TEST_F(MotionFiles, AnActionTreeGoesToAnotherModel) {
-    ASSERT_TRUE(ra::ExportActionTree("DATA:x.ertr", AsConst(m_Side.Get())));
+    ASSERT_TRUE(ra::ExportActionTree("DATA:x.ertr", AsConst(m_Side.GetParts())));
     MotionSide other;
     other.motions.Add(std::make_unique<ra::Motion>(Name("walk")));
-    ASSERT_TRUE(ra::ImportActionTree("DATA:x.ertr", other.Get(), m_Context));
+    ASSERT_TRUE(ra::ImportActionTree("DATA:x.ertr", other.GetParts(), m_Context));
     EXPECT_EQ(other.actions.GetCount(), 2u);
     EXPECT_EQ(other.conditions.GetCount(), 1u);
     EXPECT_EQ(other.clauses.GetCount(), 3u);
@@ -121,20 +108,20 @@ TEST_F(MotionFiles, AnActionTreeGoesToAnotherModel) {
 
 TEST_F(MotionFiles, FilesThatCantBeReadLeaveTheModelAsItWas) {
     const std::string before = m_Side.Write();
-    ASSERT_TRUE(ra::ExportMotionList("DATA:motions", AsConst(m_Side.Get())));
+    ASSERT_TRUE(ra::ExportMotionList("DATA:motions", AsConst(m_Side.GetParts())));
     const std::string damaged = ChunkBytes::Folder("ACTR", NamedData("ACTN", "x", "", 1));
     Put("DATA:damaged", ChunkBytes::Folder("ERML", damaged) + ChunkBytes::Folder("ERTR", damaged));
     Put("DATA:newer", ChunkBytes::Folder("ERML", "", 2) + ChunkBytes::Folder("ERTR", "", 2));
     for (const std::string path : {"DATA:missing", "DATA:damaged", "DATA:newer"}) {
-        EXPECT_FALSE(ra::ImportMotionList(path.c_str(), m_Side.Get(), m_Context));
-        EXPECT_FALSE(ra::ImportActionTree(path.c_str(), m_Side.Get(), m_Context));
+        EXPECT_FALSE(ra::ImportMotionList(path.c_str(), m_Side.GetParts(), m_Context));
+        EXPECT_FALSE(ra::ImportActionTree(path.c_str(), m_Side.GetParts(), m_Context));
         EXPECT_TRUE(ReportCapture::HasWarning("RENDER ANIM -- '" + path + "': Unable to import motion list!"));
         EXPECT_TRUE(ReportCapture::HasWarning("RENDER ANIM -- '" + path + "': Unable to import action tree!"));
     }
-    EXPECT_FALSE(ra::ImportActionTree("DATA:motions", m_Side.Get(), m_Context)) << "of the other kind";
+    EXPECT_FALSE(ra::ImportActionTree("DATA:motions", m_Side.GetParts(), m_Context)) << "of the other kind";
     EXPECT_EQ(m_Side.Write(), before);
-    EXPECT_FALSE(ra::ExportMotionList("NOWHERE:x", AsConst(m_Side.Get())));
-    EXPECT_FALSE(ra::ExportActionTree("NOWHERE:x", AsConst(m_Side.Get())));
+    EXPECT_FALSE(ra::ExportMotionList("NOWHERE:x", AsConst(m_Side.GetParts())));
+    EXPECT_FALSE(ra::ExportActionTree("NOWHERE:x", AsConst(m_Side.GetParts())));
     EXPECT_TRUE(ReportCapture::HasWarning("RENDER ANIM -- 'NOWHERE:x': Unable to export motion list!"));
     EXPECT_TRUE(ReportCapture::HasWarning("RENDER ANIM -- 'NOWHERE:x': Unable to export action tree!"));
 }

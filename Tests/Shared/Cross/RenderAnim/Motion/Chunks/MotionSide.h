@@ -8,16 +8,7 @@
 #include "Tests/Shared/Cross/RenderAnim/Chunks/PayloadBytes.h"
 
 // The lists of a motion side by themselves, and a sample of each object.
-struct MotionSide {
-    ra::EventList events;
-    ra::ClauseList clauses;
-    ra::ConditionList conditions;
-    ra::ModifierList modifiers;
-    ra::MotionList motions;
-    ra::ActionTree actions;
-
-    ra::MotionParts Get() { return {events, clauses, conditions, modifiers, motions, actions}; }
-
+struct MotionSide : ra::MotionLists {
     // Everything, each of it named by something behind it. The animations "walk" and "run" are the model's.
     void AddSamples() {
         using ra::Name;
@@ -38,7 +29,7 @@ struct MotionSide {
     }
 
     static std::string Write(const ra::ConstMotionParts& parts, ra::MotionForm form = ra::MotionForm::Generic);
-    std::string Write(ra::MotionForm form = ra::MotionForm::Generic) { return Write(AsConst(Get()), form); }
+    std::string Write(ra::MotionForm form = ra::MotionForm::Generic) { return Write(AsConst(GetParts()), form); }
 
 private:
     template <class C, class V>
