@@ -1,5 +1,6 @@
 #include "Shared/Cross/Debug/db.h"
 
+#include "Shared/Cross/Debug/CallbackTable.h"
 #include "Shared/Cross/Debug/CrashReport.h"
 #include "Tests/Shared/Cross/Debug/ReportCapture.h"
 
@@ -23,6 +24,8 @@ template <int... Numbers>
 void RemoveMany(std::integer_sequence<int, Numbers...>) {
     (dbRemoveErrorSubscriber(Ignore<Numbers>), ...);
 }
+
+void DoNothing(void*) {}
 
 int s_Depth = 0;
 void WarnAgain(dbMessage) {
@@ -67,8 +70,6 @@ TEST(Channels, LongMessagesAreCut) {
 
 TEST(Channels, BadRegistrationsStop) {
     EXPECT_THROW(dbAddWarningSubscriber(nullptr), std::runtime_error);
-    EXPECT_THROW(dbAddAssertCallback(nullptr, nullptr), std::runtime_error);
-
     const auto full = std::make_integer_sequence<int, s_dbMaxSubscribers>();
     AddMany(full);
     EXPECT_THROW(dbAddErrorSubscriber(Ignore<0>), std::runtime_error) << "twice";
@@ -76,6 +77,19 @@ TEST(Channels, BadRegistrationsStop) {
     RemoveMany(full);
     dbAddErrorSubscriber(Ignore<100>);
     dbRemoveErrorSubscriber(Ignore<100>);
+}
+
+TEST(Channels, BadCallbacksStop) {
+    CallbackTable<2> table;
+    EXPECT_THROW(table.Add({}), std::runtime_error);
+    int users[3] = {};
+    table.Add({DoNothing, &users[0]});
+    EXPECT_THROW(table.Add({DoNothing, &users[0]}), std::runtime_error) << "twice";
+    table.Add({DoNothing, &users[1]});
+    EXPECT_THROW(table.Add({DoNothing, &users[2]}), std::runtime_error) << "too many";
+    table.Remove({DoNothing, &users[0]});
+    table.Add({DoNothing, &users[2]});
+    EXPECT_EQ(table[0].pUser, &users[1]);
 }
 
 TEST(Channels, ASubscriberMayReport) {

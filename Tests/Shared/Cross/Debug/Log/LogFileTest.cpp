@@ -3,26 +3,32 @@
 #include "Shared/Cross/Debug/CrashReport.h"
 #include "Shared/Cross/FileSystem/Paths/FilePath.h"
 #include "Shared/Cross/FileSystem/Paths/FilePathHD.h"
-#include "Tests/Shared/Cross/Debug/Log/LogFolder.h"
+#include "Tests/Shared/Cross/Debug/ReportCapture.h"
+#include "Tests/Shared/PC/FileSystem/TempFolder.h"
 
+#include <gtest/gtest.h>
+
+#include <regex>
 #include <stdexcept>
 #include <vector>
 
 namespace {
 
-class LogFileTest : public LogFolder {
+class LogFileTest : public testing::Test {
 protected:
+    TempFolder m_Folder;
+
     LogFileTest() {
-        FilePath::AddSource("log", "test", 0, FilePathHD::Create(GetPath("").c_str(), FilePath::Mode::Mode_Both));
+        FilePath::AddSource("log", "test", 0, FilePathHD::Create(m_Folder.Path().c_str(), FilePath::Mode::Mode_Both));
     }
     ~LogFileTest() override { FilePath::RemoveSource("log", "test"); }
 
     // Below the folder, in alphabetical order.
     std::vector<std::string> GetFiles() const {
         std::vector<std::string> files;
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(m_Folder))
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(m_Folder.Native()))
             if (entry.is_regular_file())
-                files.push_back(entry.path().lexically_relative(m_Folder).string());
+                files.push_back(entry.path().lexically_relative(m_Folder.Native()).string());
         std::ranges::sort(files);
         return files;
     }
@@ -58,13 +64,13 @@ TEST_F(LogFileTest, WritesLinesAtOnce) {
     ASSERT_TRUE(log.OpenAlias("log:notes.log", true, false));
     EXPECT_TRUE(log.Write("one"));
     EXPECT_TRUE(log.Printf("%d\n%s", 2, "three"));
-    EXPECT_EQ(Read("notes.log"), "one\r\n2\r\nthree\r\n");
+    EXPECT_EQ(m_Folder.Read("notes.log"), "one\r\n2\r\nthree\r\n");
     EXPECT_TRUE(log.Printf("%s", std::string(5000, 'x').c_str()));
-    EXPECT_EQ(Read("notes.log").size(), 15u + 2047 + 2);
+    EXPECT_EQ(m_Folder.Read("notes.log").size(), 15u + 2047 + 2);
     ASSERT_TRUE(log.OpenAlias("log:notes.log", false, false));
     log.Write("one, ");
     log.Write("two");
-    EXPECT_EQ(Read("notes.log"), "one, two");
+    EXPECT_EQ(m_Folder.Read("notes.log"), "one, two");
 }
 
 TEST_F(LogFileTest, FillsInAliasAndExtension) {
@@ -73,7 +79,7 @@ TEST_F(LogFileTest, FillsInAliasAndExtension) {
     for (const auto& [pName, pFile] : names) {
         LogFile log;
         ASSERT_TRUE(log.OpenAlias(pName, true, false)) << pName;
-        EXPECT_TRUE(std::filesystem::exists(m_Folder / pFile)) << pName;
+        EXPECT_TRUE(m_Folder.Has(pFile)) << pName;
     }
 }
 
@@ -82,7 +88,7 @@ TEST_F(LogFileTest, GoesWithACrashReportWhileItIsOpen) {
         LogFile log;
         ASSERT_TRUE(log.OpenAlias("log:notes", true, true));
         ASSERT_EQ(dbGetReportFiles().size(), 1u);
-        EXPECT_EQ(dbGetReportFiles()[0].name, (m_Folder / "notes.txt").string());
+        EXPECT_EQ(dbGetReportFiles()[0].name, m_Folder.Native("notes.txt"));
     }
     EXPECT_TRUE(dbGetReportFiles().empty());
 }
@@ -100,9 +106,11 @@ TEST_F(LogFileTest, MistakesAndFailures) {
 }
 
 // Without anybody who mounts the alias.
-class LogFileAloneTest : public LogFolder {
+class LogFileAloneTest : public testing::Test {
 protected:
-    LogFileAloneTest() { setenv("PVX_LOGS", (m_Folder / "deep/logs").c_str(), 1); }
+    TempFolder m_Folder;
+
+    LogFileAloneTest() { setenv("PVX_LOGS", m_Folder.Native("deep/logs").c_str(), 1); }
     ~LogFileAloneTest() override {
         FilePath::RemoveSource("log", "Logs");
         unsetenv("PVX_LOGS");
@@ -112,11 +120,11 @@ protected:
 TEST_F(LogFileAloneTest, TheFirstUseMountsTheAlias) {
     LogFile log;
     EXPECT_FALSE(log.OpenAlias("elsewhere:notes", true, false));
-    EXPECT_FALSE(std::filesystem::exists(m_Folder / "deep"));
+    EXPECT_FALSE(m_Folder.Has("deep"));
     ASSERT_TRUE(log.OpenAlias("LOG:notes", true, false));
-    EXPECT_TRUE(std::filesystem::exists(m_Folder / "deep/logs/notes.txt"));
+    EXPECT_TRUE(m_Folder.Has("deep/logs/notes.txt"));
     ASSERT_TRUE(log.Open("tool", ".log", true, false));
     std::string name = log.GetName();
     ASSERT_TRUE(FilePath::GetFullName(name, FilePath::Mode::Mode_Read));
-    EXPECT_TRUE(OSFile::ToNative(name).starts_with((m_Folder / "deep/logs/").string())) << name;
+    EXPECT_TRUE(OSFile::ToNative(name).starts_with(m_Folder.Native("deep/logs/"))) << name;
 }
