@@ -48,18 +48,6 @@ TEST_F(ChunkyWrite, LaysDownTheBytesOfATree) {
     EXPECT_EQ(m_pStream->GetPos(), m_pStream->GetLength());
 }
 
-TEST_F(ChunkyWrite, AChunkThatIsNeverEndedKeepsASizeOfZero) {
-    {
-        const auto pStream = MakeWriteStream();
-        {
-            Chunky chunky{ByteStreamAdapter(pStream.get())};
-            chunky.BeginData(FourCC("OPEN"), 1);
-            chunky.GetStream().Write("123", 3);
-        }
-        EXPECT_EQ(BytesOf(*pStream), ChunkBytes::FileHeader() + ChunkBytes::Header("DATA", "OPEN", 1, 0) + "123");
-    }
-}
-
 TEST_F(ChunkyWrite, DepthGoesBeyondTheInlineStack) {
     for (uint32_t depth = 0; depth < 11; ++depth)
         m_Chunky.BeginFolder(FourCC("DEEP"), depth);
@@ -77,36 +65,33 @@ TEST_F(ChunkyWrite, RefusesSubChunksOfData) {
     EXPECT_THROW(m_Chunky.BeginData(FourCC("SUBD"), 1), std::runtime_error);
 }
 
+TEST_F(ChunkyWrite, AChunkThatIsNeverEndedKeepsASizeOfZero) {
+    const auto pStream = MakeWriteStream();
+    {
+        Chunky chunky{ByteStreamAdapter(pStream.get())};
+        chunky.BeginData(FourCC("OPEN"), 1);
+        chunky.GetStream().Write("123", 3);
+    }
+    EXPECT_EQ(BytesOf(*pStream), ChunkBytes::FileHeader() + ChunkBytes::Header("DATA", "OPEN", 1, 0) + "123");
+}
+
 TEST_F(ChunkyWrite, RefusesBytesOutsideOfDataChunks) {
     const auto begin = [](Chunky& chunky) { chunky.BeginData(FourCC("ITEM"), 1); };
     const auto end = [](Chunky& chunky) { chunky.EndChunk(); };
-    const auto cases = {
-        std::function<void()>([&] { Put("x"); }), // behind the file header
-        std::function<void()>([&] {
-            m_Chunky.BeginFolder(FourCC("FOLD"), 1);
-            Put("x");
-        }),
-        std::function<void()>([&] {
-            begin(m_Chunky);
-            end(m_Chunky);
-            Put("x");
-        }),
-    };
-    for (const auto& prepare : cases) {
-        prepare();
-        EXPECT_EQ(CodeOf(begin), ChunkyError_DataInFolder);
+    // Puts a byte where there is no data chunk, and takes it back.
+    const auto expectRefusal = [&](const std::function<void(Chunky&)>& next) {
+        Put("x");
+        EXPECT_EQ(CodeOf(next), ChunkyError_DataInFolder);
         EXPECT_EQ(m_Text, "A folder chunk had data written directly in it!");
-        // Back to where the next case starts from.
         m_pStream->Seek(m_pStream->GetPos() - 1);
-    }
-}
-
-TEST_F(ChunkyWrite, RefusesToEndAFolderWithBytesOfItsOwn) {
-    m_Chunky.BeginFolder(FourCC("ROOT"), 1);
-    m_Chunky.BeginData(FourCC("ITEM"), 1);
-    m_Chunky.EndChunk();
-    Put("x");
-    EXPECT_EQ(CodeOf([](Chunky& chunky) { chunky.EndChunk(); }), ChunkyError_DataInFolder);
+    };
+    expectRefusal(begin); // behind the file header
+    m_Chunky.BeginFolder(FourCC("FOLD"), 1);
+    expectRefusal(begin);
+    begin(m_Chunky);
+    end(m_Chunky);
+    expectRefusal(begin);
+    expectRefusal(end);
 }
 
 TEST_F(ChunkyWrite, RefusesAnOverwrittenHeader) {

@@ -83,17 +83,14 @@ TEST_F(FilePathTest, RegistrationIsChecked) {
     const auto pSource = std::make_shared<FilePathHDRaw>(false);
     EXPECT_TRUE(Mount("TOOL", "HD", 99, pSource));
     EXPECT_TRUE(FilePath::HasAlias("tool:x"));
-    EXPECT_FALSE(FilePath::HasAlias("DATA:x"));
-    EXPECT_FALSE(FilePath::HasAlias("x"));
     const dbNoThrowScope stepOver;
-    EXPECT_FALSE(FilePath::AddSource("TOOL", "HD", 1, pSource));
-    EXPECT_FALSE(FilePath::AddSource("C", "HD", 1, pSource));
-    EXPECT_FALSE(FilePath::AddSource("C:", "HD", 1, pSource));
-    EXPECT_FALSE(FilePath::AddSource("", "HD", 1, pSource));
-    EXPECT_FALSE(FilePath::AddSource("DATA", "", 1, pSource));
-    EXPECT_FALSE(FilePath::AddSource("DATA", "HD", -1, pSource));
+    const std::tuple<const char*, const char*, int32_t> mistakes[] = {
+        {"TOOL", "HD", 1}, {"C", "HD", 1}, {"C:", "HD", 1}, {"", "HD", 1}, {"DATA", "", 1}, {"DATA", "HD", -1}};
+    for (const auto& [pAlias, pId, priority] : mistakes)
+        EXPECT_FALSE(FilePath::AddSource(pAlias, pId, priority, pSource)) << pAlias << pId;
     EXPECT_FALSE(FilePath::AddSource("DATA", "HD", 1, nullptr));
-    EXPECT_FALSE(FilePath::HasAlias("DATA:x"));
+    for (const char* pName : {"DATA:x", "x"})
+        EXPECT_FALSE(FilePath::HasAlias(pName));
 }
 
 TEST_F(FilePathTest, RemovingTells) {
@@ -324,26 +321,4 @@ TEST_F(FilePathTest, ListenersHearOfEachOpen) {
     FilePath::RemoveOpenListener(listener);
     Read("data:x");
     EXPECT_EQ(listener.heard, NameList{"data:x DATA a"});
-}
-
-TEST_F(FilePathTest, WatchersHearOfWhatSourcesTell) {
-    class ChangingSource : public FilePathHDRaw {
-    public:
-        ChangingSource() : FilePathHDRaw(false) {}
-        bool GetChanges(std::vector<std::string>& names) override {
-            names = {"art\\a.tga", "art\\sub\\b.TGA", "c.dds"};
-            return true;
-        }
-    };
-    ASSERT_TRUE(Mount("DATA", "changing", 1, std::make_shared<ChangingSource>()));
-    ASSERT_TRUE(Mount("DATA", "silent", 2, std::make_shared<FilePathHDRaw>(false)));
-    NameList heard;
-    EXPECT_TRUE(FilePath::AddWatcher("DATA:art\\*.tga", [&](const char* pName) { heard.emplace_back(pName); }));
-    EXPECT_THROW(FilePath::AddWatcher("DATA:art\\*.tga", nullptr), std::runtime_error);
-    FilePath::PollChanges();
-    EXPECT_EQ(heard, (NameList{"DATA:art\\a.tga", "DATA:art\\sub\\b.TGA"}));
-    EXPECT_TRUE(FilePath::RemoveWatcher("DATA:art\\*.tga"));
-    EXPECT_FALSE(FilePath::RemoveWatcher("DATA:art\\*.tga"));
-    FilePath::PollChanges();
-    EXPECT_EQ(heard.size(), 2u);
 }

@@ -56,15 +56,13 @@ TEST(FilePathUtil, SplitPath) {
 TEST(FilePathUtil, MakePath) {
     const struct {
         const char *pAlias, *pPath, *pFname, *pExt, *pFull;
-    } cases[] = {
-        {"data", "art", "x", "tga", "DATA:art\\x.tga"},
-        {"DATA:", "\\art\\", "x", ".tga", "DATA:art\\x.tga"},
-        {"DATA", "/art/sub/", "x", "", "DATA:art\\sub\\x"},
-        {"DATA", nullptr, "x", nullptr, "DATA:x"},
-        {"DATA", "a\\..", "x", "tga", "DATA:x.tga"},
-        {"DATA", "\\\\server\\share", "x", "tga", "DATA:\\\\server\\share\\x.tga"},
-        {"DATA", "art", nullptr, nullptr, "DATA:art\\"},
-    };
+    } cases[] = {{"data", "art", "x", "tga", "DATA:art\\x.tga"},
+                 {"DATA:", "\\art\\", "x", ".tga", "DATA:art\\x.tga"},
+                 {"DATA", "/art/sub/", "x", "", "DATA:art\\sub\\x"},
+                 {"DATA", nullptr, "x", nullptr, "DATA:x"},
+                 {"DATA", "a\\..", "x", "tga", "DATA:x.tga"},
+                 {"DATA", "\\\\server\\share", "x", "tga", "DATA:\\\\server\\share\\x.tga"},
+                 {"DATA", "art", nullptr, nullptr, "DATA:art\\"}};
     for (const auto& [pAlias, pPath, pFname, pExt, pFull] : cases) {
         std::string full;
         EXPECT_TRUE(MakePath(full, pAlias, pPath, pFname, pExt));
@@ -80,30 +78,26 @@ TEST(FilePathUtil, MakePath) {
 TEST(FilePathUtil, Normalizing) {
     const struct {
         const char *pName, *pNormal;
-    } aliases[] = {
-        {"data:/art\\\\x.TGA", "DATA:art\\x.TGA"},
-        {"AB:a\\b\\..\\..\\c", "AB:c"},
-        {"AB:..\\c", "AB:..\\c"},
-        {"AB:a\\..\\..\\c", "AB:..\\c"},
-        {"AB:a..b\\...\\c", "AB:a..b\\...\\c"},
-        {"AB:a\\b\\..", "AB:a\\"},
-        {"AB:Z:\\..\\x", "AB:Z:\\..\\x"},
-        {"C:\\x", "none"},
-        {"x", "none"},
-    };
+    } aliases[] = {{"data:/art\\\\x.TGA", "DATA:art\\x.TGA"},
+                   {"AB:a\\b\\..\\..\\c", "AB:c"},
+                   {"AB:..\\c", "AB:..\\c"},
+                   {"AB:a\\..\\..\\c", "AB:..\\c"},
+                   {"AB:a..b\\...\\c", "AB:a..b\\...\\c"},
+                   {"AB:a\\b\\..", "AB:a\\"},
+                   {"AB:Z:\\..\\x", "AB:Z:\\..\\x"},
+                   {"C:\\x", "none"},
+                   {"x", "none"}};
     for (const auto& [pName, pNormal] : aliases)
         EXPECT_EQ(Normalized(pName), pNormal) << pName;
     const struct {
         const char *pName, *pNormal;
-    } separators[] = {
-        {"a/b\\\\c", "a\\b\\c"},
-        {"\\a", "a"},
-        {"//server/share", "\\\\server\\share"},
-        {"", ""},
-        {"\\\\\\\\a", "\\\\a"},
-        {"\\", ""},
-        {"a\\\\\\", "a\\"},
-    };
+    } separators[] = {{"a/b\\\\c", "a\\b\\c"},
+                      {"\\a", "a"},
+                      {"//server/share", "\\\\server\\share"},
+                      {"", ""},
+                      {"\\\\\\\\a", "\\\\a"},
+                      {"\\", ""},
+                      {"a\\\\\\", "a\\"}};
     for (const auto& [pName, pNormal] : separators)
         EXPECT_EQ(Separated(pName), pNormal) << pName;
 }

@@ -207,7 +207,9 @@ TEST_F(HDNotificationTest, SourcesAndWatchersHearByAliases) {
     EXPECT_THAT(heard, ElementsAre("ART:Art\\x.tga", "DATA:Art\\x.tga", "DATA:Art\\y.TGA"));
     FilePath::PollChanges();
     EXPECT_EQ(heard.size(), 3u);
-    FilePath::RemoveWatcher("data:ART\\*.tga");
+    EXPECT_THROW(FilePath::AddWatcher("DATA:*", nullptr), std::runtime_error);
+    EXPECT_TRUE(FilePath::RemoveWatcher("data:ART\\*.tga"));
+    EXPECT_FALSE(FilePath::RemoveWatcher("data:ART\\*.tga"));
     FilePath::RemoveSource("DATA", "root");
     FilePath::RemoveSource("ART", "root");
 }
