@@ -18,15 +18,13 @@ protected:
 } // namespace
 
 TEST_F(BugReportPathTest, IsTheFolderOfTheExecutable) {
-    const std::string root = m_Root.string();
-    std::filesystem::create_directories(m_Root / "proj/Tools");
-    EXPECT_EQ(FindReporter("[bugreport]\nExePath=TOOLS\\setup.exe\n"), root + "/proj/Tools/BugReport/");
-    EXPECT_EQ(FindReporter("[bugreport]\nExePath=Tools\\\n"), root + "/proj/Tools/BugReport/");
-    EXPECT_EQ(FindReporter("[bugreport]\nExePath=Z:\\none\\x.exe\n"), "/none/BugReport/");
-    EXPECT_EQ(FindReporter("[bugreport]\nExePath=tool.exe\n"), root + "/proj/BugReport/");
-}
-
-TEST_F(BugReportPathTest, WithoutTheKeyThereIsNone) {
-    EXPECT_NE(FindReporter("[bugreport]\nExePath=Z:\\none\\x.exe\n"), "");
-    EXPECT_EQ(FindReporter("[bugreport]\nother=1\n"), "");
+    const std::string project = m_Root.string() + "/proj/";
+    std::filesystem::create_directories(project + "Tools");
+    const std::pair<const char*, std::string> cases[] = {{"ExePath=TOOLS\\setup.exe", project + "Tools/BugReport/"},
+                                                         {"ExePath=Tools\\", project + "Tools/BugReport/"},
+                                                         {"ExePath=Z:\\none\\x.exe", "/none/BugReport/"},
+                                                         {"ExePath=tool.exe", project + "BugReport/"},
+                                                         {"other=1", ""}};
+    for (const auto& [pLine, folder] : cases)
+        EXPECT_EQ(FindReporter(std::string("[bugreport]\n") + pLine + '\n'), folder) << pLine;
 }

@@ -49,6 +49,9 @@ TEST_F(MapperTest, ProjectThenExtrasThenParents) {
     Pipeline::Mapper mapper = Pipeline::Get()->CreateMapper("FOO", Pipeline::Kind_Final, false);
     EXPECT_STREQ(mapper.GetProject(), "foo");
     mapper.Map();
+    EXPECT_TRUE(CanWrite("DATA:art\\x.obm"));
+    EXPECT_EQ(Read("proj\\Foo\\Data\\art\\x.obm"), "") << "writes reach the project";
+    EXPECT_EQ(Read("proj\\Tools\\art\\x.obm"), "Tools");
     EXPECT_THAT(Asked("DATA:art\\x.obm"),
                 ElementsAre("Tools Data", "foo", "foo-extra-01", "foo-extra-02", "base", "base-extra-01", "root"));
     EXPECT_THAT(m_Reports.GetWarnings(), ElementsAre());
@@ -78,8 +81,7 @@ TEST_F(MapperTest, EachKindHasItsAlias) {
         {Pipeline::Kind_Source, "DATASRC:x"},      {Pipeline::Kind_SourceShared, "DATASRCSHARED:x"},
         {Pipeline::Kind_Intermediate, "INTERM:x"}, {Pipeline::Kind_Generic, "GENERIC:x"},
         {Pipeline::Kind_Final, "DATA:x"},          {Pipeline::Kind_Locale, "LOCALE:x"},
-        {Pipeline::Kind_Preview, "PREVIEW:x"},
-    };
+        {Pipeline::Kind_Preview, "PREVIEW:x"}};
     for (const auto& [kind, pName] : s_Aliases) {
         Pipeline::Mapper mapper = Pipeline::Get()->CreateMapper("root", kind, true);
         mapper.Map();
@@ -91,20 +93,6 @@ TEST_F(MapperTest, EachKindHasItsAlias) {
     }
     EXPECT_THROW(Pipeline::Get()->CreateMapper("root", Pipeline::Kind_Burn, true), std::runtime_error);
     EXPECT_THROW(Pipeline::Get()->CreateMapper(nullptr, Pipeline::Kind_Final, true), std::runtime_error);
-}
-
-TEST_F(MapperTest, WritesReachTheProject) {
-    InitializeFamily();
-    WriteEverywhere();
-    ToolsData tools;
-    tools.Map();
-    Pipeline::Mapper mapper = Pipeline::Get()->CreateMapper("foo", Pipeline::Kind_Final, false);
-    mapper.Map();
-    EXPECT_TRUE(CanWrite("DATA:art\\new.obm"));
-    EXPECT_TRUE(CanWrite("DATA:art\\x.obm"));
-    EXPECT_TRUE(std::filesystem::exists(Native("proj\\Foo\\Data\\art\\new.obm")));
-    EXPECT_EQ(Read("proj\\Foo\\Data\\art\\x.obm"), "");
-    EXPECT_EQ(Read("proj\\Tools\\art\\x.obm"), "Tools");
 }
 
 TEST_F(MapperTest, MappingMakesFoldersUnlessForReading) {
@@ -152,8 +140,13 @@ TEST_F(MapperTest, ItsStates) {
     EXPECT_THROW(mapper.Map(), std::runtime_error);
 }
 
-TEST_F(MapperTest, EmptyHandles) {
+TEST_F(MapperTest, RelationsAndEmptyHandles) {
     InitializeFamily();
+    const Pipeline::Mapper foo = Pipeline::Get()->CreateMapper("foo", Pipeline::Kind_Final, false);
+    EXPECT_TRUE(foo.IsProject("Foo") && !foo.IsProject(nullptr));
+    for (const char* const pParent : {"Base", "ROOT", "unknown"})
+        EXPECT_TRUE(foo.IsChildOf(pParent)) << pParent;
+    EXPECT_FALSE(foo.IsChildOf("foo"));
     const Pipeline::Mapper unknown = Pipeline::Get()->CreateMapper("nobody", Pipeline::Kind_Final, false);
     const Pipeline::Mapper none = Pipeline::Get()->CreateMapper(nullptr, Pipeline::Kind_Final, false);
     for (const Pipeline::Mapper& mapper : {unknown, none, Pipeline::Mapper()}) {
@@ -162,17 +155,6 @@ TEST_F(MapperTest, EmptyHandles) {
         EXPECT_FALSE(mapper.IsProject("foo"));
         EXPECT_FALSE(mapper.IsChildOf("foo"));
     }
-}
-
-TEST_F(MapperTest, Relations) {
-    InitializeFamily();
-    const Pipeline::Mapper mapper = Pipeline::Get()->CreateMapper("foo", Pipeline::Kind_Final, false);
-    EXPECT_TRUE(mapper.IsProject("Foo"));
-    EXPECT_FALSE(mapper.IsProject(nullptr));
-    EXPECT_TRUE(mapper.IsChildOf("Base"));
-    EXPECT_TRUE(mapper.IsChildOf("ROOT"));
-    EXPECT_TRUE(mapper.IsChildOf("unknown"));
-    EXPECT_FALSE(mapper.IsChildOf("foo"));
 }
 
 TEST_F(MapperTest, ParentsInACircleEnd) {

@@ -2,13 +2,10 @@
 
 #include "Shared/Cross/FileSystem/Paths/FilePath.h"
 #include "Shared/Cross/Pipeline/Pipeline.h"
-#include "Shared/PC/FileSystem/OSFile.h"
 #include "Tests/Shared/Cross/Debug/ReportCapture.h"
+#include "Tests/Shared/PC/FileSystem/TempFolder.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
+#include <algorithm>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,35 +13,22 @@
 // A folder of a test's own for the project trees that it makes, and the services around it.
 class ProjectTree : public testing::Test {
 protected:
-    ProjectTree() {
-        std::string name = (std::filesystem::temp_directory_path() / "pvx-Tree-XXXXXX").string();
-        m_Root = mkdtemp(name.data());
-    }
     ~ProjectTree() override {
         if (Pipeline::IsInitialized())
             Pipeline::Shutdown();
-        std::filesystem::remove_all(m_Root);
     }
 
     // The system's form of a path in the tree, which is given with backslashes.
-    std::string Path(const std::string& relative = "") const {
-        return OSFile::FromNative(m_Root.string()) + (relative.empty() ? "" : "\\" + relative);
-    }
-    std::filesystem::path Native(std::string relative) const {
-        std::ranges::replace(relative, '\\', '/');
-        return m_Root / relative;
-    }
+    std::string Path(const std::string& relative = "") const { return m_Folder.Path(Slashes(relative)); }
+    std::filesystem::path Native(const std::string& relative) const { return m_Root / Slashes(relative); }
     // Makes the folders on the way.
-    void Write(const std::string& relative, const std::string& text) const {
-        std::filesystem::create_directories(Native(relative).parent_path());
-        std::ofstream(Native(relative), std::ios::binary) << text;
-    }
-    std::string Read(const std::string& relative) const {
-        std::stringstream text;
-        text << std::ifstream(Native(relative), std::ios::binary).rdbuf();
-        return text.str();
-    }
+    void Write(const std::string& relative, const std::string& text) const { m_Folder.Write(Slashes(relative), text); }
+    std::string Read(const std::string& relative) const { return m_Folder.Read(Slashes(relative)); }
 
+    static std::string Slashes(std::string path) {
+        std::ranges::replace(path, '\\', '/');
+        return path;
+    }
     // CR LF in place of each LF.
     static std::string Lines(const std::string& text) {
         std::string result;
@@ -67,5 +51,6 @@ protected:
     }
 
     ReportCapture m_Reports;
-    std::filesystem::path m_Root;
+    TempFolder m_Folder;
+    const std::filesystem::path m_Root = m_Folder.Native();
 };
