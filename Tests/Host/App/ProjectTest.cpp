@@ -57,26 +57,6 @@ TEST_F(Project, CommandsOfAScript) {
     EXPECT_FALSE(std::filesystem::exists(m_Folder / "Studio/Game/Final")) << "asking makes no folders";
 }
 
-TEST_F(Project, CommandsOfTheShell) {
-    const auto call = [](std::vector<std::string> words) {
-        words.insert(words.begin(), "call");
-        return RunProgram("pvxhost", words);
-    };
-    const ProgramResult mapped =
-        call({"ombl_pipeline_sourcetogeneric", At("Studio/Base/../Game/Source/Tank/Tank.glb")});
-    EXPECT_EQ(mapped.status, 0) << mapped.err;
-    EXPECT_EQ(mapped.out, Text("Studio/Game/Generic/Tank/Tank.glb") + "\n");
-    const ProgramResult none = call({"ombl_pipeline_sourcetofinal"});
-    EXPECT_EQ(none.status, 1);
-    EXPECT_EQ(none.err, "Argument count error: ombl_pipeline_sourcetodestination wanted 1, got 0\n");
-    const ProgramResult number = call({"ombl_pipeline_sourcetofinal", "3"});
-    EXPECT_EQ(number.status, 1);
-    EXPECT_EQ(number.err, "Type error: ombl_pipeline_sourcetofinal source_filename requires String, got: 3\n");
-    EXPECT_THAT(RunProgram("pvxhost", {"commands"}).out,
-                AllOf(HasSubstr("ombl_pipeline_sourcetofinal\n"), HasSubstr("ombl_pipeline_sourcetogeneric\n"),
-                      HasSubstr("ombl_pipeline_sourcetointermediate\n")));
-}
-
 TEST_F(Project, AnUnusableConfigurationIsToldWithItsReason) {
     const std::string file = At("Studio/Game/Source/x.glb");
     const std::string says = "ombl_pipeline_sourcetofinal: PIPELINE -- ";

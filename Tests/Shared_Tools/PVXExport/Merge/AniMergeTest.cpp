@@ -36,14 +36,6 @@ TEST_F(AniMergeTest, AnimationsAreMergedInTheirOrder) {
     EXPECT_EQ(pModel->GetMeshGroup()->GetMeshCount(), 1u);
 }
 
-TEST_F(AniMergeTest, WithoutAnimationsTheModelAloneIsSaved) {
-    ASSERT_TRUE(Merge({}));
-    const ModelServices services;
-    const std::unique_ptr<RenderModel> pModel = ReadMerged();
-    ASSERT_TRUE(pModel);
-    EXPECT_EQ(pModel->GetAnimList()->GetCount(), 0u);
-}
-
 TEST_F(AniMergeTest, StartThatFailsSaysNothingAndLeavesUpWhatIsUp) {
     const std::string ini = m_Server.Read("pipeline.ini");
     const auto fails = [&] { return !Merge({}) && m_Text.empty() && ProcessLog::IsOpen() && !Inv::IsInitialized(); };
@@ -200,17 +192,6 @@ TEST_F(AniMergeTest, TheSameFilesGiveTheSameBytes) {
     const std::string bytes = m_Server.Read("gen/art/tank.pvx");
     ASSERT_TRUE(Merge({"int\\run.pvx"}));
     EXPECT_EQ(m_Server.Read("gen/art/tank.pvx"), bytes);
-}
-
-TEST_F(AniMergeTest, BonesThatDifferAreToldAndMergedAllTheSame) {
-    m_Server.Write("int/other.pvx", MakeAnimFile({"hip", "tail"}));
-    ASSERT_TRUE(Merge({"int\\run.pvx", "int\\other.pvx"}));
-    const std::string other = std::string("MERGE -- 'int\\other.pvx': ");
-    const std::string log = ReadLog();
-    EXPECT_THAT(log, HasSubstr(other + "bones: 1 of the model's missing in the animation, 1 of the animation's missing "
-                                       "in the model, 0 with another parent, 0 with another rest pose"));
-    EXPECT_LT(log.find(other + "missing in the animation: knee"), log.find(other + "missing in the model: tail"));
-    EXPECT_THAT(log, testing::Not(HasSubstr("MERGE -- 'int\\run.pvx")));
 }
 
 } // namespace
