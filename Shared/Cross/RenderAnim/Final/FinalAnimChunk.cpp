@@ -56,7 +56,9 @@ void WriteKeyList(PayloadWriter& writer, const AnimStream<V>* pStream) {
     writer.WriteBytes(std::as_bytes(keys));
 }
 
-void WriteBones(PayloadWriter& writer, const Anim& anim) {
+void WriteBones(PayloadWriter& writer, const Anim& anim, size_t boneCount) {
+    const size_t count = anim.GetBoneCount();
+    dbAssertText(count == boneCount || count == 0, "count == boneCount");
     writer.Write(anim.GetBoneCount());
     for (uint32_t i = 0; i < anim.GetBoneCount(); ++i) {
         const Anim::BoneStream& bone = anim.GetBone(static_cast<int32_t>(i));
@@ -89,10 +91,10 @@ void WriteCameras(PayloadWriter& writer, const Anim& anim) {
     }
 }
 
-void WriteData(Chunky& chunky, PayloadWriter& writer, const Anim& anim) {
+void WriteData(Chunky& chunky, PayloadWriter& writer, const Anim& anim, size_t boneCount) {
     writer.Write(anim.GetFrameCount());
     writer.Write(anim.GetDuration());
-    WriteBones(writer, anim);
+    WriteBones(writer, anim, boneCount);
     WriteControls(writer, anim);
     WriteCameras(writer, anim);
     writer.WriteChunk(chunky, s_AnimDataChunk, s_FinalAnimDataVersion, anim.GetName());
@@ -162,7 +164,7 @@ void WriteFinalAnim(Chunky& chunky, PayloadWriter& writer, const AnimListNode& n
     const Anim& anim = *node.GetAnim().GetData();
     chunky.BeginFolder(s_AnimChunk, s_FinalAnimVersion, anim.GetName());
     if (node.IsLocal())
-        WriteData(chunky, writer, anim);
+        WriteData(chunky, writer, anim, node.m_BoneMappings.size());
     else
         WriteXRefAnim(chunky, writer, node, s_FinalXRefVersion);
     WriteAnimBounds(chunky, writer, node);

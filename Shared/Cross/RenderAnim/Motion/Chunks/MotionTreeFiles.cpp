@@ -19,18 +19,6 @@ namespace ra {
 
 namespace {
 
-// Lists that nobody owns yet.
-struct LooseParts {
-    EventList events;
-    ClauseList clauses;
-    ConditionList conditions;
-    ModifierList modifiers;
-    MotionList motions;
-    ActionTree actions;
-
-    MotionParts Get() { return {events, clauses, conditions, modifiers, motions, actions}; }
-};
-
 // False when the file can't be written; a reason that is known is logged.
 template <class WriteContent>
 bool SaveFile(const char* pPath, uint32_t id, WriteContent write) {
@@ -51,7 +39,7 @@ bool SaveFile(const char* pPath, uint32_t id, WriteContent write) {
 }
 
 // The same for reading. References are left to be looked at in their new model.
-bool LoadFile(const char* pPath, uint32_t id, const MotionContext& context, LooseParts& parts) {
+bool LoadFile(const char* pPath, uint32_t id, const MotionContext& context, MotionLists& parts) {
     try {
         const std::unique_ptr<ByteStream> pStream = FilePath::OpenStream(pPath, ByteStream::Mode_Read);
         if (!pStream)
@@ -60,7 +48,7 @@ bool LoadFile(const char* pPath, uint32_t id, const MotionContext& context, Loos
         chunky.EnterFolder(id, s_MotionTreeFileVersion);
         const MotionContext loose = {.pModelName = context.pModelName, .hasAnimation = {}, .checksReferences = false};
         for (ChunkInfo child; chunky.NextChunk(child);)
-            ReadMotionPart(chunky, child, parts.Get(), loose);
+            ReadMotionPart(chunky, child, parts.GetParts(), loose);
         chunky.EndChunk();
         return true;
     } catch (const std::exception& exception) {
@@ -102,7 +90,7 @@ bool ExportActionTree(const char* pPath, const ConstMotionParts& parts) {
 }
 
 bool ImportMotionList(const char* pPath, const MotionParts& parts, const MotionContext& context) {
-    LooseParts loose;
+    MotionLists loose;
     if (!LoadFile(pPath, s_MotionListFileChunk, context, loose)) {
         dbWarningf("RENDER ANIM -- '%s': Unable to import motion list!", pPath);
         return false;
@@ -116,7 +104,7 @@ bool ImportMotionList(const char* pPath, const MotionParts& parts, const MotionC
 }
 
 bool ImportActionTree(const char* pPath, const MotionParts& parts, const MotionContext& context) {
-    LooseParts loose;
+    MotionLists loose;
     if (!LoadFile(pPath, s_ActionTreeFileChunk, context, loose)) {
         dbWarningf("RENDER ANIM -- '%s': Unable to import action tree!", pPath);
         return false;

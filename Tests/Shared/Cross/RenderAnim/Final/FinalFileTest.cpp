@@ -200,6 +200,14 @@ TEST_F(FinalFile, AMeshWithoutVerticesIsRefusedBothWays) {
                 ReportCapture::HasWarning("mesh.GetVertexSet( ra::Mesh::Poly_High )->GetSize() > 0"));
 }
 
+TEST_F(FinalFile, AnAnimationOfOtherBonesIsAMistakeOfTheWriter) {
+    const std::unique_ptr<RenderModel> pModel = MakeModel();
+    pModel->GetAnimList()->GetNode(1)->GetAnim()->SetBoneCount(0);
+    EXPECT_NO_THROW(Write(*pModel));
+    pModel->GetAnimList()->GetNode(1)->GetAnim()->SetBoneCount(1);
+    EXPECT_THROW(Write(*pModel), std::runtime_error);
+}
+
 TEST_F(FinalFile, EveryTruncationIsRefused) {
     const std::string bytes = Write(*MakeModel());
     Forget();
