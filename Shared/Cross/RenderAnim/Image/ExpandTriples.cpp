@@ -3,6 +3,7 @@
 #include <cstring>
 
 #if defined(__x86_64__)
+#include <cpuid.h>
 #include <immintrin.h>
 #endif
 
@@ -24,8 +25,18 @@ namespace {
     return done;
 }
 
+// Asked by hand: the compiler's own question is put at every start of a program, and a virtual machine is slow to
+// answer.
+bool CanShuffle() {
+    unsigned a = 0;
+    unsigned b = 0;
+    unsigned c = 0;
+    unsigned d = 0;
+    return __get_cpuid(1, &a, &b, &c, &d) && (c & bit_SSSE3) != 0;
+}
+
 size_t ExpandMost(const uint8_t* pIn, uint8_t* pOut, size_t count) {
-    static const bool s_CanShuffle = __builtin_cpu_supports("ssse3");
+    static const bool s_CanShuffle = CanShuffle();
     return s_CanShuffle ? ExpandByFours(pIn, pOut, count) : 0;
 }
 
