@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
@@ -14,10 +15,10 @@
 #include "Shared/Cross/FileSystem/Paths/FilePath.h"
 #include "Shared/Cross/FileSystem/Paths/FilePathHDRaw.h"
 #include "Shared/Cross/RenderAnim/Image/ImageLoad.h"
-#include "Shared/PC/Program/ProgramPath.h"
 #include "Shared_Tools/PVXExport/ModuleResources.h"
 #include "Shared_Tools/PVXExport/PVXExport.h"
 #include "Shared_Tools/PVXExport/PVXUtil.h"
+#include "Tests/Shared_Tools/PVXExport/ProjectFolder.h"
 
 namespace {
 
@@ -33,21 +34,11 @@ public:
     PictureFolder() : m_Folder(std::filesystem::temp_directory_path() / "pvxexport-pictures") {
         std::filesystem::create_directories(m_Folder / "DataSource");
         std::filesystem::create_directories(m_Folder / "REFERENCE");
-        std::ofstream ini(m_Folder / "pipeline.ini");
-        ini << "[project:Game]\r\n";
-        for (const char* pKey : {"DataSource", "DataSourceShared", "DataBurn", "DataIntermediate", "DataGeneric",
-                                 "DataFinal", "DataPreview", "LocaleFolder", "AttrLoc"})
-            ini << pKey << '=' << pKey << "\r\n";
-        ini << "Parent=\r\n";
-        ini.close();
+        m_Project.emplace(m_Folder);
         for (uint32_t i = 0; i < s_Count; ++i)
             WritePicture(i);
-        ProgramPath::SetHome(m_Folder.string());
     }
-    ~PictureFolder() {
-        ProgramPath::SetHome("");
-        std::filesystem::remove_all(m_Folder);
-    }
+    ~PictureFolder() { std::filesystem::remove_all(m_Folder); }
     PictureFolder(const PictureFolder&) = delete;
     PictureFolder& operator=(const PictureFolder&) = delete;
 
@@ -72,6 +63,7 @@ private:
     }
 
     std::filesystem::path m_Folder;
+    std::optional<ProjectFolder> m_Project;
 };
 
 void CountPixels(benchmark::State& state) {

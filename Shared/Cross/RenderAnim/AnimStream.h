@@ -11,8 +11,8 @@
 #include "Shared/Cross/Memory/MMAllocator.h"
 #include "Shared/Cross/RenderAnim/AnimKey.h"
 
-// The memory of all that an animation is made of.
-using AnimStaticPool = MMNamedPool<"AnimStatic">;
+// The memory of all that an animation is made of: streams and nodes are small and many.
+using AnimStaticPool = MMNamedPool<"AnimStatic", MMPoolKind::Small>;
 
 // Room for the keys of several streams in one piece, for whoever knows ahead how much they take: each stream takes its
 // keys from the front of what is left, and from the pool when that isn't enough. The streams keep the block, which goes

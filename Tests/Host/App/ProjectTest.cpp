@@ -9,7 +9,6 @@
 namespace {
 
 using testing::AllOf;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -33,29 +32,7 @@ protected:
             text += std::string("Data") + pKey + "=" + name + "\\" + pKey + "\n";
         return text + "LocaleFolder=loc\nAttrLoc=attr\nParent=" + parent + "\n";
     }
-    // A path as a script writes it, and as results are printed.
-    std::string Text(std::string name) const {
-        std::string text = "\"Z:";
-        for (const char c : At(name))
-            text += c == '/' ? "\\\\" : std::string(1, c);
-        return text + "\"";
-    }
 };
-
-TEST_F(Project, CommandsOfAScript) {
-    std::string script = "-- where the files of two projects belong\n";
-    for (const char* pCommand : {"sourcetointermediate", "SourceToGeneric", "sourcetofinal"})
-        script += std::string("ombl_pipeline_") + pCommand + " " + Text("Studio/game/SOURCE/Tank/Tank.glb") + "\n";
-    script += "ombl_pipeline_sourcetofinal \"Z:" + At("Studio/Base/Source/x.glb") + "\"\n";
-    script += "ombl_pipeline_sourcetofinal " + Text("Studio/Base/Final/x.glb") + " -- no source\n";
-    const ProgramResult result = RunProgram("pvxhost", {"script", Write("map.ms", script)});
-    EXPECT_THAT(Lines(result.out),
-                ElementsAre(Text("Studio/Game/Intermediate/Tank/Tank.glb"), Text("Studio/Game/Generic/Tank/Tank.glb"),
-                            Text("Studio/Game/Final/Tank/Tank.glb"), Text("Studio/Base/Final/x.glb"), "undefined"));
-    EXPECT_EQ(result.status, 1) << "one of them answered undefined";
-    EXPECT_EQ(result.err, "");
-    EXPECT_FALSE(std::filesystem::exists(m_Folder / "Studio/Game/Final")) << "asking makes no folders";
-}
 
 TEST_F(Project, AnUnusableConfigurationIsToldWithItsReason) {
     const std::string file = At("Studio/Game/Source/x.glb");

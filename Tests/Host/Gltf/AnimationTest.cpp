@@ -68,34 +68,6 @@ TEST_F(GltfAnimation, ClipsAreChosenByNameOrIndex) {
     EXPECT_THAT(FaultOf({}), HasSubstr("it has none at all"));
 }
 
-TEST_F(GltfAnimation, AllThreeInterpolationsAreEvaluated) {
-    AddFloats({1, 2, 4}, "SCALAR");
-    AddFloats({0, 0, 0, 4, 0, 0, 0, 0, 8}, "VEC3");
-    AddFloats({0, 0, 0, /**/ 0, 0, 0, /**/ 1, 0, 0, //
-               0, 0, 0, /**/ 4, 0, 0, /**/ 0, 0, 0, //
-               0, 0, 0, /**/ 0, 0, 8, /**/ 0, 0, 0},
-              "VEC3");
-    AddFloats({0, 0, 0, 1, /**/ 0, 0.70710678f, 0, 0.70710678f, /**/ 0, -1, 0, 0}, "VEC4");
-    const std::string nodes = R"({"name":"A","children":[1]},{"name":"B","translation":[1,0,0]})";
-
-    Load({.nodes = nodes, .animations = Clip("", 0, 1, "translation", 0)});
-    EXPECT_EQ(PositionAt("A", 0.5), Point3(0, 0, 0));
-    EXPECT_EQ(PositionAt("A", 1.5), Point3(2, 0, 0));
-    EXPECT_EQ(PositionAt("A", 3), Point3(2, -4, 0));
-    EXPECT_EQ(PositionAt("A", 9), Point3(0, -8, 0));
-    Load({.nodes = nodes, .animations = Clip("", 0, 1, "translation", 0, "STEP")});
-    EXPECT_EQ(PositionAt("A", 1.99), Point3(0, 0, 0));
-    EXPECT_EQ(PositionAt("A", 2), Point3(4, 0, 0));
-    Load({.nodes = nodes, .animations = Clip("", 0, 2, "translation", 0, "CUBICSPLINE")});
-    // Half of the way to 4, and what the first key's tangent of 1 adds: 0.125 of a span of 1.
-    EXPECT_NEAR(PositionAt("A", 1.5).x, 2.125f, 1e-5f);
-    // The shorter way, although the last key is given as its negative.
-    Load({.nodes = nodes, .animations = Clip("", 0, 3, "rotation", 0)});
-    EXPECT_NEAR(PositionAt("B", 1.5).x, std::sqrt(0.5), 1e-5f);
-    EXPECT_NEAR(PositionAt("B", 1.5).y, std::sqrt(0.5), 1e-5f);
-    EXPECT_NEAR(PositionAt("B", 4).x, -1.0f, 1e-5f);
-}
-
 TEST_F(GltfAnimation, BadKeysAreRefused) {
     AddFloats({0, 1}, "SCALAR");
     AddFloats({1, 0.5f}, "SCALAR");

@@ -30,15 +30,6 @@ TEST(SceneMaterials, SlotsAreOnWithAMapAlone) {
     }
 }
 
-TEST(SceneMaterials, SelfIlluminationIsANumberOrAColour) {
-    StandardMaterial material("m", {.selfIllum = 0.25f});
-    EXPECT_FALSE(material.GetSelfIllumColorOn(0, false));
-    EXPECT_EQ(material.GetSelfIllum(0), 0.25f);
-    material.GetSettings().selfIllumColor = Color(1, 0.5f, 0);
-    EXPECT_TRUE(material.GetSelfIllumColorOn(0, false));
-    EXPECT_EQ(material.GetSelfIllumColor(0), Color(1, 0.5f, 0));
-}
-
 TEST(SceneMaterials, AMultiMaterialMayHoldHolesAndItself) {
     StandardMaterial faceMapped("f", {.faceMap = true});
     scene::MultiMaterial multi("multi");

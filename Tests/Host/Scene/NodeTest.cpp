@@ -1,6 +1,5 @@
 #include "Host/Scene/Node.h"
 
-#include "Host/Sdk/ClassIds.h"
 #include "Host/Sdk/Core.h"
 #include "Tests/Host/Scene/SceneFixture.h"
 
@@ -70,13 +69,6 @@ TEST(SceneNode, UserPropertiesIgnoreTheCaseOfKeys) {
     EXPECT_EQ(text, "");
 }
 
-TEST(SceneNode, WireColourHasRedInTheLowByte) {
-    Scene scene;
-    Node& node = scene.AddNode("n");
-    node.SetWireColor(0x12, 0x34, 0xf6);
-    EXPECT_EQ(node.GetWireColor(), 0xf63412u);
-}
-
 TEST(SceneNode, VisibilityRunsStraightBetweenKeys) {
     Scene scene;
     Node& node = scene.AddNode("n");
@@ -86,15 +78,6 @@ TEST(SceneNode, VisibilityRunsStraightBetweenKeys) {
                                                  {299, 0.0f}, {300, 0.5f}, {9999, 0.5f}};
     for (const auto& [t, value] : cases)
         EXPECT_EQ(node.GetVisibility(t), value) << t;
-}
-
-TEST(SceneNode, ControllersShowTheirClass) {
-    Scene scene;
-    Node& node = scene.AddNode("n");
-    ASSERT_NE(node.GetTMController(), nullptr);
-    EXPECT_EQ(node.GetTMController()->ClassID(), PRS_CONTROL_CLASS_ID);
-    node.GetController().SetClassID(BIPSLAVE_CONTROL_CLASS_ID);
-    EXPECT_EQ(node.GetTMController()->ClassID(), Class_ID(0x9154, 0));
 }
 
 TEST(SceneTransforms, AreWorldSpaceWithTheOffsetForTheObject) {

@@ -56,14 +56,4 @@ TEST(HostMesh, MaterialIdAndEdgesShareAWord) {
     EXPECT_EQ(face.flags, 0x00010002u);
 }
 
-TEST(HostMesh, SettersKeepCountsAndArraysTogether) {
-    Mesh mesh;
-    mesh.setNumVerts(3);
-    mesh.setNumFaces(-1);
-    EXPECT_EQ(mesh.numVerts, 3);
-    EXPECT_EQ(mesh.verts.size(), 3u);
-    EXPECT_EQ(mesh.numFaces, 0);
-    EXPECT_TRUE(mesh.faces.empty());
-}
-
 } // namespace

@@ -109,23 +109,6 @@ TEST_F(AnimSamplingTest, ABoneWithATargetLooksAtIt) {
     });
 }
 
-TEST_F(AnimSamplingTest, CamerasLookAlongTheGamesZ) {
-    SetFrames(3);
-    scene::AddBone(m_Scene, "Bone");
-    AddQuad("Quad");
-    scene::AddCamera(m_Scene, "Free", {}).SetLocal({1, 2, 3});
-    WithAnim([&](const AnimInterm& anim) {
-        ASSERT_EQ(anim.GetCameraCount(), 1u);
-        const Anim::CameraStream& camera = anim.GetCamera(0);
-        ASSERT_EQ(camera.pPosition->GetKeyCount(), 3) << "a camera that stands still keeps all keys";
-        ASSERT_EQ(camera.pRotation->GetKeyCount(), 3);
-        EXPECT_LT(glm::length(camera.pPosition->GetKeys()[2].value - glm::vec3(-1, 3, -2)), s_Near);
-        // It looks along the host's -Z, which is the game's -Y.
-        const glm::mat4x3 m = ra::MakeTransform(camera.pRotation->GetKeys()[0].value, {});
-        EXPECT_LT(glm::length(m[2] - glm::vec3(0, -1, 0)), s_Near);
-    });
-}
-
 TEST_F(AnimSamplingTest, ACameraWithATargetFollowsIt) {
     SetFrames(3);
     scene::AddBone(m_Scene, "Bone");
@@ -135,6 +118,7 @@ TEST_F(AnimSamplingTest, ACameraWithATargetFollowsIt) {
     scene::AddCamera(m_Scene, "Eye", {}, &target).SetLocal({0, 5, 1});
     WithAnim([&](const AnimInterm& anim) {
         const Anim::CameraStream& camera = anim.GetCamera(0);
+        ASSERT_EQ(camera.pPosition->GetKeyCount(), 3) << "a camera that stands still keeps all keys";
         for (size_t frame = 0; frame < 3; ++frame) {
             const glm::vec3 eye(0, 1, -5);
             EXPECT_LT(glm::length(camera.pPosition->GetKeys()[frame].value - eye), s_Near);

@@ -122,6 +122,7 @@ TEST_F(MeshExport, SlotsOfOneMaterialShareItsShader) {
     mesh.faces[1].setMatID(1);
     scene::AddMesh(m_Scene, "Body", std::move(mesh),
                    &m_Scene.Make<scene::MultiMaterial>("Multi", std::vector<Mtl*>{m_pPaint, m_pPaint}));
+    scene::AddMesh(m_Scene, "Other", MakeQuad(), m_pPaint);
     EXPECT_EQ(Export(), 1);
     WithModel([](const RenderModel& model) {
         EXPECT_EQ(model.GetMeshGroup()->GetShaderCount(), 1u);

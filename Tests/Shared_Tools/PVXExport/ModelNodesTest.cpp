@@ -1,10 +1,11 @@
 #include "Shared_Tools/PVXExport/ModelNodes.h"
 
+#include <span>
+
 #include <glm/gtc/constants.hpp>
 #include <glm/gtc/quaternion.hpp>
 
 #include "Shared/Cross/RenderAnim/RenderModel.h"
-#include "Shared/Cross/RenderAnim/Skeleton.h"
 #include "Shared/Cross/RenderAnim/Transform.h"
 #include "Shared_Tools/PVXExport/ExportContext.h"
 #include "Shared_Tools/PVXExport/ModelTransform.h"
@@ -26,7 +27,6 @@ protected:
         SceneWalk::Collect(m_Scene.GetRootNode(), m_Context, m_Collected);
         ModelNodes::AddMarkers(m_Collected, m_Context, m_Model);
         ModelNodes::AddCameras(m_Collected, m_Context, m_Model);
-        ModelNodes::BuildSkeleton(m_Collected);
     }
 
     ExportContext m_Context;
@@ -44,6 +44,13 @@ TEST(ModelTransform, LosesScaleAndChangesAxes) {
         EXPECT_FLOAT_EQ(glm::length(converted[row]), 1.0f);
         ExpectNear(converted[row], glm::cross(converted[(row + 1) % 3], converted[(row + 2) % 3]));
     }
+    ModelTransform::FourMatrices four = {IdentityMatrix(), m, IdentityMatrix(), Matrix3(0.5f)};
+    four[2][3] = {7, 8, 9};
+    const ModelTransform::FourMatrices alone = four;
+    ModelTransform::FromHost(four);
+    for (size_t i = 0; i < four.size(); ++i)
+        EXPECT_EQ(four[i], ModelTransform::FromHost(alone[i])) << i;
+    EXPECT_EQ(four[1], converted);
     m[1] = {0, 0, 0};
     for (int row = 0; row < 4; ++row)
         EXPECT_FALSE(glm::any(glm::isnan(ModelTransform::FromHost(m)[row]))) << "a node that is scaled flat";
@@ -88,39 +95,22 @@ TEST_F(ModelNodesTest, CamerasLookAtTheirTarget) {
     scene::AddCamera(m_Scene, "Free", settings).SetLocal({1, 2, 3}); // looks down the host's -Z
     settings.targetDistance = 0.0f;
     settings.manualClip = true;
-    settings.nearClip = 0.01f;
-    settings.farClip = 5000.0f;
-    scene::AddCamera(m_Scene, "Clipped", settings);
-    settings.nearClip = 2.0f;
-    settings.farClip = 50.0f;
-    scene::AddCamera(m_Scene, "Between", settings);
+    for (const auto& [nearest, farthest] : {std::pair(0.01f, 5000.0f), {2.0f, 50.0f}}) {
+        settings.nearClip = nearest;
+        settings.farClip = farthest;
+        scene::AddCamera(m_Scene, "Clipped", settings);
+    }
     Build();
     ASSERT_EQ(m_Model.GetCameraCount(), 3u);
-    const CameraDef& free = m_Model.GetCameras()[0];
-    ExpectNear(free.position, {-1, 3, -2});
-    ExpectNear(free.target, {-1, -1, -2});
-    EXPECT_EQ(free.fieldOfView, 0.5f);
-    EXPECT_EQ(free.nearClip, 0.1f);
-    EXPECT_EQ(free.farClip, 1000.0f);
-    const glm::mat4x3 view = ra::MakeTransform(free.rotation, free.position);
-    ExpectNear(view[2], {0, -1, 0});
-    ExpectNear(m_Model.GetCameras()[1].target, {0, -1, 0});
-    EXPECT_EQ(m_Model.GetCameras()[1].nearClip, 0.1f);
-    EXPECT_EQ(m_Model.GetCameras()[1].farClip, 1000.0f);
-    EXPECT_EQ(m_Model.GetCameras()[2].nearClip, 2.0f);
-    EXPECT_EQ(m_Model.GetCameras()[2].farClip, 50.0f);
-}
-
-TEST_F(ModelNodesTest, TheSkeletonHasTheBonesPlaces) {
-    scene::Node& root = scene::AddBone(m_Scene, "Root");
-    root.SetLocal({1, 2, 3});
-    scene::AddBone(m_Scene, "Tip", &root).SetLocal({0, 0, 1});
-    Build();
-    ASSERT_TRUE(m_Collected.m_Skeleton);
-    EXPECT_EQ(m_Collected.m_Skeleton->GetParentIndex(0), -1);
-    EXPECT_EQ(m_Collected.m_Skeleton->GetParentIndex(1), 0);
-    ExpectNear(m_Collected.m_Skeleton->GetBone(1).GetReferenceMatrix()[3], {-1, 4, -2});
-    EXPECT_STREQ(m_Collected.m_Skeleton->GetBone(1).GetName().GetText(), "Tip");
+    const std::span<const CameraDef> cameras = m_Model.GetCameras();
+    ExpectNear(cameras[0].position, {-1, 3, -2});
+    ExpectNear(cameras[0].target, {-1, -1, -2});
+    ExpectNear(ra::MakeTransform(cameras[0].rotation, cameras[0].position)[2], {0, -1, 0});
+    EXPECT_EQ(cameras[0].fieldOfView, 0.5f);
+    ExpectNear(cameras[1].target, {0, -1, 0});
+    const std::pair<float, float> clips[] = {{0.1f, 1000.0f}, {0.1f, 1000.0f}, {2.0f, 50.0f}};
+    for (size_t i = 0; i < 3; ++i)
+        EXPECT_EQ(std::pair(cameras[i].nearClip, cameras[i].farClip), clips[i]) << i;
 }
 
 } // namespace

@@ -67,14 +67,6 @@ TEST_F(ShaderExport, ANodeWithoutMaterialShowsItsWireColour) {
     EXPECT_THAT(m_Messages, IsEmpty()) << "nobody minds when no meshes are wanted";
 }
 
-TEST_F(ShaderExport, OneMaterialMakesOneShader) {
-    scene::StandardMaterial& paint = AddMaterial("Paint");
-    AddQuadWith(paint);
-    scene::AddMesh(m_Scene, "Other", MakeQuad(), &paint);
-    EXPECT_EQ(Export(), 1);
-    WithModel([](const RenderModel& model) { EXPECT_EQ(model.GetMeshGroup()->GetShaderCount(), 1u); });
-}
-
 TEST_F(ShaderExport, WhatCannotBeUnderstoodIsTold) {
     scene::StandardSettings shiny;
     shiny.specularLevel = 0.051f;

@@ -87,6 +87,10 @@ TEST(ChunkyRead, RefusesWhatIsNoChunkyFile) {
     }
     for (size_t size = 1; size < 24; ++size)
         EXPECT_EQ(FaultOf([&] { Reading(ChunkBytes::FileHeader().substr(0, size)).Open(); }), s_BadFile);
+    Reading both(ChunkBytes::FileHeader());
+    both.GetStream().SetMode(ByteStream::Mode_Both);
+    const std::string fault = FaultOf([&] { both.Open(); });
+    EXPECT_TRUE(fault.ends_with("Assertion of (m_Mode == Mode_Read || m_Mode == Mode_Write) failed.")) << fault;
 }
 
 TEST(ChunkyRead, WalksATreeInFileOrder) {
@@ -180,6 +184,8 @@ TEST(ChunkyRead, RefusesDamagedHeaders) {
 }
 
 TEST(ChunkyRead, LongNamesAreReadAndVeryLongOnesAsserted) {
+    Reading unterminated(File(ChunkBytes::Header("DATA", "ITEM", 1, 0, 3) + "abc"));
+    EXPECT_EQ(unterminated.Open().EnterData(FourCC("ITEM"), 1).name, "abc");
     const auto withName = [](uint32_t length) {
         const std::string name = std::string(length - 1, 'n') + '\0';
         return File(ChunkBytes::Folder("ROOT", ChunkBytes::Header("DATA", "ITEM", 1, 1, length) + name + "x"));

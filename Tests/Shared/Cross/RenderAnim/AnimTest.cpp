@@ -88,30 +88,6 @@ TEST(AnimInterm, LaysMatricesDownBoneByBone) {
     EXPECT_THROW(anim.MakeMatrixStream(3, 1), std::runtime_error);
 }
 
-using AnimListTest = ModelFixture;
-
-TEST_F(AnimListTest, FindsItsAnimationsByName) {
-    RenderModel model;
-    AnimListGeneric list(model);
-    for (const char* pName : {"walk", "run"}) {
-        auto pAnim = std::make_unique<AnimInterm>();
-        pAnim->SetName(pName);
-        AnimRef anim;
-        anim.Set(std::move(pAnim));
-        auto pNode = std::make_unique<AnimListNode>(2, 1);
-        pNode->SetAnim(anim);
-        list.AddNode(std::move(pNode));
-    }
-    EXPECT_EQ(list.GetCount(), 2u);
-    EXPECT_EQ(list.FindNode("run"), 1);
-    EXPECT_EQ(list.FindNode("jump"), -1);
-    EXPECT_THAT(list.GetNode(0)->m_BoneMappings, testing::ElementsAre(-1, -1));
-    EXPECT_TRUE(list.GetNode(0)->IsLocal());
-    EXPECT_EQ(Inv::GetCount(Anim::GetTypeInfo()), 2u);
-    EXPECT_THROW(list.AddNode(std::make_unique<AnimListNode>(0, 0)), std::runtime_error);
-    EXPECT_THROW(list.GetNode(2), std::runtime_error);
-}
-
 class AnimMaps : public ModelFixture {
 protected:
     AnimMaps() {
@@ -154,6 +130,11 @@ TEST_F(AnimMaps, AnOwnAnimationHasTheModelsBones) {
     EXPECT_THAT(node.m_BoneMappings, testing::ElementsAre(0, 1));
     EXPECT_THAT(node.m_CameraMappings, testing::ElementsAre(1));
     EXPECT_THAT(node.m_ControlMappings, testing::ElementsAre(1, 1, -1));
+    AnimList& list = *m_Model.GetAnimList();
+    EXPECT_EQ(list.FindNode("run"), 0);
+    EXPECT_EQ(list.FindNode("jump"), -1);
+    EXPECT_THROW(list.AddNode(std::make_unique<AnimListNode>(0, 0)), std::runtime_error);
+    EXPECT_THROW(list.GetNode(1), std::runtime_error);
 }
 
 TEST_F(AnimMaps, TheBonesOfAnotherModelsAnimationAreFoundByName) {

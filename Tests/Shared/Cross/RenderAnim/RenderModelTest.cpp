@@ -53,12 +53,6 @@ TEST_F(RenderModelTest, MarkersHangOnBonesThatAreThere) {
     EXPECT_THROW(m_Model.GetMarkerTransform(5), std::runtime_error);
 }
 
-TEST_F(RenderModelTest, CamerasAreFoundByName) {
-    m_Model.AddCamera({.name = ra::Name("front"), .target = {}});
-    EXPECT_EQ(m_Model.FindCamera(ra::Name("front")), 0);
-    EXPECT_EQ(m_Model.FindCamera(ra::Name("back")), -1);
-}
-
 TEST_F(RenderModelTest, TheMeshGroupGivesTheSelectionItsExtent) {
     m_Model.SetMeshGroup(MakeGroup({MakeMesh("box", {})}));
     const SelectionInfo& info = m_Model.GetSelectionInfo();

@@ -39,7 +39,7 @@ T ExpectBytes(const T& msg, const std::string& bytes) {
 std::string Field(const std::string& text) { return text + std::string(260 - text.size(), '\0'); }
 
 const BurnerMessageList s_Messages{{"a", 2}, {"", 0}};
-const std::string s_MessageBytes = "\2\0\0\0"s + "\2\0\0\0" + "\1\0\0\0" + "a" + "\0\0\0\0" + "\0\0\0\0";
+const std::string s_MessageBytes = "\2\0\0\0\2\0\0\0\1\0\0\0a\0\0\0\0\0\0\0\0"s;
 
 TEST(BurnerMsgTest, EachMessagesBytes) {
     ExpectBytes(BurnerSetupMsg{.pipelinePath = "Z:\\p.ini"}, "USRB"s + Field("Z:\\p.ini") + "\x8\0\0\0"s);
@@ -50,10 +50,10 @@ TEST(BurnerMsgTest, EachMessagesBytes) {
     ExpectBytes(BurnFileListMsg{.changelist = -1, .files = {"x", ""}, .option = true},
                 "LLFB\xff\xff\xff\xff\2\0\0\0\1\0\0\0x\0\0\0\0"s);
     ExpectBytes(BurnUpdateFileListMsg{.changelist = 1, .files = {}}, "LFUB\1\0\0\0\0\0\0\0"s);
-    ExpectBytes(BurnerErrorMsg{.messages = s_Messages}, "RREB"s + "\2\0\0\0\2\0\0\0\1\0\0\0a\0\0\0\0\0\0\0\0"s);
-    ExpectBytes(BurnerUpdateMsg{.messages = s_Messages}, "DPUB"s + "\2\0\0\0\2\0\0\0\1\0\0\0a\0\0\0\0\0\0\0\0"s);
-    const BurnerResultMsg result = ExpectBytes(BurnerResultMsg{.result = 1, .messages = s_Messages},
-                                               "SERB\1\0\0\0\0"s + "\2\0\0\0\2\0\0\0\1\0\0\0a\0\0\0\0\0\0\0\0"s);
+    ExpectBytes(BurnerErrorMsg{.messages = s_Messages}, "RREB" + s_MessageBytes);
+    ExpectBytes(BurnerUpdateMsg{.messages = s_Messages}, "DPUB" + s_MessageBytes);
+    const BurnerResultMsg result =
+        ExpectBytes(BurnerResultMsg{.result = 1, .messages = s_Messages}, "SERB\1\0\0\0\0"s + s_MessageBytes);
     EXPECT_EQ(result.messages, s_Messages);
 }
 

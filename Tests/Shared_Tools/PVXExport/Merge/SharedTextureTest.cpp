@@ -109,17 +109,6 @@ TEST_F(BurntTextures, OnlyThatTheBurnCameToAResultCounts) {
     EXPECT_THAT(m_Server.Read("int/ref.log"), HasSubstr("BURNER -- '" + At("gen") + "\\art\\a_texture_share.qsh': no"));
 }
 
-TEST_F(SharedTextures, MarksAreSetAndCleared) {
-    const ModelServices services;
-    const std::unique_ptr<RenderModel> pModel = ra::ReadIntermediate(*MakeReadStream(m_Server.Read("int/ref.pvx")));
-    const ra::MeshGroup& meshes = *pModel->GetMeshGroup();
-    ASSERT_EQ(meshes.GetShaderCount(), 2u);
-    meshes.GetShader(1)->SetShared(true);
-    OmbrelSharedShader::MarkSharedTextures(*pModel);
-    EXPECT_TRUE(meshes.GetShader(0)->IsShared());
-    EXPECT_FALSE(meshes.GetShader(1)->IsShared());
-}
-
 class MergeBurn : public MergeFixture {
 protected:
     MergeBurn() { Pipeline::Initialize(At("int/ref.pvx").c_str()); }
@@ -127,20 +116,20 @@ protected:
     int32_t m_Changelist = 99;
 };
 
-TEST_F(MergeBurn, FilesAreOpenedInTheToolsChangelist) {
+TEST_F(MergeBurn, FilesAreOpenedInTheToolsChangelistOrStayInTheirs) {
     m_Server.Submit("gen/old.qsh", "old");
     m_Server.SubmitByOther("gen/old.qsh", "newer");
     EXPECT_TRUE(MergeBurnOpenFile(m_Changelist, At("gen/old.qsh").c_str()));
     EXPECT_EQ(m_Server.GetOpened("gen/old.qsh"), "edit " + std::to_string(m_Changelist));
     EXPECT_EQ(m_Server.Read("gen/old.qsh"), "newer");
     EXPECT_TRUE(MergeBurnOpenFile(m_Changelist, At("gen/old.qsh").c_str())) << "it is open already";
-    OSFile::SetWritable(At("gen/old.qsh").c_str(), true);
-}
 
-TEST_F(MergeBurn, AFileInAnotherChangelistStaysThere) {
-    m_Server.Submit("gen/old.qsh", "old");
-    const int other = m_Server.MakeChange("my own");
     P4State state = m_Server.Load();
+    state.opened.clear();
+    state.changes.clear();
+    state.Save();
+    const int other = m_Server.MakeChange("my own");
+    state = m_Server.Load();
     state.opened.push_back({"gen/old.qsh", "edit", other});
     state.Save();
     EXPECT_TRUE(MergeBurnOpenFile(m_Changelist, At("gen/old.qsh").c_str()));

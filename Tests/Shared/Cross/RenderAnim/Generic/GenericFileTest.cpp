@@ -31,16 +31,6 @@ TEST_F(GenericFile, WhatIsReadAndSavedAgainHasTheSameBytes) {
     Forget(std::move(pModel));
 }
 
-TEST_F(GenericFile, OnlyOwnAnimationsAreInIt) {
-    std::unique_ptr<RenderModel> pModel = MakeModel();
-    pModel->GetAnimList()->GetNode(1)->SetXRefModel(ra::Name("art/other"));
-    const std::string bytes = Write(*pModel);
-    EXPECT_THAT(bytes, HasSubstr("run"));
-    EXPECT_THAT(bytes, Not(HasSubstr("stop.1")));
-    EXPECT_THAT(bytes, Not(HasSubstr("art/other")));
-    Forget(std::move(pModel));
-}
-
 TEST_F(GenericFile, KeysInTheWorldAreTheOtherForms) {
     std::unique_ptr<RenderModel> pModel = MakeModel();
     auto pAnim = std::make_unique<AnimInterm>();
@@ -96,17 +86,6 @@ TEST_F(GenericOnDisk, ModelsAreFoundByName) {
     EXPECT_EQ(Load("art/jeep.v2"), "DATA:art\\jeep.v2.pvx");
     EXPECT_EQ(Load("GENERIC:art/jeep.v2.pvx"), "DATA:art\\jeep.v2.pvx");
     EXPECT_EQ(Load("art/plane"), "Unable to open file!");
-}
-
-TEST_F(GenericOnDisk, ASaveThatFailsLeavesWhatWasThere) {
-    m_Trees.Write("DATA/x.pvx", "before");
-    EXPECT_FALSE(ra::SaveGeneric(RenderModel(), "DATA:x.pvx"));
-    EXPECT_TRUE(ReportCapture::HasWarning("RENDER ANIM -- DATA:x.pvx: "));
-    EXPECT_EQ(m_Trees.Read("DATA/x.pvx"), "before");
-    EXPECT_FALSE(ra::SaveGeneric(RenderModel(), "NOWHERE:x.pvx"));
-    EXPECT_TRUE(ReportCapture::HasWarning("RENDER ANIM -- NOWHERE:x.pvx: Unable to open file!"));
-    Save("DATA:x.pvx");
-    EXPECT_EQ(m_Trees.Read("DATA/x.pvx").substr(0, 12), "Vorlo Chunky");
 }
 
 TEST_F(GenericOnDisk, TheMotionFileStandsBesideTheModel) {

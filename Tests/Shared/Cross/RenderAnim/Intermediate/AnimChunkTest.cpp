@@ -113,29 +113,12 @@ protected:
     }
 };
 
-TEST_F(AnimChunk, IsWrittenByteForByte) { EXPECT_EQ(Write(*MakeAnim()), ChunkBytes::FileHeader() + Whole()); }
-
-TEST_F(AnimChunk, IsReadAsItStands) {
+TEST_F(AnimChunk, IsWrittenAndReadByteForByte) {
+    EXPECT_EQ(Write(*MakeAnim()), ChunkBytes::FileHeader() + Whole());
     const std::unique_ptr<AnimInterm> pAnim = Read(Whole());
-    EXPECT_STREQ(pAnim->GetName(), "walk");
-    EXPECT_EQ(pAnim->GetFrameCount(), 3);
-    EXPECT_EQ(pAnim->GetDuration(), 0.1f);
-    ASSERT_EQ(pAnim->GetBoneCount(), 2u);
-    EXPECT_EQ(pAnim->GetBone(0).name, ra::Name("hip"));
-    EXPECT_TRUE(pAnim->GetBone(0).isAnimated);
-    const MatrixStream& hip = *pAnim->GetMatrixStream(0);
-    EXPECT_EQ(hip.GetKey(1).time, 0.5f);
-    EXPECT_EQ(hip.GetKey(1).value[0], glm::vec3(21, 22, 23));
-    EXPECT_EQ(hip.GetKey(1).value[3], glm::vec3(30, 31, 32));
+    EXPECT_EQ(pAnim->GetMatrixStream(0)->GetKey(1).value[3], glm::vec3(30, 31, 32));
     EXPECT_EQ(pAnim->GetMatrixStream(1), nullptr);
-    EXPECT_FALSE(pAnim->GetBone(1).isAnimated);
-    ASSERT_EQ(pAnim->GetControlCount(), 2u);
     EXPECT_EQ(pAnim->GetControl(0).ref, (ControlRef{.type = 0, .m_index = -1, .channel = 4, .property = 2}));
-    EXPECT_EQ(pAnim->GetControl(0).pValues->GetKey(1).value, 0.75f);
-    EXPECT_EQ(pAnim->GetControl(1).name, ra::Name("Body"));
-    ASSERT_EQ(pAnim->GetCameraCount(), 1u);
-    EXPECT_EQ(pAnim->GetCamera(0).pPosition->GetKey(0).value, glm::vec3(5, 6, 7));
-    EXPECT_EQ(pAnim->GetCamera(0).pRotation->GetKey(0).value, glm::quat(0.9f, 0.1f, 0.2f, 0.3f));
     EXPECT_EQ(Write(*pAnim), ChunkBytes::FileHeader() + Whole());
 }
 

@@ -97,24 +97,6 @@ TEST_F(IntermediateFile, AMeshOfAnotherModelIsOnlyNamed) {
     EXPECT_EQ(Write(*pModel), bytes);
 }
 
-TEST_F(IntermediateFile, UnknownChunksAreSteppedOver) {
-    const std::string unknown = ChunkBytes::Data("WHAT", "ever", 99) + ChunkBytes::Folder("WHAT", "", 99);
-    const std::unique_ptr<RenderModel> pModel = Read(MakeFile(unknown + MakeEmptyGroup() + unknown));
-    ASSERT_NE(pModel, nullptr);
-    EXPECT_EQ(pModel->GetMarkerCount(), 0);
-    EXPECT_EQ(pModel->FindMarker(ra::Name("root")), -1);
-}
-
-TEST_F(IntermediateFile, AnAnimationNeedsASkeletonAheadOfIt) {
-    const std::string anim = NamedFolder("ANIM", "Run", "", 1);
-    const std::string skeleton =
-        ChunkBytes::Data("SKEL", PayloadBytes().U32(1).Text("hip").U32(0xFFFFFFFF).Add(std::string(48, '\0')).Get(), 2);
-    EXPECT_EQ(Read(MakeFile(anim + skeleton + MakeEmptyGroup())), nullptr);
-    EXPECT_TRUE(ReportCapture::HasWarning("Walker: Animation 'Run' - in a model without a valid skeleton!"));
-}
-
-TEST_F(IntermediateFile, AModelWithoutMeshGroupIsDamaged) { EXPECT_THROW(Read(MakeFile("")), Chunky::Exception); }
-
 TEST_F(IntermediateFile, SkeletonsAreChecked) {
     const auto read = [](const PayloadBytes& payload) {
         Read(MakeFile(ChunkBytes::Data("SKEL", payload.Get(), 2) + MakeEmptyGroup()));

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <iostream>
 #include <iterator>
+#include <map>
 
 namespace fs = std::filesystem;
 
@@ -49,22 +50,14 @@ void P4Commands::Run(const std::string& command, std::vector<std::string> words)
         return Changes();
     if (words.empty() && command != "opened")
         return PrintError("Missing/wrong number of arguments.");
-    if (command == "opened")
-        return Opened(words.empty() ? "" : words[0]);
     if (command == "integrate")
         return Integrate(words[0], words.size() > 1 ? words[1] : "");
-    if (command == "edit")
-        return Edit(words[0]);
-    if (command == "add")
-        return Add(words[0]);
-    if (command == "delete")
-        return Delete(words[0]);
-    if (command == "revert")
-        return Revert(words[0]);
-    if (command == "fstat")
-        return FStat(words[0]);
-    if (command == "sync")
-        return Sync(words[0]);
+    static const std::map<std::string, void (P4Commands::*)(const std::string&)> s_OfOneFile = {
+        {"opened", &P4Commands::Opened}, {"edit", &P4Commands::Edit},     {"add", &P4Commands::Add},
+        {"delete", &P4Commands::Delete}, {"revert", &P4Commands::Revert}, {"fstat", &P4Commands::FStat},
+        {"sync", &P4Commands::Sync}};
+    if (const auto it = s_OfOneFile.find(command); it != s_OfOneFile.end())
+        return (this->*it->second)(words.empty() ? "" : words[0]);
     PrintError("Unknown command.  Try 'p4 help' for info.");
 }
 
