@@ -9,6 +9,8 @@ namespace scene {
 
 namespace {
 
+static_assert(Evaluator::FramesInRun <= Controller::LongestRun);
+
 // What the root stands on.
 const Affine s_Origin = IdentityAffine();
 

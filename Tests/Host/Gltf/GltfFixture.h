@@ -4,7 +4,7 @@
 #include "Host/Scene/Scene.h"
 #include "Host/Sdk/Mesh.h"
 #include "Host/Sdk/View.h"
-#include "Shared/PC/FileSystem/OSFile.h"
+#include "Tests/Shared/PC/FileSystem/TempFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,14 +20,6 @@
 // Writes glTF files into a folder of the test's own and loads them.
 class GltfFixture : public testing::Test {
 protected:
-    GltfFixture() {
-        std::string path = (std::filesystem::temp_directory_path() / "gltf-test-XXXXXX").string();
-        if (!mkdtemp(path.data()))
-            throw std::runtime_error("no temporary folder");
-        m_Folder = path;
-    }
-    ~GltfFixture() override { std::filesystem::remove_all(m_Folder); }
-
     // The members of the file, as JSON texts; a list's items are separated by commas already. Empty ones are left out.
     struct Lists {
         std::string nodes = {};
@@ -118,10 +110,8 @@ protected:
         return {reinterpret_cast<const char*>(&word), sizeof word};
     }
 
-    void Write(const std::string& name, const std::string& content) const {
-        std::ofstream(m_Folder / name, std::ios::binary) << content;
-    }
-    std::string At(const std::string& name) const { return OSFile::FromNative((m_Folder / name).string()); }
+    void Write(const std::string& name, const std::string& content) const { m_Temp.Write(name, content); }
+    std::string At(const std::string& name) const { return m_Temp.Path(name); }
 
     scene::Scene& LoadFile(const std::string& name) {
         m_Warnings.clear();
@@ -174,7 +164,8 @@ protected:
         return needDelete ? std::unique_ptr<Mesh>(pMesh) : std::make_unique<Mesh>(*pMesh);
     }
 
-    std::filesystem::path m_Folder;
+    TempFolder m_Temp;
+    const std::filesystem::path m_Folder{m_Temp.Native()};
     gltf::LoadOptions m_Options;
     std::unique_ptr<scene::Scene> m_pScene;
     std::vector<std::string> m_Warnings;

@@ -1,11 +1,5 @@
 #include "Tests/Shared_Tools/PVXExport/ExportFixture.h"
 
-#include <algorithm>
-#include <fstream>
-#include <sstream>
-
-#include <unistd.h>
-
 #include "Shared/Cross/Assist/Inventory.h"
 #include "Shared/Cross/Debug/Log/ProcessLog.h"
 #include "Shared/Cross/Debug/db.h"
@@ -15,6 +9,7 @@
 #include "Shared/Cross/RenderAnim/AnimInterm.h"
 #include "Shared/Cross/RenderAnim/Intermediate/AnimChunk.h"
 #include "Shared/Cross/RenderAnim/Intermediate/IntermediateFile.h"
+#include "Shared/Cross/RenderAnim/MeshGroup.h"
 #include "Shared/Cross/RenderAnim/RenderModel.h"
 #include "Shared_Tools/PVXExport/ModuleResources.h"
 #include "Shared_Tools/PVXExport/PVXUtil.h"
@@ -24,11 +19,6 @@ namespace {
 int s_Module; // stands for the module that the host would have loaded
 
 HINSTANCE TestModule() { return reinterpret_cast<HINSTANCE>(&s_Module); }
-
-std::filesystem::path MakeFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "pvxexport-XXXXXX").string();
-    return mkdtemp(pattern.data());
-}
 
 // What a tool that reads the model brings up.
 class ReaderServices {
@@ -49,7 +39,7 @@ public:
 
 } // namespace
 
-ExportTest::ExportTest() : m_Folder(MakeFolder()) {
+ExportTest::ExportTest() {
     dbSetThrowOnAssert(true);
     PVXUtil::SetDLLInstance(TestModule());
     RegisterModuleResources(TestModule());
@@ -62,26 +52,11 @@ ExportTest::~ExportTest() {
     ProcessLog::Close(0);
     SetDialogShower(m_pShowerBefore);
     thread_locals().current_stdout = m_pListenerBefore;
-    std::filesystem::remove_all(m_Folder);
 }
 
 int ExportTest::Export(const std::string& fileName, bool suppressPrompts) {
     m_Messages.clear();
     return m_Export.DoExport(GetPath(fileName).c_str(), nullptr, &m_Scene, suppressPrompts);
-}
-
-std::string ExportTest::GetPath(const std::string& fileName) const {
-    std::string path = "Z:" + (m_Folder / fileName).string();
-    std::ranges::replace(path, '/', '\\');
-    return path;
-}
-
-bool ExportTest::IsThere(const std::string& fileName) const { return std::filesystem::exists(m_Folder / fileName); }
-
-std::string ExportTest::ReadBytes(const std::string& fileName) const {
-    std::ostringstream bytes;
-    bytes << std::ifstream(m_Folder / fileName, std::ios::binary).rdbuf();
-    return bytes.str();
 }
 
 void ExportTest::WithModel(const std::function<void(const RenderModel&)>& look, const std::string& fileName) {
@@ -90,6 +65,10 @@ void ExportTest::WithModel(const std::function<void(const RenderModel&)>& look, 
     const std::unique_ptr<RenderModel> pModel = ra::LoadIntermediate(("TOOL:" + GetPath(fileName)).c_str());
     ASSERT_TRUE(pModel);
     look(*pModel);
+}
+
+void ExportTest::WithShader(const std::function<void(const Shader&)>& look, uint32_t index) {
+    WithModel([&](const RenderModel& model) { look(*model.GetMeshGroup()->GetShader(index).GetData()); });
 }
 
 void ExportTest::WithStoredAnim(const std::function<void(const AnimInterm&)>& look, const std::string& fileName) {

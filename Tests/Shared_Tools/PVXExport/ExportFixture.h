@@ -12,9 +12,11 @@
 #include "Host/Sdk/Listener.h"
 #include "Host/Sdk/Window.h"
 #include "Shared_Tools/PVXExport/PVXExport.h"
+#include "Tests/Shared/PC/FileSystem/TempFolder.h"
 
 class AnimInterm;
 class RenderModel;
+class Shader;
 
 // A scene, a folder to export it to, and the user in front of the dialogs.
 class ExportTest : public testing::Test {
@@ -25,11 +27,14 @@ protected:
     // Exports the scene to a file of the test's folder, which may have folders in its name, and answers what DoExport
     // answered. Without a prompt nobody is asked for options.
     int Export(const std::string& fileName = "Foo.pvx", bool suppressPrompts = false);
-    std::string GetPath(const std::string& fileName) const; // in the system's form
-    bool IsThere(const std::string& fileName) const;
-    std::string ReadBytes(const std::string& fileName) const;
+    std::string GetPath(const std::string& fileName) const { return m_Temp.Path(fileName); } // in the system's form
+    bool IsThere(const std::string& fileName) const { return m_Temp.Has(fileName); }
+    std::string ReadBytes(const std::string& fileName) const { return m_Temp.Read(fileName); }
     // Reads the exported model and hands it out, for as long as the call takes.
     void WithModel(const std::function<void(const RenderModel&)>& look, const std::string& fileName = "Foo.pvx");
+
+    // The same with one of the model's shaders.
+    void WithShader(const std::function<void(const Shader&)>& look, uint32_t index = 0);
 
     // Hands out the file's one animation as it is stored: bones in the world, and all keys.
     void WithStoredAnim(const std::function<void(const AnimInterm&)>& look, const std::string& fileName = "Foo.pvx");
@@ -40,7 +45,8 @@ protected:
 
     scene::Scene m_Scene;
     PVXExport m_Export;
-    std::filesystem::path m_Folder;
+    TempFolder m_Temp;
+    const std::filesystem::path m_Folder{m_Temp.Native()};
 
     // The user: presses these in the options dialog, and then OK.
     std::vector<int> m_Presses;

@@ -1,9 +1,5 @@
 #include "Tests/Shared_Tools/PVXExport/ExportFixture.h"
 
-#include <fstream>
-
-#include "Shared/Cross/RenderAnim/MeshGroup.h"
-#include "Shared/Cross/RenderAnim/RenderModel.h"
 #include "Shared/Cross/RenderAnim/Shader.h"
 #include "Shared_Tools/PVXExport/ModuleResources.h"
 #include "Shared_Tools/PVXExport/TextureMatrix.h"
@@ -21,15 +17,11 @@ protected:
     }
     std::string WritePicture(const std::string& name) {
         const Bytes bytes = MakeTga(1, 1, 24);
-        std::ofstream(m_Folder / (name + ".tga"), std::ios::binary)
-            .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+        m_Temp.Write(name + ".tga", {bytes.begin(), bytes.end()});
         return GetPath(name + ".tga");
     }
     void AddQuadWith(Mtl& material) {
         scene::AddMesh(m_Scene, "On" + std::string(material.GetName()), MakeQuad(), &material);
-    }
-    void WithShader(const std::function<void(const Shader&)>& look, uint32_t index = 0) {
-        WithModel([&](const RenderModel& model) { look(*model.GetMeshGroup()->GetShader(index).GetData()); });
     }
 };
 

@@ -18,10 +18,7 @@ class TextureExport : public ExportTest {
 protected:
     // In the project's source tree unless the name leads out of it.
     std::string WritePicture(const std::string& name, const Bytes& bytes) {
-        const std::filesystem::path path = m_Folder / "DataSource" / name;
-        std::filesystem::create_directories(path.parent_path());
-        std::ofstream(path, std::ios::binary)
-            .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+        m_Temp.Write("DataSource/" + name, {bytes.begin(), bytes.end()});
         return GetPath("DataSource/" + name);
     }
     scene::Bitmap& AddBitmap(const std::string& path, scene::UVSettings uv = {}) {
@@ -43,9 +40,6 @@ protected:
         for (size_t place = 0; (place = bytes.find("FOLDTXTR", place)) != bytes.npos; ++place)
             ++count;
         return count;
-    }
-    void WithShader(const std::function<void(const Shader&)>& look, uint32_t index = 0) {
-        WithModel([&](const RenderModel& model) { look(*model.GetMeshGroup()->GetShader(index).GetData()); });
     }
     static std::string LevelOf(const Texture& texture, uint32_t level = 0) {
         const auto [pImage, imageLevel] = texture.GetLevel(level);
