@@ -17,7 +17,7 @@ constexpr uint32_t s_BinaryChunk = 0x004e4942; // "BIN"
 constexpr size_t s_HeaderSize = 12;
 constexpr size_t s_ChunkHeaderSize = 8;
 
-constexpr uint64_t s_SmallFile = 0x100000;
+constexpr uint64_t s_SmallFile = 0x10000;
 constexpr uint64_t s_LargeFile = 0x10000000;
 constexpr uint64_t s_Growth = 12; // so many times a file's bytes the scene, the mesh in work and the model take at most
 
