@@ -12,7 +12,6 @@ int s_TicksPerFrame = TicksPerSecond / 30;
 int s_FrameRate = 30;
 DebugOutput s_DebugOutput = nullptr;
 Cursor s_Cursor = Cursor::Arrow;
-int s_CustomControlsCount = 0;
 
 } // namespace
 
@@ -49,10 +48,9 @@ DebugOutput SetDebugOutput(DebugOutput output) {
     return before;
 }
 
-void InitCustomControls(HINSTANCE) { ++s_CustomControlsCount; }
 // The controls that dialogs are made of are always there.
+void InitCustomControls(HINSTANCE) {}
 void InitCommonControls() {}
-int GetCustomControlsCount() { return s_CustomControlsCount; }
 
 void SetCursor(Cursor cursor) { s_Cursor = cursor; }
 Cursor GetCursor() { return s_Cursor; }

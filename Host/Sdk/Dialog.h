@@ -34,6 +34,5 @@ void CenterWindow(HWND hChild, HWND hParent);
 // The controls of a dialog, by id; one that isn't there is left alone.
 void CheckDlgButton(HWND hDialog, int id, bool checked);
 bool IsDlgButtonChecked(HWND hDialog, int id);
-void SetDlgItemText(HWND hDialog, int id, const char* pText);
 // Adds a line at the end of a list box.
 void AddListString(HWND hDialog, int id, const char* pText);

@@ -15,6 +15,3 @@ using DebugOutput = void (*)(const char* pText);
 DebugOutput SetDebugOutput(DebugOutput output);
 
 Cursor GetCursor();
-
-// How many modules have had their controls initialised so far.
-int GetCustomControlsCount();

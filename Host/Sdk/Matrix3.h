@@ -38,9 +38,6 @@ void NoScale(Matrix3& m);
 inline Point3 TransformPoint(const Point3& p, const Matrix3& m) { return p.x * m[0] + p.y * m[1] + p.z * m[2] + m[3]; }
 inline Point3 TransformVector(const Point3& v, const Matrix3& m) { return v.x * m[0] + v.y * m[1] + v.z * m[2]; }
 
-// The transformation that does `first` and then `second`. Worked out in double.
-Matrix3 Multiply(const Matrix3& first, const Matrix3& second);
-
 // Worked out in double. A matrix that can't be inverted gives the identity.
 Matrix3 Inverse(const Matrix3& m);
 

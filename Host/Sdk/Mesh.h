@@ -17,7 +17,6 @@ struct Face {
     uint32_t smGroup = 0;      // a bit for each smoothing group; 0 is a flat face
     uint32_t flags = AllEdges; // edge visibility in the low bits, material id in the high 16
 
-    uint32_t getVert(int corner) const { return v[corner]; }
     void setVerts(uint32_t a, uint32_t b, uint32_t c) {
         v[0] = a;
         v[1] = b;
@@ -34,7 +33,6 @@ struct Face {
 struct TVFace {
     uint32_t t[3] = {};
 
-    uint32_t getTVert(int corner) const { return t[corner]; }
     void setTVerts(uint32_t a, uint32_t b, uint32_t c) {
         t[0] = a;
         t[1] = b;

@@ -93,11 +93,6 @@ bool IsDlgButtonChecked(HWND hDialog, int id) {
     return pControl && pControl->checked;
 }
 
-void SetDlgItemText(HWND hDialog, int id, const char* pText) {
-    if (WindowControl* pControl = hDialog ? hDialog->FindControl(id) : nullptr)
-        pControl->text = pText;
-}
-
 void AddListString(HWND hDialog, int id, const char* pText) {
     if (WindowControl* pControl = hDialog ? hDialog->FindControl(id) : nullptr)
         pControl->lines.emplace_back(pText);

@@ -23,8 +23,8 @@ bool TakeShare(BurnParams& params, const std::string& value) {
 
 template <bool BurnParams::*Field>
 bool TakeBool(BurnParams& params, const std::string& value) {
-    params.*Field = IsSameNoCase(value, "true");
-    return params.*Field || IsSameNoCase(value, "false");
+    params.*Field = EqualNoCase(value, "true");
+    return params.*Field || EqualNoCase(value, "false");
 }
 
 struct Known {
@@ -49,7 +49,7 @@ constexpr Known s_Known[] = {
 ParamResult TakeParam(BurnParams& params, uint32_t knownBits, const std::string& name, const std::string& value,
                       std::string& expected) {
     for (const Known& known : s_Known) {
-        if ((knownBits & known.bit) == 0 || !IsSameNoCase(name, known.pName))
+        if ((knownBits & known.bit) == 0 || !EqualNoCase(name, known.pName))
             continue;
         expected = known.pExpected;
         return known.pTake(params, value) ? ParamResult::Taken : ParamResult::BadValue;

@@ -12,7 +12,7 @@ std::span<const BurnPlugin* const> GetBurnPlugins() {
 
 const BurnPlugin* FindBurnPlugin(const std::string& name) {
     const auto plugins = GetBurnPlugins();
-    const auto it = std::ranges::find_if(
-        plugins, [&](const BurnPlugin* pPlugin) { return IsSameNoCase(pPlugin->GetName(), name); });
+    const auto it =
+        std::ranges::find_if(plugins, [&](const BurnPlugin* pPlugin) { return EqualNoCase(pPlugin->GetName(), name); });
     return it != plugins.end() ? *it : nullptr;
 }

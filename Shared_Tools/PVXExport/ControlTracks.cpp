@@ -17,11 +17,6 @@
 namespace {
 
 constexpr float s_Tolerance = 0.005f;
-constexpr int32_t s_DiffuseChannel = 0;
-constexpr int32_t s_SelfIlluminationChannel = 3;
-constexpr int32_t s_OpacityChannel = 4;
-
-constexpr int32_t s_ModeFadingMap = 3; // the channel's map is mixed with its colour
 
 using Value = std::function<float(TimeValue)>;
 
@@ -77,7 +72,7 @@ public:
         : m_Sampler(sampler), m_ShaderIndex(shaderIndex), m_Shader(shader), m_Mtl(material), m_Warn(warn) {}
 
     void Add() {
-        m_Sampler.Add(Ref(s_SelfIlluminationChannel, ControlProperty_Amount), false,
+        m_Sampler.Add(Ref(CN_SelfIllumination, ControlProperty_Amount), false,
                       [this](TimeValue t) { return Clamp01(m_Mtl.GetSelfIllum(t)); });
         AddOpacity();
         AddDiffuse();
@@ -97,8 +92,8 @@ private:
     }
 
     void AddOpacity() {
-        if (!AddAmount(s_OpacityChannel, ID_OP)) {
-            m_Sampler.Add(Ref(s_OpacityChannel, ControlProperty_Amount), false,
+        if (!AddAmount(CN_Opacity, ID_OP)) {
+            m_Sampler.Add(Ref(CN_Opacity, ControlProperty_Amount), false,
                           [this](TimeValue t) { return Clamp01(m_Mtl.GetOpacity(t)); });
             return;
         }
@@ -106,17 +101,17 @@ private:
             PVXErrors::Get().Warning("Material [%s]: Material opacity not set to zero when animating texture opacity - "
                                      "exported file may not look the same.",
                                      m_Mtl.GetName());
-        m_Shader.SetChannelMode(s_OpacityChannel, s_ModeFadingMap);
+        m_Shader.SetChannelMode(CN_Opacity, ChannelMode_Animated);
     }
 
     void AddDiffuse() {
-        if (!AddAmount(s_DiffuseChannel, ID_DI))
+        if (!AddAmount(CN_Diffuse, ID_DI))
             return;
         if (m_Warn && m_Mtl.GetDiffuse(0) != Color(0.0f, 0.0f, 0.0f))
             PVXErrors::Get().Warning("Material [%s]: Material diffuse not set to black when animating texture diffuse "
                                      "amount - exported file may not look the same.",
                                      m_Mtl.GetName());
-        m_Shader.SetChannelMode(s_DiffuseChannel, s_ModeFadingMap);
+        m_Shader.SetChannelMode(CN_Diffuse, ChannelMode_Animated);
     }
 
     // Where a map lies: the offsets as they are, the scales against that of the model itself.

@@ -140,7 +140,7 @@ void MeshBuilder::MapSlots(INode* pNode) {
     for (size_t slot = 0; slot < m_UsedSlots.size(); ++slot) {
         if (!m_UsedSlots[slot])
             continue;
-        Mtl* pFaceMtl = pMtl && pMtl->NumSubMtls() > 0 ? pMtl->GetSubMtl(static_cast<int>(slot)) : pMtl;
+        Mtl* pFaceMtl = GetMaterialOfSlot(pMtl, slot);
         m_SlotMappings[slot] = {TextureMatrix::OfFace(pFaceMtl),
                                 pFaceMtl && (pFaceMtl->Requirements(-1) & MTLREQ_FACEMAP)};
     }

@@ -1,4 +1,4 @@
-#include "Shared_Tools/PVXExport/ModelNodes.h"
+#include "Shared_Tools/PVXExport/MeshGroupBuilder.h"
 
 #include "Host/Sdk/Node.h"
 #include "Shared/Cross/Debug/db.h"
@@ -44,9 +44,9 @@ void AttachToBone(INode* pNode, uint32_t index, const ExportScene& scene, TimeVa
 
 } // namespace
 
-namespace ModelNodes {
+namespace MeshGroupBuilder {
 
-bool BuildMeshGroup(ExportScene& scene, const ExportContext& context, RenderModel& model) {
+bool Build(ExportScene& scene, const ExportContext& context, RenderModel& model) {
     if (scene.m_MeshNodes.empty()) {
         if (context.m_ExportMeshes)
             PVXErrors::Get().Error("No meshes to export!");
@@ -74,4 +74,4 @@ bool BuildMeshGroup(ExportScene& scene, const ExportContext& context, RenderMode
     return true;
 }
 
-} // namespace ModelNodes
+} // namespace MeshGroupBuilder

@@ -1,7 +1,5 @@
-// What the model has beside its meshes: skeleton, markers, cameras, and the group that ties the meshes to it.
+// What the model has beside its meshes: skeleton, markers, cameras.
 #pragma once
-
-#include <memory>
 
 struct ExportContext;
 struct ExportScene;
@@ -14,8 +12,5 @@ void AddCameras(const ExportScene& scene, const ExportContext& context, RenderMo
 
 // Makes the scene's skeleton of its bones; none without bones.
 void BuildSkeleton(ExportScene& scene);
-
-// Gives the model its mesh group and the skeleton. False, which is reported when meshes are wanted, without meshes.
-bool BuildMeshGroup(ExportScene& scene, const ExportContext& context, RenderModel& model);
 
 } // namespace ModelNodes

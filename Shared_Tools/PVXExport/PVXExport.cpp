@@ -21,6 +21,7 @@
 #include "Shared_Tools/PVXExport/ExportContext.h"
 #include "Shared_Tools/PVXExport/ExportDialogs.h"
 #include "Shared_Tools/PVXExport/MeshBuilder.h"
+#include "Shared_Tools/PVXExport/MeshGroupBuilder.h"
 #include "Shared_Tools/PVXExport/ModelNodes.h"
 #include "Shared_Tools/PVXExport/ModuleResources.h"
 #include "Shared_Tools/PVXExport/PVXErrors.h"
@@ -38,9 +39,9 @@ constexpr int s_LogFailed = -1;
 
 std::string LogNameFor(const char* pName) {
     const std::string name = pName;
-    const size_t pExt = name.rfind('.');
-    dbAssertText(pExt != name.npos, "pExt");
-    return name.substr(0, pExt) + ".log";
+    const size_t dot = name.rfind('.');
+    dbAssertText(dot != name.npos, "pExt");
+    return name.substr(0, dot) + ".log";
 }
 
 // A log that a cancelled export has left open is reported and stays, which is no reason to refuse this one.
@@ -70,12 +71,10 @@ void PVXExport::ShowAbout(HWND hWnd) { ExportDialogs::ShowAbout(PVXUtil::GetDLLI
 int PVXExport::DoExport(const char* pName, ExpInterface*, Interface* pInterface, bool suppressPrompts, uint32_t) {
     OpenLog(pName);
     try {
-        int result = 1;
         ExportContext context;
         if (!Start(context, pName, pInterface, suppressPrompts))
             return 1;
-        if (!Run(context))
-            result = 0;
+        const int result = Run(context) ? 1 : 0;
         TearDown();
         ProcessLog::Close(s_LogSucceeded);
         return result;
@@ -160,7 +159,7 @@ std::unique_ptr<RenderModel> PVXExport::BuildRenderModel(ExportContext& context)
     ModelNodes::AddMarkers(m_Scene, context, *pModel);
     ModelNodes::AddCameras(m_Scene, context, *pModel);
     ModelNodes::BuildSkeleton(m_Scene);
-    if (!ModelNodes::BuildMeshGroup(m_Scene, context, *pModel))
+    if (!MeshGroupBuilder::Build(m_Scene, context, *pModel))
         return nullptr;
     if (context.m_ExportAnimKeys && pModel->GetSkeleton()) {
         AnimSampling::Sample(m_Scene, context, *m_Interface, *pModel);

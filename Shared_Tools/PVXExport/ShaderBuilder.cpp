@@ -72,23 +72,24 @@ glm::mat4 SphereMatrix() {
 
 } // namespace
 
+Mtl* GetMaterialOfSlot(Mtl* pNodeMtl, size_t slot) {
+    return pNodeMtl && pNodeMtl->NumSubMtls() > 0 ? pNodeMtl->GetSubMtl(static_cast<int>(slot)) : pNodeMtl;
+}
+
 void ShaderBuilder::BuildForNode(INode* pNode, std::span<const uint8_t> usedSlots, std::vector<uint32_t>& usedShaders) {
-    Mtl* pMtl = pNode->GetMtl();
-    if (pMtl && pMtl->NumSubMtls() > 0) {
-        for (size_t slot = 0; slot < usedSlots.size(); ++slot)
-            if (usedSlots[slot]) {
-                Mtl* pSub = pMtl->GetSubMtl(static_cast<int>(slot));
-                dbAssert(pSub);
-                usedShaders.push_back(pSub ? FindOrConvert(pSub) : AddDefaultShader(pNode));
-            }
-    } else if (usedSlots[0]) {
-        usedShaders.push_back(pMtl ? FindOrConvert(pMtl) : AddDefaultShader(pNode));
+    Mtl* pNodeMtl = pNode->GetMtl();
+    for (size_t slot = 0; slot < usedSlots.size(); ++slot) {
+        if (!usedSlots[slot])
+            continue;
+        Mtl* pMtl = GetMaterialOfSlot(pNodeMtl, slot);
+        dbAssertText(pMtl || !pNodeMtl, "pMtl");
+        usedShaders.push_back(pMtl ? FindOrConvert(*pMtl) : AddDefaultShader(pNode));
     }
 }
 
-uint32_t ShaderBuilder::FindOrConvert(Mtl* pMtl) {
-    const auto known = m_Scene.m_ShaderOfMaterial.find(pMtl);
-    return known != m_Scene.m_ShaderOfMaterial.end() ? known->second : Convert(pMtl);
+uint32_t ShaderBuilder::FindOrConvert(Mtl& material) {
+    const auto known = m_Scene.m_ShaderOfMaterial.find(&material);
+    return known != m_Scene.m_ShaderOfMaterial.end() ? known->second : Convert(material);
 }
 
 uint32_t ShaderBuilder::AddDefaultShader(INode* pNode) {
@@ -102,29 +103,28 @@ uint32_t ShaderBuilder::AddDefaultShader(INode* pNode) {
     return static_cast<uint32_t>(m_Scene.m_UsedShaders.size() - 1);
 }
 
-uint32_t ShaderBuilder::Convert(Mtl* pMtl) {
-    dbAssert(pMtl);
-    dbAssert(pMtl->GetName());
-    const char* pName = pMtl->GetName() ? pMtl->GetName() : "";
+uint32_t ShaderBuilder::Convert(Mtl& material) {
+    dbAssertText(material.GetName(), "pMtl->GetName()");
+    const char* pName = material.GetName() ? material.GetName() : "";
     std::unique_ptr<Shader> pShader = Shader::Create();
     pShader->SetName(pName);
 
-    const Class_ID classId = pMtl->ClassID();
-    if (StdMat* pStandard = TextureMatrix::AsStandard(pMtl))
+    const Class_ID classId = material.ClassID();
+    if (StdMat* pStandard = TextureMatrix::AsStandard(&material))
         ConvertStandard(*pShader, *pStandard);
     else if (classId == MULTI_CLASS_ID)
         PVXErrors::Get().Error("Nested multi-sub objects not supported.  \"%s\" is nested.",
-                               ClassNameOf(*pMtl).c_str());
+                               ClassNameOf(material).c_str());
     else
         PVXErrors::Get().Error("Unsupported material type \"%s\" [%s] : Class_ID(%X,%X)", pName,
-                               ClassNameOf(*pMtl).c_str(), classId.PartA(), classId.PartB());
+                               ClassNameOf(material).c_str(), classId.PartA(), classId.PartB());
 
     const auto index = static_cast<uint32_t>(m_Scene.m_UsedShaders.size());
     UsedShader& used = m_Scene.m_UsedShaders.emplace_back();
-    used.pMtl = pMtl;
+    used.pMtl = &material;
     used.sortKey = GetSortKey(*pShader);
     used.shader.Set(std::move(pShader));
-    m_Scene.m_ShaderOfMaterial.emplace(pMtl, index);
+    m_Scene.m_ShaderOfMaterial.emplace(&material, index);
     return index;
 }
 

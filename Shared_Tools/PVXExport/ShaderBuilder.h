@@ -1,6 +1,7 @@
 // Host materials become shaders of the model.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -14,6 +15,10 @@ class INode;
 class Mtl;
 class StdMat;
 class StdUVGen;
+
+// The material of the faces in a slot: the sub-material of a multi-sub one, otherwise the node's. Null without one, and
+// for an empty place among the sub-materials.
+Mtl* GetMaterialOfSlot(Mtl* pNodeMtl, size_t slot);
 
 // A material becomes a shader once in an export, however many meshes use it. What is wrong with one is reported to the
 // artist and stops nothing: the shader stays, without the bad parts.
@@ -32,9 +37,9 @@ private:
         bool sharedMatrix; // the texture matrix is in the vertices
     };
 
-    uint32_t FindOrConvert(Mtl* pMtl);
+    uint32_t FindOrConvert(Mtl& material);
     uint32_t AddDefaultShader(INode* pNode);
-    uint32_t Convert(Mtl* pMtl);
+    uint32_t Convert(Mtl& material);
     void ConvertStandard(Shader& shader, StdMat& material);
     void SetColours(Conversion& conversion);
     void SetMap(Conversion& conversion, uint32_t channel);

@@ -9,7 +9,7 @@
 
 namespace {
 
-CallbackTable<s_dbMaxCrashCallbacks> s_CrashCallbacks;
+CallbackTable<dbCallback, s_dbMaxCrashCallbacks> s_CrashCallbacks;
 std::terminate_handler s_pFormerTerminate = nullptr;
 
 void RunCallbacks() {

@@ -4,7 +4,6 @@
 #include "Shared/Cross/Debug/StackTrace.h"
 
 #include <algorithm>
-#include <array>
 #include <cctype>
 #include <cstdio>
 #include <mutex>
@@ -12,34 +11,22 @@
 
 namespace {
 
-struct SubscriberTable {
-    std::array<dbSubscriber, s_dbMaxSubscribers> entries = {};
-    uint32_t count = 0;
-};
-
 // A subscriber may report something itself, so the thread that holds the lock may come back.
 std::recursive_mutex s_TableMutex;
-SubscriberTable s_Warnings;
-SubscriberTable s_Errors;
-CallbackTable<s_dbMaxAssertCallbacks> s_AssertCallbacks;
+CallbackTable<dbSubscriber, s_dbMaxSubscribers> s_Warnings;
+CallbackTable<dbSubscriber, s_dbMaxSubscribers> s_Errors;
+CallbackTable<dbCallback, s_dbMaxAssertCallbacks> s_AssertCallbacks;
 
-void Add(SubscriberTable& table, dbSubscriber pSubscriber) {
+template <class Table, class Entry>
+void Add(Table& table, const Entry& entry) {
     const std::lock_guard lock(s_TableMutex);
-    const auto pEnd = table.entries.begin() + table.count;
-    if (!pSubscriber)
-        dbStop("a null subscriber");
-    else if (std::find(table.entries.begin(), pEnd, pSubscriber) != pEnd)
-        dbStop("a subscriber registered twice");
-    else if (table.count == table.entries.size())
-        dbStop("too many subscribers");
-    else
-        table.entries[table.count++] = pSubscriber;
+    table.Add(entry);
 }
 
-void Remove(SubscriberTable& table, dbSubscriber pSubscriber) {
+template <class Table, class Entry>
+void Remove(Table& table, const Entry& entry) {
     const std::lock_guard lock(s_TableMutex);
-    const auto pEnd = table.entries.begin() + table.count;
-    table.count = static_cast<uint32_t>(std::remove(table.entries.begin(), pEnd, pSubscriber) - table.entries.begin());
+    table.Remove(entry);
 }
 
 std::string StemOf(const char* pFile) {
@@ -63,21 +50,19 @@ void dbAddErrorSubscriber(dbSubscriber pSubscriber) { Add(s_Errors, pSubscriber)
 void dbRemoveErrorSubscriber(dbSubscriber pSubscriber) { Remove(s_Errors, pSubscriber); }
 
 void dbAddAssertCallback(dbAssertCallback pCallback, void* pUser) {
-    const std::lock_guard lock(s_TableMutex);
-    s_AssertCallbacks.Add({pCallback, pUser});
+    Add(s_AssertCallbacks, dbCallback{pCallback, pUser});
 }
 
 void dbRemoveAssertCallback(dbAssertCallback pCallback, void* pUser) {
-    const std::lock_guard lock(s_TableMutex);
-    s_AssertCallbacks.Remove({pCallback, pUser});
+    Remove(s_AssertCallbacks, dbCallback{pCallback, pUser});
 }
 
 void dbRunAssertCallbacks() {
     const std::lock_guard lock(s_TableMutex);
     // Copied, since a callback may take itself off the table.
     const auto callbacks = s_AssertCallbacks;
-    for (uint32_t i = 0; i < callbacks.GetCount(); ++i)
-        callbacks[i].pFunction(callbacks[i].pUser);
+    for (const dbCallback& callback : callbacks)
+        callback.pFunction(callback.pUser);
 }
 
 void dbEmit(dbChannel channel, const std::vector<std::string>& lines) {
@@ -87,9 +72,9 @@ void dbEmit(dbChannel channel, const std::vector<std::string>& lines) {
         texts.push_back(line.c_str());
 
     const std::lock_guard lock(s_TableMutex);
-    const SubscriberTable table = channel == dbChannel::Warning ? s_Warnings : s_Errors;
-    for (uint32_t i = 0; i < table.count; ++i)
-        table.entries[i](texts);
+    const auto subscribers = channel == dbChannel::Warning ? s_Warnings : s_Errors;
+    for (const dbSubscriber pSubscriber : subscribers)
+        pSubscriber(texts);
 }
 
 void dbFlush() {

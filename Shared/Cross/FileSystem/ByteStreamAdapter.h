@@ -29,7 +29,6 @@ public:
         : m_pStream(pStream), m_pConverter(pConverter) {}
 
     ByteStream* GetStream() const { return m_pStream; }
-    ByteStreamConverter* GetConverter() const { return m_pConverter; }
     // 1 without a converter.
     uint32_t GetPlatform() const { return m_pConverter ? m_pConverter->GetPlatform() : 1; }
 

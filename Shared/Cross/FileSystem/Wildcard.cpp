@@ -13,10 +13,6 @@ std::string FoldCase(std::string_view text) {
     return folded;
 }
 
-bool EqualsNoCase(std::string_view left, std::string_view right) {
-    return std::ranges::equal(left, right, [](char a, char b) { return FoldCase(a) == FoldCase(b); });
-}
-
 bool IsBeforeNoCase(std::string_view left, std::string_view right) {
     const size_t common = std::min(left.size(), right.size());
     for (size_t i = 0; i < common; ++i) {

@@ -3,11 +3,9 @@
 #include <string>
 #include <string_view>
 
-// File names compare without regard to case, as the system's paths do: A to Z only, since no table of a character set
-// is certain.
+// In upper case, as aliases and roots are kept. A to Z only, since no table of a character set is certain.
 char FoldCase(char character);
 std::string FoldCase(std::string_view text);
-bool EqualsNoCase(std::string_view left, std::string_view right);
 // An order that is the same on every machine: by folded characters, then by the characters as they are.
 bool IsBeforeNoCase(std::string_view left, std::string_view right);
 

@@ -7,7 +7,6 @@
 #include "Shared/Cross/Pipeline/TextUtil.h"
 #include "Shared/PC/FileSystem/OSFile.h"
 
-#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -33,16 +32,8 @@ void MakeWritable(const char* pName) {
         OSFile::SetWritable(full.c_str(), true);
 }
 
-// False, with the buffer empty, when the text doesn't fit with its end.
-bool CopyOut(std::string_view text, char* pOut, uint32_t outLen) {
-    if (outLen == 0)
-        return false;
-    const bool fits = text.size() < outLen;
-    const size_t length = fits ? text.size() : 0;
-    memcpy(pOut, text.data(), length);
-    pOut[length] = '\0';
-    return fits;
-}
+// As sections and keys are kept.
+std::string ToName(std::string_view text) { return ToLower(text.substr(0, s_MaxName)); }
 
 // Cuts a stream into lines.
 class LineReader {
@@ -181,7 +172,7 @@ bool ConfigFile::SelectSection(const char* pName, char* pPreviousOut, uint32_t p
         return false;
     if (pPreviousOut && previousLen > 0)
         CopyOut(std::string_view(m_CurrentSection).substr(0, previousLen - 1), pPreviousOut, previousLen);
-    m_CurrentSection = ToLower(std::string_view(pName));
+    m_CurrentSection = ToName(pName);
     return true;
 }
 
@@ -211,7 +202,7 @@ const std::string* ConfigFile::FindValue(const char* pKey) const {
     const Section* const pSection = GetCurrent();
     if (!pSection)
         return nullptr;
-    const auto it = pSection->find(ToLower(std::string_view(pKey).substr(0, s_MaxName)));
+    const auto it = pSection->find(ToName(pKey));
     return it != pSection->end() ? &it->second : nullptr;
 }
 
@@ -232,13 +223,13 @@ bool ConfigFile::SetValue(const char* pKey, const char* pValue) {
     dbAssertText(readable, "pKey && pValue && !strpbrk( pKey, \"=;\" ) && !strpbrk( pValue, \"=;\" )");
     if (!readable)
         return false;
-    m_Sections[m_CurrentSection][ToLower(std::string_view(pKey).substr(0, s_MaxName))] = pValue;
+    m_Sections[m_CurrentSection][ToName(pKey)] = pValue;
     return true;
 }
 
 bool ConfigFile::DeleteKey(const char* pKey) {
     const auto it = m_Sections.find(m_CurrentSection);
-    return it != m_Sections.end() && it->second.erase(ToLower(std::string_view(pKey).substr(0, s_MaxName))) > 0;
+    return it != m_Sections.end() && it->second.erase(ToName(pKey)) > 0;
 }
 
 bool ConfigFile::DeleteSection() {

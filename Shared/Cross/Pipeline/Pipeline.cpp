@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstring>
 
 std::unique_ptr<Pipeline> Pipeline::s_instance;
 
@@ -28,14 +27,12 @@ std::string ListPlaces(const std::vector<std::string>& places) {
     return text;
 }
 
-// False, with the buffer empty, for a value that doesn't fit with its end.
-bool CopyOut(const std::string& value, char* pOut, uint32_t outLen) {
-    const bool fits = value.size() < outLen;
-    if (!fits)
-        dbBreak();
-    if (outLen > 0)
-        memcpy(pOut, fits ? value.c_str() : "", fits ? value.size() + 1 : 1);
-    return fits;
+// A value that doesn't fit is the caller's mistake.
+bool CopyValue(const std::string& value, char* pOut, uint32_t outLen) {
+    if (CopyOut(value, pOut, outLen))
+        return true;
+    dbBreak();
+    return false;
 }
 
 } // namespace
@@ -47,11 +44,11 @@ const PipelineProject* PipelineData::FindProject(const char* pName) const {
 
 const std::string* PipelineData::FindValue(const char* pSection, const char* pKey) const {
     const auto section = std::ranges::find_if(
-        sections, [&](const PipelineSection& candidate) { return IsSameNoCase(candidate.name, pSection); });
+        sections, [&](const PipelineSection& candidate) { return EqualNoCase(candidate.name, pSection); });
     if (section == sections.end())
         return nullptr;
     const auto value = std::ranges::find_if(section->values,
-                                            [&](const auto& candidate) { return IsSameNoCase(candidate.first, pKey); });
+                                            [&](const auto& candidate) { return EqualNoCase(candidate.first, pKey); });
     return value != section->values.end() ? &value->second : nullptr;
 }
 
@@ -104,7 +101,7 @@ bool Pipeline::GetString(const char* pSection, const char* pKey, std::string& ou
 bool Pipeline::GetString(const char* pSection, const char* pKey, char* pOut, uint32_t outLen) const {
     std::string value;
     const bool found = GetString(pSection, pKey, value);
-    return CopyOut(value, pOut, outLen) && found;
+    return CopyValue(value, pOut, outLen) && found;
 }
 
 bool Pipeline::GetPath(const char* pSection, const char* pKey, std::string& out) const {
@@ -117,7 +114,7 @@ bool Pipeline::GetPath(const char* pSection, const char* pKey, std::string& out)
 bool Pipeline::GetPath(const char* pSection, const char* pKey, char* pOut, uint32_t outLen) const {
     std::string path;
     const bool found = GetPath(pSection, pKey, path);
-    return CopyOut(path, pOut, outLen) && found;
+    return CopyValue(path, pOut, outLen) && found;
 }
 
 bool Pipeline::GetFloat(const char* pSection, const char* pKey, float& out) const {
@@ -140,7 +137,7 @@ bool Pipeline::GetBool(const char* pSection, const char* pKey, bool& out) const 
     if (!GetString(pSection, pKey, value))
         return false;
     const auto isOneOf = [&](std::initializer_list<const char*> words) {
-        return std::ranges::any_of(words, [&](const char* pWord) { return IsSameNoCase(value, pWord); });
+        return std::ranges::any_of(words, [&](const char* pWord) { return EqualNoCase(value, pWord); });
     };
     const bool isTrue = isOneOf({"true", "yes", "1"});
     if (!isTrue && !isOneOf({"false", "no", "0"}))

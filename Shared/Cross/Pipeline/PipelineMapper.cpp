@@ -132,11 +132,11 @@ void Pipeline::Mapper::Unmap() {
 
 const char* Pipeline::Mapper::GetProject() const { return m_shared ? m_shared->project.c_str() : ""; }
 
-bool Pipeline::Mapper::IsProject(const char* pName) const { return IsSameNoCase(GetProject(), pName ? pName : ""); }
+bool Pipeline::Mapper::IsProject(const char* pName) const { return EqualNoCase(GetProject(), pName ? pName : ""); }
 
 bool Pipeline::Mapper::IsChildOf(const char* pName) const {
     return m_shared && pName && std::ranges::any_of(m_shared->parents, [&](const std::string& parent) {
-               return IsSameNoCase(parent, pName);
+               return EqualNoCase(parent, pName);
            });
 }
 

@@ -8,11 +8,8 @@ std::string ToLower(std::string_view text) {
     return lower;
 }
 
-bool IsSameNoCase(std::string_view a, std::string_view b) { return a.size() == b.size() && StartsWithNoCase(a, b); }
-
 bool StartsWithNoCase(std::string_view text, std::string_view start) {
-    return text.size() >= start.size() && std::ranges::equal(text.substr(0, start.size()), start,
-                                                             [](char x, char y) { return ToLower(x) == ToLower(y); });
+    return EqualNoCase(text.substr(0, start.size()), start);
 }
 
 std::string_view TrimLine(std::string_view text) {
@@ -20,4 +17,12 @@ std::string_view TrimLine(std::string_view text) {
     if (first == std::string_view::npos)
         return {};
     return text.substr(first, text.find_last_not_of(" \t\r\v\f\n") + 1 - first);
+}
+
+bool CopyOut(std::string_view text, char* pOut, uint32_t outLen) {
+    if (outLen == 0)
+        return false;
+    const bool fits = text.size() < outLen;
+    pOut[fits ? text.copy(pOut, text.size()) : 0] = '\0';
+    return fits;
 }

@@ -3,8 +3,7 @@
 #include "Shared/Cross/Debug/db.h"
 
 #include <algorithm>
-#include <cstdarg>
-#include <cstdio>
+#include <utility>
 
 bool RevControlP4::Connection::Connect(const char* pPort) {
     pClient->SetPort(pPort);
@@ -37,18 +36,26 @@ bool RevControlP4::Connection::Run(const char* pCommand, std::span<const ClientA
     return true;
 }
 
-bool RevControlP4::Connection::Fail(const char* pFormat, ...) {
-    va_list arguments;
-    va_start(arguments, pFormat);
-    va_list again;
-    va_copy(again, arguments);
-    const int size = std::vsnprintf(nullptr, 0, pFormat, arguments);
-    va_end(arguments);
-    m_errorStr.resize(static_cast<size_t>(std::max(size, 0)));
-    std::vsnprintf(m_errorStr.data(), m_errorStr.size() + 1, pFormat, again);
-    va_end(again);
+bool RevControlP4::Connection::RunAndJudge(const char* pCommand, std::span<const ClientArgument> arguments,
+                                           std::initializer_list<std::string_view> phrases,
+                                           const std::string& failure) {
+    RevClientUser user;
+    Run(pCommand, arguments, user);
+    const std::string* pLine = user.GetFirstInfo();
+    if (!pLine)
+        return Fail(failure);
+    const auto isHeld = [pLine](std::string_view phrase) { return pLine->find(phrase) != std::string::npos; };
+    return std::ranges::any_of(phrases, isHeld) || FailWithAnswer(failure, *pLine);
+}
+
+bool RevControlP4::Connection::Fail(std::string text) {
+    m_errorStr = std::move(text);
     errorIsNew = true;
     return false;
+}
+
+bool RevControlP4::Connection::FailWithAnswer(const std::string& text, const std::string& answer) {
+    return Fail(text + ", error: " + InQuotes(answer));
 }
 
 std::string RevControlP4::Connection::TakeError() {

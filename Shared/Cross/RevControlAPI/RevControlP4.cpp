@@ -65,33 +65,19 @@ bool RevControlP4::OpenAll(std::span<const std::string> names, int32_t changelis
 }
 
 bool RevControlP4::Edit(const char* pName, int32_t changelist) {
-    RevClientUser user;
-    m_pConnection->Run("edit", MakeFileArguments(pName, changelist), user);
-    const std::string* pLine = user.GetFirstInfo();
-    if (!pLine)
-        return m_pConnection->Fail("Failed to open for edit file: '%s'", pName);
-    return HoldsAny(*pLine, {"opened for edit", "reopened for add"}) ||
-           m_pConnection->Fail("Failed to open for edit file: '%s', error: '%s'", pName, pLine->c_str());
+    return m_pConnection->RunAndJudge("edit", MakeFileArguments(pName, changelist),
+                                      {"opened for edit", "reopened for add"},
+                                      "Failed to open for edit file: " + InQuotes(pName));
 }
 
 bool RevControlP4::Add(const char* pName, int32_t changelist) {
-    RevClientUser user;
-    m_pConnection->Run("add", MakeFileArguments(pName, changelist), user);
-    const std::string* pLine = user.GetFirstInfo();
-    if (!pLine)
-        return m_pConnection->Fail("Failed to open for Add file: '%s'", pName);
-    return Holds(*pLine, "opened for add") ||
-           m_pConnection->Fail("Failed to open for Add file: '%s', error: '%s'", pName, pLine->c_str());
+    return m_pConnection->RunAndJudge("add", MakeFileArguments(pName, changelist), {"opened for add"},
+                                      "Failed to open for Add file: " + InQuotes(pName));
 }
 
 bool RevControlP4::Delete(const char* pName, int32_t changelist) {
-    RevClientUser user;
-    m_pConnection->Run("delete", MakeFileArguments(pName, changelist), user);
-    const std::string* pLine = user.GetFirstInfo();
-    if (!pLine)
-        return m_pConnection->Fail("Failed to open for Delete file: '%s'", pName);
-    return Holds(*pLine, "opened for delete") ||
-           m_pConnection->Fail("Failed to open for Delete file: '%s', error: '%s'", pName, pLine->c_str());
+    return m_pConnection->RunAndJudge("delete", MakeFileArguments(pName, changelist), {"opened for delete"},
+                                      "Failed to open for Delete file: " + InQuotes(pName));
 }
 
 bool RevControlP4::Integrate(const char* pFrom, const char* pTo, int32_t changelist) {
@@ -101,29 +87,25 @@ bool RevControlP4::Integrate(const char* pFrom, const char* pTo, int32_t changel
         Arguments{"-c", std::to_string(changelist), ClientArgument::File(pFrom), ClientArgument::File(pTo)}, user);
     const std::string* pLine = user.GetFirstInfo();
     if (!pLine)
-        return m_pConnection->Fail("Failed to integrate file: '%s' to: '%s'", pFrom, pTo);
+        return m_pConnection->Fail("Failed to integrate file: " + InQuotes(pFrom) + " to: " + InQuotes(pTo));
     return Holds(*pLine, "branch/sync from") ||
-           m_pConnection->Fail("Failed to Integrate file: '%s', error: '%s'", pFrom, pLine->c_str());
+           m_pConnection->FailWithAnswer("Failed to Integrate file: " + InQuotes(pFrom), *pLine);
 }
 
 bool RevControlP4::Rename(const char* pFrom, const char* pTo, int32_t changelist) {
     if (!Integrate(pFrom, pTo, changelist))
-        return m_pConnection->Fail("Failed to integrate file: '%s' to: '%s' during rename operation", pFrom, pTo);
+        return m_pConnection->Fail("Failed to integrate file: " + InQuotes(pFrom) + " to: " + InQuotes(pTo) +
+                                   " during rename operation");
     return Delete(pFrom, changelist) ||
-           m_pConnection->Fail("Failed to delete file: '%s' during rename operation", pFrom);
+           m_pConnection->Fail("Failed to delete file: " + InQuotes(pFrom) + " during rename operation");
 }
 
 bool RevControlP4::RevertFile(const char* pName, int32_t changelist, bool unchangedOnly) {
-    RevClientUser user;
     Arguments arguments = MakeFileArguments(pName, changelist);
     if (unchangedOnly)
         arguments.insert(arguments.begin(), "-a");
-    m_pConnection->Run("revert", arguments, user);
-    const std::string* pLine = user.GetFirstInfo();
-    if (!pLine)
-        return m_pConnection->Fail("Failed to Revert file: '%s'", pName);
-    return HoldsAny(*pLine, {"reverted", "abandoned", "was branch, deleted"}) ||
-           m_pConnection->Fail("Failed to Revert file: '%s', error: '%s'", pName, pLine->c_str());
+    return m_pConnection->RunAndJudge("revert", arguments, {"reverted", "abandoned", "was branch, deleted"},
+                                      "Failed to Revert file: " + InQuotes(pName));
 }
 
 RevControlAPI::FileStatus RevControlP4::GetFileStatus(const char* pName) {
@@ -179,10 +161,8 @@ RevControlAPI::SyncResult RevControlP4::Sync(const char* pName, bool directory) 
     const std::string* pLine = user.GetFirstInfo();
     if (pLine && HoldsAny(*pLine, {"updating", "added as"}))
         return Sync_Updated;
-    if (pError)
-        m_pConnection->Fail("Failed to sync file: '%s', error: '%s'", name.c_str(), pError->c_str());
-    else
-        m_pConnection->Fail("Failed to sync file: '%s'", name.c_str());
+    const std::string failure = "Failed to sync file: " + InQuotes(name);
+    pError ? m_pConnection->FailWithAnswer(failure, *pError) : m_pConnection->Fail(failure);
     return Sync_Failed;
 }
 

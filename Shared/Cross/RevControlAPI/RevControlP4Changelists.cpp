@@ -32,9 +32,9 @@ bool RevControlP4::CreateChangelist(const char* pDescription, int32_t& number) {
     m_pConnection->Run("change", Arguments{"-i"}, user);
     const std::string* pLine = user.GetFirstInfo();
     if (!pLine)
-        return m_pConnection->Fail("Failed to create changlist: '%s'", pDescription);
+        return m_pConnection->Fail("Failed to create changlist: " + InQuotes(pDescription));
     return ChangelistPatterns::ReadCreated(*pLine, number) ||
-           m_pConnection->Fail("Failed to parse changlist # for changelist: '%s'", pDescription);
+           m_pConnection->Fail("Failed to parse changlist # for changelist: " + InQuotes(pDescription));
 }
 
 bool RevControlP4::FindChangelist(const char* pDescription, int32_t& number) {
@@ -43,7 +43,7 @@ bool RevControlP4::FindChangelist(const char* pDescription, int32_t& number) {
     for (const std::string& line : user.GetInfos())
         if (line.find(pDescription) != std::string::npos && ChangelistPatterns::ReadListed(line, number))
             return true;
-    return m_pConnection->Fail("Failed to find pending changelist: '%s'", pDescription);
+    return m_pConnection->Fail("Failed to find pending changelist: " + InQuotes(pDescription));
 }
 
 bool RevControlP4::FindOrCreateChangelist(const char* pDescription, int32_t& number) {
@@ -53,13 +53,13 @@ bool RevControlP4::FindOrCreateChangelist(const char* pDescription, int32_t& num
 bool RevControlP4::DeleteEmptyChangelist(int32_t number) {
     RevClientUser user;
     m_pConnection->Run("change", Arguments{"-d", std::to_string(number)}, user);
+    const std::string failure = "Failed to delete empty changelist #: " + InQuotes(std::to_string(number));
     const std::string* pLine = user.GetFirstInfo();
     if (!pLine)
-        return m_pConnection->Fail("Failed to delete empty changelist #: '%i'", number);
+        return m_pConnection->Fail(failure);
     const bool deleted =
         pLine->find("deleted.") != std::string::npos && pLine->find("can't be deleted.") == std::string::npos;
-    return deleted ||
-           m_pConnection->Fail("Failed to delete empty changelist #: '%i', error: '%s'", number, pLine->c_str());
+    return deleted || m_pConnection->FailWithAnswer(failure, *pLine);
 }
 
 bool RevControlP4::RevertChangelist(int32_t number, bool unchangedOnly) {
@@ -73,11 +73,12 @@ bool RevControlP4::RevertChangelist(int32_t number, bool unchangedOnly) {
         arguments.insert(arguments.begin(), "-a");
     RevClientUser user;
     m_pConnection->Run("revert", arguments, user);
+    const std::string failure = "Failed to revert changlist #: " + InQuotes(std::to_string(number));
     if (!user.GetFirstInfo())
-        return m_pConnection->Fail("Failed to revert changlist #: '%i'", number);
+        return m_pConnection->Fail(failure);
     for (const std::string& line : user.GetInfos())
         if (line.find("reverted") == std::string::npos && line.find("abandoned") == std::string::npos)
-            return m_pConnection->Fail("Failed to revert changlist #: '%i', error: '%s'", number, line.c_str());
+            return m_pConnection->FailWithAnswer(failure, line);
     return true;
 }
 

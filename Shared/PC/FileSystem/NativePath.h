@@ -9,5 +9,8 @@
 // machine, EINVAL for a colon elsewhere, ENAMETOOLONG.
 bool ToNativeText(std::string_view path, std::string& native);
 
+// With every link on the way followed. Empty, with errno set, for a native path that leads nowhere.
+std::string GetRealPath(const std::string& path);
+
 // Empty, with errno set, when the current folder is gone.
 std::string GetNativeCurrentFolder();

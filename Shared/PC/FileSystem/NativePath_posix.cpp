@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <cstdlib>
 
 #include <unistd.h>
 
@@ -71,6 +72,11 @@ bool ToNativeText(std::string_view path, std::string& native) {
         return false;
     }
     return true;
+}
+
+std::string GetRealPath(const std::string& path) {
+    char buffer[PATH_MAX];
+    return realpath(path.c_str(), buffer) ? buffer : "";
 }
 
 std::string GetNativeCurrentFolder() {

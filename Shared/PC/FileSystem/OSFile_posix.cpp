@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <limits>
 #include <memory>
 #include <system_error>
@@ -163,11 +162,6 @@ bool Replace(const std::string& from, const std::string& to) {
 bool IsFolder(const std::string& native) {
     struct stat facts {};
     return stat(native.c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
-}
-
-std::string GetRealPath(const std::string& path) {
-    const std::unique_ptr<char, decltype(&std::free)> pReal(realpath(path.c_str(), nullptr), std::free);
-    return pReal ? pReal.get() : "";
 }
 
 // A link to a folder above it would make the tree endless.

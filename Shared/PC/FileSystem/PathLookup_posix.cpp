@@ -1,10 +1,11 @@
 #include "Shared/PC/FileSystem/PathLookup.h"
 
 #include "Shared/Cross/FileSystem/Wildcard.h"
+#include "Shared/Cross/Util/Hash.h"
+#include "Shared/PC/FileSystem/NativePath.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdlib>
 #include <new>
 
 #include <dirent.h>
@@ -171,8 +172,8 @@ PathLookup::FolderResult PathLookup::EnterFolder(Folder& parent, const std::stri
     if (!S_ISLNK(facts.st_mode))
         return {};
     // A link is left for where it leads to, since all folders on the way have to be watched.
-    const std::unique_ptr<char, decltype(&std::free)> pReal(realpath(path.c_str(), nullptr), std::free);
-    return pReal ? FindFolder(std::string_view(pReal.get()) == "/" ? "" : pReal.get()) : FolderResult{};
+    const std::string real = GetRealPath(path);
+    return real.empty() ? FolderResult{} : FindFolder(real == "/" ? "" : real);
 }
 
 PathLookup::FolderResult PathLookup::Watch(const std::string& path) {
@@ -240,7 +241,7 @@ std::string PathLookup::FindInUnwatched(const std::string& folder, std::string_v
     ++m_FoldersRead;
     std::string best;
     ForEachName(folder, [&](std::string_view found) {
-        if (EqualsNoCase(found, name) && (best.empty() || found < best))
+        if (EqualNoCase(found, name) && (best.empty() || found < best))
             best = found;
     });
     return best;

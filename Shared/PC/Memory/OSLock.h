@@ -39,7 +39,6 @@ public:
         if (m_Locked)
             m_Mutex.unlock();
     }
-    bool IsMine() const { return m_Owner.load(std::memory_order_relaxed) == pthread_self(); }
 
 private:
     std::mutex m_Mutex;

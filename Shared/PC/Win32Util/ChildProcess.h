@@ -51,8 +51,6 @@ public:
     // True when it has ended within the limit, or was never started.
     bool Wait(std::chrono::milliseconds limit);
 
-    // Asks it to end, which it may refuse.
-    void Terminate();
     // Ends it and all of its group at once, and waits for its own end. Reaches what it left running, too.
     void Kill();
 

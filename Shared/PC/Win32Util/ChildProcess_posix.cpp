@@ -125,6 +125,17 @@ bool TranslateFolder(const std::string& path, std::string& native, std::string& 
     return Translate(path, native, error);
 }
 
+// 0, or the number of what went wrong.
+int Spawn(std::string& program, const std::vector<std::string>& arguments, const Actions& actions, pid_t& id) {
+    // The interface wants pointers to what it doesn't change.
+    std::vector<char*> words = {program.data()};
+    for (const std::string& argument : arguments)
+        words.push_back(const_cast<char*>(argument.c_str()));
+    words.push_back(nullptr);
+    const Attributes attributes;
+    return posix_spawnp(&id, program.c_str(), actions.Get(), attributes.Get(), words.data(), environ);
+}
+
 int ExitCodeOf(const siginfo_t& info) {
     return info.si_code == CLD_EXITED ? info.si_status : s_SignalBase + info.si_status;
 }
@@ -151,6 +162,16 @@ struct ChildProcess::Pipes {
     ChildPipe output;
     ChildPipe error;
 
+    // For the streams that are to be pipes, with the child's ends in the other object. False with errno set.
+    bool Make(const Settings& settings, Pipes& childEnds) {
+        if ((settings.input == Stream::Pipe && !ChildPipe::Make(childEnds.input, input)) ||
+            (settings.output == Stream::Pipe && !ChildPipe::Make(output, childEnds.output)) ||
+            (settings.error == Stream::Pipe && !ChildPipe::Make(error, childEnds.error)))
+            return false;
+        for (ChildPipe* pEnd : {&input, &output, &error})
+            pEnd->DontBlock();
+        return true;
+    }
     bool IsAnyOpen() const { return input.IsOpen() || output.IsOpen() || error.IsOpen(); }
     // Until something can be read or written, or the time is over.
     void Wait(milliseconds limit, bool wantsToWrite) const {
@@ -185,32 +206,19 @@ bool ChildProcess::Start(const Settings& settings) {
         return false;
 
     auto pPipes = std::make_unique<Pipes>();
-    Pipes ends;
-    if ((settings.input == Stream::Pipe && !ChildPipe::Make(ends.input, pPipes->input)) ||
-        (settings.output == Stream::Pipe && !ChildPipe::Make(pPipes->output, ends.output)) ||
-        (settings.error == Stream::Pipe && !ChildPipe::Make(pPipes->error, ends.error))) {
+    Pipes childEnds;
+    if (!pPipes->Make(settings, childEnds)) {
         m_Error = std::generic_category().message(errno);
         return false;
     }
-    for (ChildPipe* pEnd : {&pPipes->input, &pPipes->output, &pPipes->error})
-        pEnd->DontBlock();
-
     Actions actions;
-    actions.SetStream(STDIN_FILENO, settings.input, ends.input.Get());
-    actions.SetStream(STDOUT_FILENO, settings.output, ends.output.Get());
-    actions.SetStream(STDERR_FILENO, settings.error, ends.error.Get());
+    actions.SetStream(STDIN_FILENO, settings.input, childEnds.input.Get());
+    actions.SetStream(STDOUT_FILENO, settings.output, childEnds.output.Get());
+    actions.SetStream(STDERR_FILENO, settings.error, childEnds.error.Get());
     actions.SetFolder(folder);
     actions.CloseRest();
-
-    // The interface wants pointers to what it doesn't change.
-    std::vector<char*> words = {program.data()};
-    for (const std::string& argument : settings.arguments)
-        words.push_back(const_cast<char*>(argument.c_str()));
-    words.push_back(nullptr);
-    const Attributes attributes;
     pid_t id = 0;
-    const int error = posix_spawnp(&id, program.c_str(), actions.Get(), attributes.Get(), words.data(), environ);
-    if (error != 0) {
+    if (const int error = Spawn(program, settings.arguments, actions, id); error != 0) {
         m_Error = settings.program + ": " + std::generic_category().message(error);
         return false;
     }
@@ -252,11 +260,6 @@ bool ChildProcess::Wait(milliseconds limit) {
         std::this_thread::sleep_for(std::min(nap, left));
     }
     return true;
-}
-
-void ChildProcess::Terminate() {
-    if (!SeeEnd())
-        kill(m_Id, SIGTERM);
 }
 
 void ChildProcess::Kill() {

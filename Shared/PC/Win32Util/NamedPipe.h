@@ -32,7 +32,6 @@ public:
     // Waits for the client without limit, but ends with false when `keepsWaiting`, which is asked every few
     // milliseconds, says so. The client's end is connected as soon as it is open.
     bool Connect(const std::function<bool()>& keepsWaiting = {});
-    bool IsConnected() const { return m_bConnected; }
 
     // Whether a message is waiting, with no wait. False when the pipe isn't connected or the other side is gone and
     // all that it sent has been read.

@@ -57,11 +57,15 @@ std::unique_ptr<RenderModel> LoadModel(const std::string& modelPath) {
     }
 }
 
+// Only tells: a file that was merged is good, even if its skeleton, which no merge looks at, can't be read.
 void CheckBones(const BoneCheck& check, const std::string& file) {
-    const std::unique_ptr<ByteStream> pStream = FilePath::OpenStream(ToToolPath(file).c_str(), ByteStream::Mode_Read);
-    // That it isn't there is said by the merge of it.
-    if (pStream)
-        BoneCheck::Report(file, check.Compare(*pStream));
+    try {
+        const auto pStream = FilePath::OpenStream(ToToolPath(file).c_str(), ByteStream::Mode_Read);
+        if (pStream)
+            BoneCheck::Report(file, check.Compare(*pStream));
+    } catch (const std::exception& exception) {
+        dbWarningf("MERGE -- '%s': its bones can't be held against the model's: %s", file.c_str(), exception.what());
+    }
 }
 
 // False at the first file that can't be merged, which is logged.
@@ -74,13 +78,13 @@ bool MergeAnims(RenderModel& model, const std::vector<std::string>& files) {
         const std::string path = ToToolPath(file);
         LogMergeStep("animation file " + std::to_string(++number) + " of " + std::to_string(files.size()), file);
         try {
-            if (check)
-                CheckBones(*check, file);
             ra::AppendIntermediateAnims(model, path.c_str());
         } catch (const std::exception& exception) {
             LogFault(path, exception);
             return false;
         }
+        if (check)
+            CheckBones(*check, file);
     }
     return true;
 }

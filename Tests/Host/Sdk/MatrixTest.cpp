@@ -8,18 +8,9 @@ namespace {
 // A quarter turn about Z, which takes X to Y, twice the size along X, moved by (10, 20, 30).
 const Matrix3 s_Turn({0, 2, 0}, {-1, 0, 0}, {0, 0, 1}, {10, 20, 30});
 
-void ExpectNear(const Matrix3& a, const Matrix3& b) {
-    for (int row = 0; row < 4; ++row)
-        for (int column = 0; column < 3; ++column)
-            EXPECT_NEAR(a[row][column], b[row][column], 1e-5f) << row << ", " << column;
-}
-
 TEST(HostMatrix, PointsMultiplyFromTheLeft) {
     EXPECT_EQ(TransformPoint({1, 2, 3}, s_Turn), Point3(10 - 2, 20 + 2, 30 + 3));
     EXPECT_EQ(TransformVector({1, 2, 3}, s_Turn), Point3(-2, 2, 3));
-    const Matrix3 move({1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {1, 0, 0});
-    EXPECT_EQ(TransformPoint({0, 0, 0}, Multiply(move, s_Turn)), TransformPoint({1, 0, 0}, s_Turn));
-    EXPECT_EQ(TransformPoint({0, 0, 0}, Multiply(s_Turn, move)), Point3(11, 20, 30));
 }
 
 TEST(HostMatrix, RowsAndColumns) {
@@ -32,8 +23,8 @@ TEST(HostMatrix, RowsAndColumns) {
 }
 
 TEST(HostMatrix, InverseUndoesAndANullMatrixHasNone) {
-    ExpectNear(Multiply(s_Turn, Inverse(s_Turn)), IdentityMatrix());
-    ExpectNear(Multiply(Inverse(s_Turn), s_Turn), IdentityMatrix());
+    const Point3 there = TransformPoint({1, 2, 3}, s_Turn);
+    EXPECT_LT(Length(TransformPoint(there, Inverse(s_Turn)) - Point3(1, 2, 3)), 1e-5f);
     EXPECT_EQ(Inverse(Matrix3(0.0f)), IdentityMatrix());
 }
 

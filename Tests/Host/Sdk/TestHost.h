@@ -24,6 +24,7 @@ public:
             dialog.Press(id);
     }
 
+    void SetPresses(std::vector<int> presses) { m_Presses = std::move(presses); }
     // Copies: their procedures are no longer to be called.
     std::vector<Window>& GetShown() { return m_Shown; }
 

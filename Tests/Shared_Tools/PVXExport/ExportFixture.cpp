@@ -43,20 +43,24 @@ ExportTest::ExportTest() {
     dbSetThrowOnAssert(true);
     PVXUtil::SetDLLInstance(TestModule());
     RegisterModuleResources(TestModule());
-    m_pShowerBefore = SetDialogShower(&m_User);
-    m_pListenerBefore = thread_locals().current_stdout;
-    thread_locals().current_stdout = &m_Listener;
 }
 
-ExportTest::~ExportTest() {
-    ProcessLog::Close(0);
-    SetDialogShower(m_pShowerBefore);
-    thread_locals().current_stdout = m_pListenerBefore;
-}
+ExportTest::~ExportTest() { ProcessLog::Close(0); }
 
-int ExportTest::Export(const std::string& fileName, bool suppressPrompts) {
+int ExportTest::Export(const std::string& fileName, std::vector<int> presses) {
+    m_User.SetPresses(std::move(presses));
+    m_User.GetShown().clear();
+    const int result = m_Export.DoExport(GetPath(fileName).c_str(), nullptr, &m_Scene);
     m_Messages.clear();
-    return m_Export.DoExport(GetPath(fileName).c_str(), nullptr, &m_Scene, suppressPrompts);
+    for (Window& dialog : m_User.GetShown())
+        if (dialog.GetTemplateId() == IDD_ERRORS)
+            m_Messages = dialog.FindControl(ID_ERRORS_LIST)->lines;
+    return result;
+}
+
+int ExportTest::ExportSilently(const std::string& fileName) {
+    m_User.GetShown().clear();
+    return m_Export.DoExport(GetPath(fileName).c_str(), nullptr, &m_Scene, true);
 }
 
 void ExportTest::WithModel(const std::function<void(const RenderModel&)>& look, const std::string& fileName) {
@@ -100,22 +104,14 @@ Mesh ExportTest::MakeQuad(float size) {
     return mesh;
 }
 
-scene::StandardMaterial& ExportTest::AddMaterial(const std::string& name, scene::StandardSettings settings) {
-    return m_Scene.Make<scene::StandardMaterial>(name, std::move(settings));
+scene::Node& ExportTest::AddQuad(const std::string& name, scene::Node* pParent) {
+    return scene::AddMesh(m_Scene, name, MakeQuad(), m_pPaint, pParent);
 }
 
-void ExportTest::User::Show(Window& dialog) {
-    if (dialog.GetTemplateId() == IDD_OPTIONS) {
-        ++m_Test.m_OptionsShown;
-        for (const int id : m_Test.m_Presses)
-            EXPECT_TRUE(dialog.Press(id)) << "control " << id;
-        dialog.Press(m_Test.m_LastPress);
-    } else if (dialog.GetTemplateId() == IDD_ERRORS) {
-        ++m_Test.m_ErrorsShown;
-        m_Test.m_Messages = dialog.FindControl(ID_ERRORS_LIST)->lines;
-        EXPECT_TRUE(dialog.IsCentred());
-        EXPECT_TRUE(dialog.Press(IDOK));
-    } else {
-        ADD_FAILURE() << "unexpected dialog " << dialog.GetTemplateId();
-    }
+scene::Node& ExportTest::AddPainted(const std::string& material, scene::StandardSettings settings) {
+    return scene::AddMesh(m_Scene, "On" + material, MakeQuad(), &AddMaterial(material, std::move(settings)));
+}
+
+scene::StandardMaterial& ExportTest::AddMaterial(const std::string& name, scene::StandardSettings settings) {
+    return m_Scene.Make<scene::StandardMaterial>(name, std::move(settings));
 }

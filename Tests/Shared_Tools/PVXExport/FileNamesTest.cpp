@@ -1,5 +1,3 @@
-#include "Shared/Cross/RenderAnim/MeshGroup.h"
-#include "Shared/Cross/RenderAnim/RenderModel.h"
 #include "Shared_Tools/PVXExport/ModuleResources.h"
 #include "Shared_Tools/PVXExport/PVXFilename.h"
 #include "Shared_Tools/PVXExport/PVXUtil.h"
@@ -8,11 +6,12 @@
 
 namespace {
 
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 TEST(PVXUtil, KnowsReferenceFiles) {
-    EXPECT_TRUE(PVXUtil::IsReferenceFile("x\\reference\\ref.pvx"));
-    EXPECT_TRUE(PVXUtil::IsReferenceFile("REFERENCE\\REF.PVX"));
+    for (const char* pName : {"x\\reference\\ref.pvx", "REFERENCE\\REF.PVX"})
+        EXPECT_TRUE(PVXUtil::IsReferenceFile(pName)) << pName;
     for (const char* pName : {"EFERENCE\\REF.PVX", "x\\REFERENCE\\REF.PVX2", "x\\REFERENCE/REF.PVX", "REF.PVX", ""})
         EXPECT_FALSE(PVXUtil::IsReferenceFile(pName)) << pName;
     EXPECT_FALSE(PVXUtil::IsReferenceFile(nullptr));
@@ -23,7 +22,6 @@ TEST(PVXUtil, ModelsAreNamedAfterTheirFileOrFolder) {
         {"Z:\\art\\Foo\\REFERENCE\\REF.PVX", "Foo"},
         {"TOOL:Z:\\art\\Foo\\reference\\ref.pvx", "Foo"},
         {"Z:/art/Foo.v2/REFERENCE/REF.PVX", "Foo.v2"},
-        {"Z:\\art\\Foo\\Run.PVX", "Run"},
         {"Z:\\art\\Foo\\Run.fast.pvx", "Run.fast"},
         {"Z:\\art\\Foo\\REF.PVX", "REF"},
         {"REF.PVX", "REF"},
@@ -38,16 +36,10 @@ TEST(PVXUtil, ModelsAreNamedAfterTheirFileOrFolder) {
     }
 }
 
-TEST(PVXUtil, NormalisesPaths) {
-    std::string path;
-    PVXUtil::NormalisePath(path, "Art\\Foo/BAR.Max");
-    EXPECT_EQ(path, "art/foo/bar.max");
-}
-
 // A project in the test's folder, found from there.
 class ProjectNames : public ExportTest {
 protected:
-    ProjectFolder m_Project{m_Folder};
+    ProjectFolder m_Project{m_Temp};
 };
 
 TEST_F(ProjectNames, FilesAreMappedByTheirProject) {
@@ -58,12 +50,8 @@ TEST_F(ProjectNames, FilesAreMappedByTheirProject) {
     EXPECT_EQ(name, "DATA:\\Art\\x.max");
     EXPECT_FALSE(PVXFilename::MapToData(name, GetPath("Elsewhere/x.max").c_str()));
     EXPECT_THAT(name, IsEmpty());
-}
-
-TEST_F(ProjectNames, TexturesHaveTheirDataPath) {
-    std::string name;
-    EXPECT_TRUE(PVXUtil::TextureShortName(name, GetPath("DataSource/Art/Wood.tga").c_str()));
-    EXPECT_EQ(name, "Art\\Wood");
+    EXPECT_TRUE(PVXUtil::TextureShortName(name, GetPath("DataSource/Art/Wood.old.tga").c_str()));
+    EXPECT_EQ(name, "Art\\Wood.old");
     EXPECT_TRUE(PVXUtil::TextureShortName(name, GetPath("Elsewhere/Wood.tga").c_str()));
     EXPECT_THAT(name, IsEmpty());
 }
@@ -71,25 +59,22 @@ TEST_F(ProjectNames, TexturesHaveTheirDataPath) {
 TEST_F(ProjectNames, ExternalReferencesNameTheirModel) {
     const std::pair<const char*, const char*> files[] = {{"DataSource/Art/Foo/REFERENCE/REF.max", "art/foo"},
                                                          {"DataSource/Art/Foo/Bar.max", "art/foo/bar"},
-                                                         {"DataSource/Art/Ref.max", "art/ref"}};
+                                                         {"DataSource/Art/Ref.max", "art/ref"},
+                                                         {"Elsewhere/x.max", ""}};
     for (const auto& [pFile, pModel] : files) {
-        scene::Node& node = scene::AddMesh(m_Scene, pFile, MakeQuad(), &AddMaterial(pFile));
+        scene::Node& node = AddQuad(pFile);
         scene::MakeXRef(node, GetPath(pFile));
-        std::string name;
-        EXPECT_TRUE(PVXUtil::ExternalModelName(&node, name));
+        std::string name = "old";
+        EXPECT_EQ(PVXUtil::ExternalModelName(&node, name), *pModel != 0);
         EXPECT_EQ(name, pModel);
     }
-    scene::Node& outside = scene::AddMesh(m_Scene, "Outside", MakeQuad(), &AddMaterial("P"));
-    scene::MakeXRef(outside, GetPath("Elsewhere/x.max"));
+    EXPECT_EQ(Export(), 1);
+    EXPECT_THAT(ReadBytes("Foo.pvx"), HasSubstr("art/foo/bar"));
+    m_Scene.FindNode(files[0].first)->GetUserProperties().Add("ForceLocal", "");
     std::string name;
-    EXPECT_FALSE(PVXUtil::ExternalModelName(&outside, name));
-
-    EXPECT_EQ(Export(), 1);
-    const std::string bytes = ReadBytes("Foo.pvx");
-    EXPECT_THAT(bytes, testing::HasSubstr("art/foo/bar"));
-    m_Presses = {ID_XREF_AS_LOCAL};
-    EXPECT_EQ(Export(), 1);
-    EXPECT_THAT(ReadBytes("Foo.pvx"), testing::Not(testing::HasSubstr("art/foo/bar")));
+    EXPECT_FALSE(PVXUtil::ExternalModelName(m_Scene.FindNode(files[0].first), name));
+    EXPECT_EQ(Export("Foo.pvx", {ID_XREF_AS_LOCAL, IDOK}), 1);
+    EXPECT_THAT(ReadBytes("Foo.pvx"), testing::Not(HasSubstr("art/foo/bar")));
 }
 
 } // namespace

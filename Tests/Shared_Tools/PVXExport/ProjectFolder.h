@@ -1,22 +1,18 @@
 #pragma once
 
-#include <filesystem>
-#include <fstream>
-
 #include "Shared/PC/Program/ProgramPath.h"
+#include "Tests/Shared/PC/FileSystem/TempFolder.h"
 
 // Makes the folder a project's, found from there: its source tree lies in DataSource.
 class ProjectFolder {
 public:
-    explicit ProjectFolder(const std::filesystem::path& folder) {
-        std::ofstream ini(folder / "pipeline.ini", std::ios::binary);
-        ini << "[project:Game]\r\n";
-        for (const char* pKey : {"DataSource", "DataSourceShared", "DataBurn", "DataIntermediate", "DataGeneric",
-                                 "DataFinal", "DataPreview", "LocaleFolder", "AttrLoc"})
-            ini << pKey << '=' << pKey << "\r\n";
-        ini << "Parent=\r\n";
-        ini.close();
-        ProgramPath::SetHome(folder.string());
+    explicit ProjectFolder(const TempFolder& folder) {
+        std::string ini = "[project:Game]\r\nParent=\r\n";
+        for (const std::string key : {"DataSource", "DataSourceShared", "DataBurn", "DataIntermediate", "DataGeneric",
+                                      "DataFinal", "DataPreview", "LocaleFolder", "AttrLoc"})
+            ini += key + "=" + key + "\r\n";
+        folder.Write("pipeline.ini", ini);
+        ProgramPath::SetHome(folder.Native());
     }
     ~ProjectFolder() { ProgramPath::SetHome(""); }
     ProjectFolder(const ProjectFolder&) = delete;

@@ -1,7 +1,7 @@
 #include "Shared_Tools/PVXExport/SceneWalk.h"
 
-#include "Shared/Cross/RenderAnim/MeshGroup.h"
-#include "Shared/Cross/RenderAnim/RenderModel.h"
+#include <algorithm>
+
 #include "Shared/Cross/RenderAnim/Skeleton.h"
 #include "Shared_Tools/PVXExport/ExportContext.h"
 #include "Shared_Tools/PVXExport/NodeRoles.h"
@@ -14,30 +14,23 @@ using testing::ElementsAre;
 class SceneWalkTest : public ExportTest {
 protected:
     void Walk() {
-        m_Collected.Clear();
-        m_Context = {};
         SceneWalk::Collect(m_Scene.GetRootNode(), m_Context, m_Collected);
         SceneWalk::SortMeshNodes(m_Collected);
     }
-    std::vector<std::string> BoneNames() const {
-        std::vector<std::string> names;
-        for (const BoneNode& bone : m_Collected.m_BoneNodes)
-            names.push_back(bone.name + " < " + std::to_string(bone.parent));
-        return names;
-    }
-    std::vector<std::string> MeshNames() const {
-        std::vector<std::string> names;
-        names.reserve(m_Collected.m_MeshNodes.size());
-        for (const MeshNode& node : m_Collected.m_MeshNodes)
-            names.push_back(node.pNode->GetName());
-        return names;
+    static std::vector<std::string> TextsOf(const auto& nodes, const auto& toText) {
+        std::vector<std::string> texts;
+        std::ranges::transform(nodes, std::back_inserter(texts), toText);
+        return texts;
     }
     static std::vector<std::string> NamesOf(const std::vector<INode*>& nodes) {
-        std::vector<std::string> names;
-        names.reserve(nodes.size());
-        for (const INode* pNode : nodes)
-            names.push_back(pNode->GetName());
-        return names;
+        return TextsOf(nodes, [](const INode* pNode) { return pNode->GetName(); });
+    }
+    std::vector<std::string> BoneNames() const {
+        return TextsOf(m_Collected.m_BoneNodes,
+                       [](const BoneNode& bone) { return bone.name + " < " + std::to_string(bone.parent); });
+    }
+    std::vector<std::string> MeshNames() const {
+        return TextsOf(m_Collected.m_MeshNodes, [](const MeshNode& mesh) { return mesh.pNode->GetName(); });
     }
 
     ExportContext m_Context;
@@ -45,18 +38,16 @@ protected:
 };
 
 TEST_F(SceneWalkTest, EachNodeGetsItsRoles) {
-    scene::Node& body = scene::AddMesh(m_Scene, "Body", MakeQuad());
-    scene::Node& view = scene::AddCamera(m_Scene, "View", {}, nullptr, &body);
-    scene::AddMesh(m_Scene, "Below", MakeQuad(), nullptr, &view);
+    scene::Node& view = scene::AddCamera(m_Scene, "View", {}, nullptr, &AddQuad("Body"));
+    AddQuad("Below", &view);
     scene::AddLight(m_Scene, "Sun", scene::LightClass::Directional);
     scene::AddPoint(m_Scene, "Muzzle");
     scene::AddDummy(m_Scene, "Group");
     scene::AddBone(m_Scene, "Hip");
-    scene::AddMesh(m_Scene, "Hidden", MakeQuad()).SetRenderable(false);
-    scene::AddMesh(m_Scene, "BoneAndMesh", MakeQuad()).SetBoneNodeOnOff(true);
+    AddQuad("Hidden").SetRenderable(false);
+    AddQuad("BoneAndMesh").SetBoneNodeOnOff(true);
     scene::AddDummy(m_Scene, "Biped").GetController().SetClassID(BIPSLAVE_CONTROL_CLASS_ID);
-    scene::Node& slave = scene::AddPoint(m_Scene, "Slave");
-    slave.GetController().SetClassID(BIPSLAVE_CONTROL_CLASS_ID);
+    scene::AddPoint(m_Scene, "Slave").GetController().SetClassID(BIPSLAVE_CONTROL_CLASS_ID);
     Walk();
     EXPECT_THAT(MeshNames(), ElementsAre("Body", "Below", "BoneAndMesh"));
     EXPECT_THAT(BoneNames(), ElementsAre("Hip < -1", "BoneAndMesh < -1", "Slave < -1")) << "a dummy never is one";
@@ -76,8 +67,7 @@ TEST_F(SceneWalkTest, BonesGetNamesOfTheirOwn) {
 }
 
 TEST_F(SceneWalkTest, ABoneHangsOnItsNearestBone) {
-    scene::Node& hip = scene::AddBone(m_Scene, "Hip");
-    scene::Node& removed = scene::AddBone(m_Scene, "Removed", &hip);
+    scene::Node& removed = scene::AddBone(m_Scene, "Removed", &scene::AddBone(m_Scene, "Hip"));
     removed.GetUserProperties().Add("Remove", "");
     scene::Node& group = scene::AddDummy(m_Scene, "Group", &removed);
     scene::AddBone(m_Scene, "Knee", &group).GetUserProperties().Add("stale", "no");
@@ -92,20 +82,10 @@ TEST_F(SceneWalkTest, ABoneHangsOnItsNearestBone) {
 TEST_F(SceneWalkTest, MeshesComeByRenderPriority) {
     const std::pair<const char*, const char*> meshes[] = {{"A", "5"}, {"B", ""}, {"C", "5"}, {"D", "-1"}, {"E", "x"}};
     for (const auto& [pName, pPriority] : meshes)
-        scene::AddMesh(m_Scene, pName, MakeQuad()).GetUserProperties().Add("RenderPriority", pPriority);
-    scene::AddMesh(m_Scene, "F", MakeQuad());
+        AddQuad(pName).GetUserProperties().Add("RenderPriority", pPriority);
+    AddQuad("F");
     Walk();
     EXPECT_THAT(MeshNames(), ElementsAre("D", "B", "E", "F", "A", "C"));
-}
-
-TEST_F(SceneWalkTest, ExternalReferencesAreCountedUnlessForcedLocal) {
-    scene::MakeXRef(scene::AddMesh(m_Scene, "Theirs", MakeQuad()), "Z:\\art\\foo.max");
-    scene::Node& ours = scene::AddMesh(m_Scene, "Ours", MakeQuad());
-    scene::MakeXRef(ours, "Z:\\art\\foo.max");
-    ours.GetUserProperties().Add("ForceLocal", "");
-    Walk();
-    EXPECT_EQ(m_Context.m_XRefMeshCount, 1u);
-    EXPECT_THAT(MeshNames(), ElementsAre("Theirs", "Ours"));
 }
 
 TEST_F(SceneWalkTest, ADeepTreeIsNoProblem) {

@@ -12,16 +12,10 @@ using testing::IsEmpty;
 
 class ShaderExport : public ExportTest {
 protected:
-    scene::Bitmap& AddBitmap(const std::string& name, scene::UVSettings uv = {}) {
-        return m_Scene.Make<scene::Bitmap>(name, WritePicture(name), uv, FILTER_SAT);
-    }
-    std::string WritePicture(const std::string& name) {
+    scene::Bitmap& AddBitmap(const std::string& name, std::optional<scene::UVSettings> uv = scene::UVSettings{}) {
         const Bytes bytes = MakeTga(1, 1, 24);
         m_Temp.Write(name + ".tga", {bytes.begin(), bytes.end()});
-        return GetPath(name + ".tga");
-    }
-    void AddQuadWith(Mtl& material) {
-        scene::AddMesh(m_Scene, "On" + std::string(material.GetName()), MakeQuad(), &material);
+        return m_Scene.Make<scene::Bitmap>(name, GetPath(name + ".tga"), uv, FILTER_SAT);
     }
 };
 
@@ -30,9 +24,10 @@ TEST_F(ShaderExport, ColoursComeOverAsTheyStand) {
     settings.diffuse = {0.5f, 1.0f, 0.999f};
     settings.opacity = 0.5f;
     settings.selfIllum = 1.0f;
+    settings.specularLevel = 0.05f;
     settings.twoSided = true;
     settings.transparency = TRANSP_ADDITIVE;
-    AddQuadWith(AddMaterial("Paint", settings));
+    AddPainted("Glow", settings);
     EXPECT_EQ(Export(), 1);
     EXPECT_THAT(m_Messages, IsEmpty());
     WithShader([](const Shader& shader) {
@@ -49,13 +44,11 @@ TEST_F(ShaderExport, ColoursComeOverAsTheyStand) {
 TEST_F(ShaderExport, ANodeWithoutMaterialShowsItsWireColour) {
     scene::AddMesh(m_Scene, "Bare", MakeQuad()).SetWireColor(1, 2, 3);
     EXPECT_EQ(Export(), 1);
-    EXPECT_THAT(m_Messages, ElementsAre("Warning : Object [Bare] has no material assigned to it."));
     WithShader([](const Shader& shader) {
         EXPECT_STREQ(shader.GetName(), "Bare");
         EXPECT_EQ(shader.GetChannelColour(CN_Diffuse), (Colour{.b = 3, .g = 2, .r = 1, .a = 255}));
     });
-    m_Presses = {ID_EXPORT_MESHES};
-    EXPECT_EQ(Export(), 1);
+    EXPECT_EQ(Export("Foo.pvx", {ID_EXPORT_MESHES, IDOK}), 1);
     EXPECT_THAT(m_Messages, IsEmpty()) << "nobody minds when no meshes are wanted";
 }
 
@@ -64,46 +57,43 @@ TEST_F(ShaderExport, WhatCannotBeUnderstoodIsTold) {
     shiny.specularLevel = 0.051f;
     shiny.maps[ID_DI].pMap = &m_Scene.Make<scene::OtherTexmap>("Spots", "Noise");
     shiny.maps[ID_SS].pMap = &AddBitmap("Level");
-    AddQuadWith(AddMaterial("Shiny", shiny));
-    scene::StandardSettings dull;
-    dull.specularLevel = 0.05f;
-    AddQuadWith(AddMaterial("Dull", dull));
-    auto& inner = m_Scene.Make<scene::MultiMaterial>("Inner", std::vector<Mtl*>{&AddMaterial("Deep")});
-    AddQuadWith(m_Scene.Make<scene::MultiMaterial>("Outer", std::vector<Mtl*>{&inner}));
+    shiny.maps[ID_RL].pMap = &AddBitmap("Plain", std::nullopt);
+    AddPainted("Shiny", shiny);
+    auto& inner = m_Scene.Make<scene::MultiMaterial>("Inner", std::vector<Mtl*>{m_pPaint});
     auto& lava = m_Scene.Make<scene::OtherMaterial>("Lava", "Raytrace");
-    AddQuadWith(lava);
+    scene::AddMesh(m_Scene, "Outer", MakeQuad(),
+                   &m_Scene.Make<scene::MultiMaterial>("Outer", std::vector<Mtl*>{&inner}));
+    scene::AddMesh(m_Scene, "Hot", MakeQuad(), &lava);
     EXPECT_EQ(Export(), 0);
     std::string innerClass;
     inner.GetClassName(innerClass);
-    char lavaLine[200];
-    std::snprintf(lavaLine, sizeof(lavaLine),
-                  "Error   : Unsupported material type \"Lava\" [Raytrace] : Class_ID(%X,%X)", lava.ClassID().PartA(),
-                  lava.ClassID().PartB());
+    char lavaId[40];
+    std::snprintf(lavaId, sizeof(lavaId), "Class_ID(%X,%X)", lava.ClassID().PartA(), lava.ClassID().PartB());
     EXPECT_THAT(
         m_Messages,
         ElementsAre("Warning : Shader [Shiny] has a specular level that is not 0.  This may not render properly.",
                     "Error   : Unsupported texture type:[Noise] name:[Spots]",
+                    "Warning : Texture [Plain] does not have a UVGen.",
                     "Warning : Shader [Shiny] has a specular level map specified.  This may not render properly.",
-                    "Error   : Nested multi-sub objects not supported.  \"" + innerClass + "\" is nested.", lavaLine));
+                    "Error   : Nested multi-sub objects not supported.  \"" + innerClass + "\" is nested.",
+                    "Error   : Unsupported material type \"Lava\" [Raytrace] : " + std::string(lavaId)));
     EXPECT_TRUE(IsThere("Foo.pvx"));
 }
 
 TEST_F(ShaderExport, TilesAsBothDirectionsAgree) {
     const std::pair<int, int32_t> tilings[] = {{U_WRAP | V_WRAP, 1}, {U_MIRROR | V_MIRROR, 2}, {0, 0}, {U_WRAP, 1}};
-    uint32_t index = 0;
-    for (const auto& [tiling, expected] : tilings) {
+    for (size_t i = 0; i < std::size(tilings); ++i) {
         scene::UVSettings uv;
-        uv.tiling = tiling;
+        uv.tiling = tilings[i].first;
         scene::StandardSettings settings;
-        const std::string name = std::to_string(index++);
-        settings.maps[ID_DI].pMap = &AddBitmap("Map" + name, uv);
-        AddQuadWith(AddMaterial("Mat" + name, settings));
+        settings.maps[ID_DI].pMap = &AddBitmap("Map" + std::to_string(i), uv);
+        AddPainted("Mat" + std::to_string(i), settings);
     }
     EXPECT_EQ(Export(), 0);
     EXPECT_THAT(m_Messages, ElementsAre("Error   : Mirroring is not properly supported in shader [Mat1].",
                                         "Warning : Texture [Map3] must have both U and V tile modes as the same.  "
                                         "Assuming tiling."));
-    for (uint32_t i = 0; i < index; ++i)
+    for (uint32_t i = 0; i < std::size(tilings); ++i)
         WithShader(
             [&](const Shader& shader) {
                 EXPECT_EQ(shader.GetChannelTile(CN_Diffuse), tilings[i].second) << "tiling " << tilings[i].first;
@@ -112,63 +102,40 @@ TEST_F(ShaderExport, TilesAsBothDirectionsAgree) {
             i);
 }
 
-Matrix3 ScaleBy(float u, float v) {
-    Matrix3 m = IdentityMatrix();
-    m[0].x = u;
-    m[1].y = v;
-    return m;
+scene::UVSettings ScaledBy(float u, float v, int tiling = U_WRAP | V_WRAP) {
+    scene::UVSettings uv;
+    uv.transform = Matrix3({u, 0, 0}, {0, v, 0}, {0, 0, 1}, {0, 0, 0});
+    uv.tiling = tiling;
+    return uv;
 }
 
 TEST_F(ShaderExport, OneMatrixGoesIntoTheVerticesAndSeveralStayWithTheirChannels) {
-    scene::UVSettings uv;
-    uv.transform = ScaleBy(3, 4);
     scene::StandardSettings settings;
-    settings.maps[ID_DI].pMap = &AddBitmap("A", uv);
-    settings.maps[ID_SI].pMap = &AddBitmap("B", uv);
+    settings.maps[ID_DI].pMap = &AddBitmap("A", ScaledBy(3, 4));
+    settings.maps[ID_SI].pMap = &AddBitmap("B", ScaledBy(3, 4));
     scene::StandardMaterial& shared = AddMaterial("Shared", settings);
-    uv.transform = ScaleBy(3, 5);
-    settings.maps[ID_SI].pMap = &AddBitmap("C", uv);
+    settings.maps[ID_SI].pMap = &AddBitmap("C", ScaledBy(3, 5));
     scene::StandardMaterial& differing = AddMaterial("Differing", settings);
+    settings.maps[ID_SI].enabled = false;
 
     const glm::mat4 identity(1.0f);
     EXPECT_EQ(TextureMatrix::OfFace(&shared)[1].y, 4.0f);
     EXPECT_EQ(TextureMatrix::OfFace(&differing), identity);
     EXPECT_EQ(TextureMatrix::OfFace(nullptr), identity);
-    differing.GetSettings().maps[ID_SI].enabled = false;
-    EXPECT_EQ(TextureMatrix::OfFace(&differing)[1].y, 4.0f);
-    differing.GetSettings().maps[ID_SI].enabled = true;
+    EXPECT_EQ(TextureMatrix::OfFace(&AddMaterial("OneOff", settings))[1].y, 4.0f);
 
-    AddQuadWith(shared);
-    AddQuadWith(differing);
+    scene::AddMesh(m_Scene, "OnDiffering", MakeQuad(), &differing);
     EXPECT_EQ(Export(), 1);
-    WithShader([&](const Shader& shader) { EXPECT_EQ(shader.GetChannelMatrix(CN_Diffuse), identity); });
-    WithShader(
-        [](const Shader& shader) {
-            EXPECT_EQ(shader.GetChannelMatrix(CN_Diffuse)[1].y, 4.0f);
-            EXPECT_EQ(shader.GetChannelMatrix(CN_SelfIllumination)[1].y, 5.0f);
-        },
-        1);
-}
+    WithShader([](const Shader& shader) {
+        EXPECT_EQ(shader.GetChannelMatrix(CN_Diffuse)[1].y, 4.0f);
+        EXPECT_EQ(shader.GetChannelMatrix(CN_SelfIllumination)[1].y, 5.0f);
+    });
 
-TEST_F(ShaderExport, AMirroredMapIsScaledByTwo) {
-    scene::UVSettings uv;
-    uv.transform = ScaleBy(3, 4);
-    uv.tiling = U_MIRROR | V_MIRROR;
-    glm::mat4 matrix;
-    ASSERT_TRUE(TextureMatrix::FromMap(&AddBitmap("A", uv), matrix));
-    EXPECT_EQ(matrix[0].x, 6.0f);
-    EXPECT_EQ(matrix[1].y, 8.0f);
-    EXPECT_EQ(matrix[3].w, 1.0f);
-    EXPECT_FALSE(TextureMatrix::FromMap(&m_Scene.Make<scene::OtherTexmap>("N", "Noise"), matrix));
-    EXPECT_FALSE(TextureMatrix::FromMap(&m_Scene.Make<scene::Bitmap>("B", "b.tga", std::nullopt), matrix));
-}
-
-TEST_F(ShaderExport, AMapWithoutPlacementIsAWarning) {
-    scene::StandardSettings settings;
-    settings.maps[ID_DI].pMap = &m_Scene.Make<scene::Bitmap>("Plain", WritePicture("plain"), std::nullopt);
-    AddQuadWith(AddMaterial("Paint", settings));
-    EXPECT_EQ(Export(), 1);
-    EXPECT_THAT(m_Messages, ElementsAre("Warning : Texture [Plain] does not have a UVGen."));
+    glm::mat4 mirrored;
+    ASSERT_TRUE(TextureMatrix::FromMap(&AddBitmap("D", ScaledBy(3, 4, U_MIRROR | V_MIRROR)), mirrored));
+    EXPECT_EQ(mirrored[0].x, 6.0f);
+    EXPECT_EQ(mirrored[1].y, 8.0f);
+    EXPECT_EQ(mirrored[3].w, 1.0f);
 }
 
 } // namespace

@@ -24,15 +24,11 @@ protected:
     scene::Bitmap& AddBitmap(const std::string& path, scene::UVSettings uv = {}) {
         return m_Scene.Make<scene::Bitmap>("Map", path, uv);
     }
-    // On a quad of its own.
-    scene::StandardMaterial& AddMaterialWith(const std::string& name,
-                                             const std::vector<std::pair<int, Texmap*>>& maps) {
+    void AddPaintedWith(const std::string& name, const std::vector<std::pair<int, Texmap*>>& maps) {
         scene::StandardSettings settings;
         for (const auto& [slot, pMap] : maps)
             settings.maps[static_cast<size_t>(slot)].pMap = pMap;
-        scene::StandardMaterial& material = AddMaterial(name, settings);
-        scene::AddMesh(m_Scene, "On" + name, MakeQuad(), &material);
-        return material;
+        AddPainted(name, settings);
     }
     size_t CountTextures() const {
         const std::string bytes = ReadBytes("Foo.pvx");
@@ -47,19 +43,17 @@ protected:
         return {reinterpret_cast<const char*>(data.data()), data.size()};
     }
 
-    ProjectFolder m_Project{m_Folder};
+    ProjectFolder m_Project{m_Temp};
 };
 
 TEST_F(TextureExport, TheTextureEqualsThePicture) {
     const Bytes opaque = MakeTga(3, 2, 24);
-    const Bytes clear = MakeTga(2, 2, 32, 5);
     const Bytes blocks = MakeDds(8, 8, '5', 3);
-    AddMaterialWith("Paint", {{ID_DI, &AddBitmap(WritePicture("Art/Foo/Wood.tga", opaque))},
-                              {ID_SI, &AddBitmap(WritePicture("Art/Foo/Glow.old.tga", clear))},
-                              {ID_RL, &AddBitmap(WritePicture("Art/Sky.dds", blocks))}});
+    AddPaintedWith("Wall", {{ID_DI, &AddBitmap(WritePicture("Art/Foo/Wood.tga", opaque))},
+                            {ID_RL, &AddBitmap(WritePicture("Art/Sky.dds", blocks))}});
     EXPECT_EQ(Export(), 1);
     EXPECT_THAT(m_Messages, IsEmpty());
-    EXPECT_EQ(CountTextures(), 3u);
+    EXPECT_EQ(CountTextures(), 2u);
     WithShader([&](const Shader& shader) {
         const TextureRef& wood = shader.GetChannelTexture(CN_Diffuse);
         ASSERT_TRUE(wood);
@@ -74,11 +68,6 @@ TEST_F(TextureExport, TheTextureEqualsThePicture) {
                        '\xFF'};
         EXPECT_EQ(LevelOf(*wood.GetData()), pixels);
 
-        const TextureRef& glow = shader.GetChannelTexture(CN_SelfIllumination);
-        ASSERT_TRUE(glow) << "a point belongs to the name";
-        EXPECT_STREQ(glow->GetName(), "Art\\Foo\\Glow.old");
-        EXPECT_EQ(LevelOf(*glow.GetData()), std::string(clear.begin() + 18 + 5, clear.end()));
-
         const TextureRef& sky = shader.GetChannelTexture(CN_Reflection);
         ASSERT_TRUE(sky);
         EXPECT_EQ(sky->GetType(), TextureType_DXT5);
@@ -91,9 +80,9 @@ TEST_F(TextureExport, TheTextureEqualsThePicture) {
 TEST_F(TextureExport, APictureIsOneTextureHoweverOftenItIsUsed) {
     const std::string path = WritePicture("Art/Wood.tga", MakeTga(2, 2, 32));
     WritePicture("Art/Wood.bmp", MakeBmp(2, 2, 24));
-    AddMaterialWith("A", {{ID_DI, &AddBitmap(path)}, {ID_OP, &AddBitmap(GetPath("DataSource/ART/WOOD.TGA"))}});
+    AddPaintedWith("A", {{ID_DI, &AddBitmap(path)}, {ID_OP, &AddBitmap(GetPath("DataSource/ART/WOOD.TGA"))}});
     // The name is the same, so the first one stands for both.
-    AddMaterialWith("B", {{ID_DI, &AddBitmap(path)}, {ID_SI, &AddBitmap(GetPath("DataSource/Art/Wood.bmp"))}});
+    AddPaintedWith("B", {{ID_DI, &AddBitmap(path)}, {ID_SI, &AddBitmap(GetPath("DataSource/Art/Wood.bmp"))}});
     EXPECT_EQ(Export(), 1);
     EXPECT_THAT(m_Messages, IsEmpty());
     EXPECT_EQ(CountTextures(), 1u);
@@ -104,16 +93,19 @@ TEST_F(TextureExport, APictureIsOneTextureHoweverOftenItIsUsed) {
         EXPECT_EQ(group.GetShader(0)->GetChannelTexture(CN_Opacity), texture);
         EXPECT_EQ(group.GetShader(1)->GetChannelTexture(CN_SelfIllumination), texture);
     });
+    m_Scene.AddFileProperty("IgnoreShaders", {});
+    EXPECT_EQ(Export(), 1);
+    EXPECT_EQ(CountTextures(), 0u) << "ignored shaders take their textures with them";
 }
 
 TEST_F(TextureExport, AMissingPictureIsAWarning) {
     const std::string missing = GetPath("DataSource/Art/None.tga");
     const std::string broken = WritePicture("Art/Broken.tga", Bytes(30));
     const std::string unknown = WritePicture("Art/Movie.avi", Bytes(30));
-    AddMaterialWith("Paint", {{ID_DI, &AddBitmap(missing)},
-                              {ID_SP, &AddBitmap(broken)},
-                              {ID_SI, &AddBitmap(unknown)},
-                              {ID_OP, &AddBitmap(WritePicture("Art/Wood.tga", MakeTga(1, 1, 24)))}});
+    AddPaintedWith("Wall", {{ID_DI, &AddBitmap(missing)},
+                            {ID_SP, &AddBitmap(broken)},
+                            {ID_SI, &AddBitmap(unknown)},
+                            {ID_OP, &AddBitmap(WritePicture("Art/Wood.tga", MakeTga(1, 1, 24)))}});
     EXPECT_EQ(Export(), 1) << "a warning is no failure";
     EXPECT_THAT(m_Messages, ElementsAre("Warning : Unable to load texture '" + missing + "'!",
                                         "Warning : Unable to load texture '" + broken + "'!",
@@ -125,15 +117,14 @@ TEST_F(TextureExport, AMissingPictureIsAWarning) {
         EXPECT_EQ(shader.GetChannelMode(CN_Opacity), ChannelMode_Texture);
         EXPECT_EQ(shader.GetChannelTile(CN_Diffuse), 1) << "the settings stay";
     });
-    m_Presses = {ID_EXPORT_MESHES};
-    EXPECT_EQ(Export(), 1);
+    EXPECT_EQ(Export("Foo.pvx", {ID_EXPORT_MESHES, IDOK}), 1);
     EXPECT_THAT(m_Messages, IsEmpty()) << "nobody minds when no meshes are wanted";
 }
 
 TEST_F(TextureExport, APictureOutsideOfEveryProjectIsInNoFile) {
-    AddMaterialWith("Paint", {{ID_DI, &AddBitmap(WritePicture("../Elsewhere/Wood.tga", MakeTga(1, 1, 24)))},
-                              {ID_SI, &AddBitmap(WritePicture("../Elsewhere/Stone.tga", MakeTga(2, 1, 24)))},
-                              {ID_OP, &AddBitmap(GetPath("Elsewhere/None.tga"))}});
+    AddPaintedWith("Wall", {{ID_DI, &AddBitmap(WritePicture("../Elsewhere/Wood.tga", MakeTga(1, 1, 24)))},
+                            {ID_SI, &AddBitmap(WritePicture("../Elsewhere/Stone.tga", MakeTga(2, 1, 24)))},
+                            {ID_OP, &AddBitmap(GetPath("Elsewhere/None.tga"))}});
     EXPECT_EQ(Export(), 1);
     EXPECT_THAT(m_Messages, ElementsAre("Warning : Unable to load texture '" + GetPath("Elsewhere/None.tga") + "'!"));
     EXPECT_EQ(CountTextures(), 0u);
@@ -144,20 +135,13 @@ TEST_F(TextureExport, APictureOutsideOfEveryProjectIsInNoFile) {
     WithShader([](const Shader& shader) { EXPECT_FALSE(shader.GetChannelTexture(CN_Diffuse)); });
 }
 
-TEST_F(TextureExport, IgnoredShadersTakeTheirTexturesWithThem) {
-    AddMaterialWith("Paint", {{ID_DI, &AddBitmap(WritePicture("Wood.tga", MakeTga(1, 1, 24)))}});
-    m_Scene.AddFileProperty("IgnoreShaders", {});
-    EXPECT_EQ(Export(), 1);
-    EXPECT_EQ(CountTextures(), 0u);
-}
-
 TEST_F(TextureExport, AShaderIsSharedByTheNameOfItsTexture) {
     EXPECT_TRUE(OmbrelSharedShader::IsSharedTextureName("art\\x\\A_TEXTURE_Share_b"));
     EXPECT_FALSE(OmbrelSharedShader::IsSharedTextureName("art\\texture\\share"));
     EXPECT_THROW(OmbrelSharedShader::IsSharedTextureName(nullptr), std::runtime_error);
     scene::Bitmap& map = AddBitmap(WritePicture("Art/Texture_Share_Rock.tga", MakeTga(1, 1, 24)));
-    AddMaterialWith("Rock", {{ID_DI, &map}});
-    AddMaterialWith("Cliff", {{ID_SI, &map}});
+    AddPaintedWith("Rock", {{ID_DI, &map}});
+    AddPaintedWith("Cliff", {{ID_SI, &map}});
     EXPECT_EQ(Export(), 1);
     WithModel([](const RenderModel& model) {
         EXPECT_STREQ(model.GetMeshGroup()->GetShader(0)->GetName(), "Art\\Texture_Share_Rock");
@@ -172,10 +156,10 @@ TEST_F(TextureExport, PlacementFollowsTheMap) {
     moved.transform = IdentityMatrix();
     (*moved.transform)[3] = {0.25f, 0.5f, 0.0f};
     moved.mapChannel = 3;
-    AddMaterialWith("Moved", {{ID_DI, &AddBitmap(path, moved)}, {ID_SP, &AddBitmap(path, moved)}});
+    AddPaintedWith("Moved", {{ID_DI, &AddBitmap(path, moved)}, {ID_SP, &AddBitmap(path, moved)}});
     scene::UVSettings sphere;
     sphere.environment = true;
-    AddMaterialWith("Mirror", {{ID_RL, &AddBitmap(path, sphere)}});
+    AddPaintedWith("Mirror", {{ID_RL, &AddBitmap(path, sphere)}});
     EXPECT_EQ(Export(), 1);
     EXPECT_THAT(m_Messages, IsEmpty());
     const glm::mat4 identity(1.0f);

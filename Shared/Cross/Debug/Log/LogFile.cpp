@@ -1,6 +1,5 @@
 #include "Shared/Cross/Debug/Log/LogFile.h"
 
-#include "Shared/Cross/Debug/Log/ReportName.h"
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/FileSystem/Paths/FilePath.h"
 #include "Shared/Cross/FileSystem/Paths/FilePathHD.h"
@@ -75,7 +74,7 @@ std::string FindFreeName(const std::string& folder, const std::string& title, co
 
 LogFile::LogFile() = default;
 
-LogFile::~LogFile() { Close(); }
+LogFile::~LogFile() = default;
 
 bool LogFile::Open(const char* pStem, const char* pExt, bool addLineEnd, bool sendWithReport) {
     dbAssertText(pStem && std::strlen(pStem), "name && strlen(name)");
@@ -117,7 +116,7 @@ bool LogFile::OpenStream(const std::string& name, bool addLineEnd, bool sendWith
     m_AddLineEnd = addLineEnd;
     std::string fullName = name;
     if (sendWithReport && FilePath::GetFullName(fullName, FilePath::Mode::Mode_Write))
-        m_ReportName = AddToReport(fullName);
+        m_Reported.Hold(fullName);
     return true;
 }
 
@@ -138,7 +137,5 @@ bool LogFile::Printf(const char* pFormat, ...) {
 void LogFile::Close() {
     m_pStream.reset();
     m_Name.clear();
-    if (!m_ReportName.empty())
-        dbRemoveReportFile(m_ReportName.c_str());
-    m_ReportName.clear();
+    m_Reported.Release();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Shared/Cross/Debug/Log/ReportedFile.h"
+
 #include <memory>
 #include <string>
 
@@ -36,6 +38,6 @@ private:
 
     std::unique_ptr<ByteStream> m_pStream;
     std::string m_Name;
-    std::string m_ReportName; // as the crash report knows it; empty when it doesn't
+    ReportedFile m_Reported;
     bool m_AddLineEnd = false;
 };

@@ -1,6 +1,5 @@
 #include "Shared/Cross/Debug/Log/LogFileIOPort.h"
 
-#include "Shared/Cross/Debug/Log/ReportName.h"
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/PC/Debug/Process.h"
 #include "Shared/PC/FileSystem/DiskFileStream.h"
@@ -46,11 +45,7 @@ bool IsSharingViolation(int error) { return error == EWOULDBLOCK || error == EBU
 
 LogFileIOPort::LogFileIOPort() = default;
 
-LogFileIOPort::~LogFileIOPort() {
-    m_pStream.reset();
-    if (!m_ReportName.empty())
-        dbRemoveReportFile(m_ReportName.c_str());
-}
+LogFileIOPort::~LogFileIOPort() = default;
 
 bool LogFileIOPort::Open(const char* pPath, bool sendWithReport) {
     const std::lock_guard lock(m_Mutex);
@@ -60,7 +55,7 @@ bool LogFileIOPort::Open(const char* pPath, bool sendWithReport) {
     if (!opened)
         return false;
     if (sendWithReport)
-        m_ReportName = AddToReport(m_Path);
+        m_Reported.Hold(m_Path);
     WriteHeader();
     return true;
 }
@@ -108,7 +103,5 @@ void LogFileIOPort::Close(int status) {
         m_pStream->Printf("\r\nApplication closed with error code %d\n", status);
     m_pStream.reset();
     m_Path.clear();
-    if (!m_ReportName.empty())
-        dbRemoveReportFile(m_ReportName.c_str());
-    m_ReportName.clear();
+    m_Reported.Release();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Shared/Cross/Debug/Log/ReportedFile.h"
+
 #include <ctime>
 #include <memory>
 #include <mutex>
@@ -35,5 +37,5 @@ private:
     bool m_IsWriting = false;
     std::unique_ptr<ByteStream> m_pStream;
     std::string m_Path;
-    std::string m_ReportName; // as the crash report knows it; empty when it doesn't
+    ReportedFile m_Reported;
 };

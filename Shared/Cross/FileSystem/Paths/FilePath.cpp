@@ -9,8 +9,6 @@
 
 namespace {
 
-bool IsEmpty(const char* pName) { return pName && *pName == '\0'; }
-
 bool CheckAliasName(const char* filename) {
     const bool isUsable = filename && *filename != '\0' && strlen(filename) <= FilePath::MAXPATH;
     dbAssertText(isUsable, "filename && *filename != '\\0' && strlen( filename ) <= MAXPATH");
@@ -28,10 +26,12 @@ FilePath::Registry& FilePath::GetRegistry() {
     return s_Registry;
 }
 
-// The sources of a name's alias, and the name's path below it. Null, which is logged, for an unknown alias.
+// The sources of a name's alias, and the name's path below it. Null for an empty name and, which is logged, for an
+// unknown alias.
 FilePath::Paths* FilePath::FindPaths(const char* pName, std::string& path) {
     std::string alias;
-    if (!CheckAliasName(pName) || !FilePathUtil::SplitAlias(pName, alias, path))
+    const bool isEmpty = pName && *pName == '\0';
+    if (isEmpty || !CheckAliasName(pName) || !FilePathUtil::SplitAlias(pName, alias, path))
         return nullptr;
     Paths* pPaths = GetRegistry().Find(alias);
     if (!pPaths)
@@ -81,10 +81,8 @@ std::unique_ptr<ByteStream> FilePath::OpenStreamFrom(const char* pName, Mode mod
 std::unique_ptr<ByteStream> FilePath::OpenFirst(const char* pName, Mode mode, SourceID wanted, SourceID& found) {
     using enum ByteStream::Mode;
     dbAssert(mode == Mode_Read || mode == Mode_Write || mode == Mode_Both);
-    if (IsEmpty(pName) || mode == Mode_None)
-        return nullptr;
     std::string path;
-    const Paths* pPaths = FindPaths(pName, path);
+    const Paths* pPaths = mode != Mode_None ? FindPaths(pName, path) : nullptr;
     if (!pPaths)
         return nullptr;
     for (const Path& candidate : *pPaths) {
@@ -103,8 +101,6 @@ std::unique_ptr<ByteStream> FilePath::OpenFirst(const char* pName, Mode mode, So
 }
 
 std::unique_ptr<FileReplacement> FilePath::ReplaceFile(const char* pName) {
-    if (IsEmpty(pName))
-        return nullptr;
     std::string path;
     const Paths* pPaths = FindPaths(pName, path);
     if (!pPaths)
@@ -121,8 +117,6 @@ std::unique_ptr<FileReplacement> FilePath::ReplaceFile(const char* pName) {
 }
 
 FilePath::SourceID FilePath::FindSource(const char* pName, Mode mode) {
-    if (IsEmpty(pName))
-        return {};
     std::string path;
     const Paths* pPaths = FindPaths(pName, path);
     if (!pPaths)
@@ -133,8 +127,6 @@ FilePath::SourceID FilePath::FindSource(const char* pName, Mode mode) {
 }
 
 bool FilePath::GetFullName(std::string& streamName, Mode mode) {
-    if (streamName.empty())
-        return false;
     std::string path;
     const Paths* pPaths = FindPaths(streamName.c_str(), path);
     if (!pPaths)
@@ -174,8 +166,6 @@ bool FilePath::HasAlias(const char* pName) {
 }
 
 FilePath::Type FilePath::GetType(const char* pName) {
-    if (IsEmpty(pName))
-        return Type_None;
     std::string path;
     const Paths* pPaths = FindPaths(pName, path);
     if (!pPaths)
@@ -187,8 +177,6 @@ FilePath::Type FilePath::GetType(const char* pName) {
 }
 
 bool FilePath::Delete(const char* pName) {
-    if (IsEmpty(pName))
-        return false;
     std::string path;
     const Paths* pPaths = FindPaths(pName, path);
     if (!pPaths)

@@ -3,8 +3,6 @@
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/FileSystem/Paths/HDNotification.h"
 #include "Shared/Cross/FileSystem/Wildcard.h"
-#include "Shared/PC/FileSystem/DiskFileReplacement.h"
-#include "Shared/PC/FileSystem/DiskFileStream.h"
 #include "Shared/PC/FileSystem/OSFile.h"
 
 #include <string_view>
@@ -30,13 +28,7 @@ bool CheckInside(const char* pName) {
 
 bool HasDrive(std::string_view path) { return path.size() >= 2 && path[1] == ':'; }
 
-FilePath::Type ToType(uint32_t attributes) {
-    if (attributes & OSFile::F_ATTRIBUTE_DIRECTORY)
-        return FilePath::Type_Folder;
-    return attributes & OSFile::F_ATTRIBUTE_FILE ? FilePath::Type_File : FilePath::Type_None;
-}
-
-bool IsFile(const std::string& path) { return ToType(OSFile::FileAttr(path.c_str())) == FilePath::Type_File; }
+bool IsFolder(const std::string& path) { return (OSFile::FileAttr(path.c_str()) & OSFile::F_ATTRIBUTE_DIRECTORY) != 0; }
 
 } // namespace
 
@@ -54,7 +46,7 @@ std::shared_ptr<FilePathHD> FilePathHD::Create(const char* pRoot, FilePath::Mode
     }
     if (folder.back() != '\\')
         folder += '\\';
-    if (mode == Mode_Read && ToType(OSFile::FileAttr(folder.c_str())) != FilePath::Type_Folder) {
+    if (mode == Mode_Read && !IsFolder(folder)) {
         dbWarningf("FILESYSTEM -- filepath failure, path does not exist '%s'", folder.c_str());
         return nullptr;
     }
@@ -66,7 +58,7 @@ std::shared_ptr<FilePathHD> FilePathHD::Create(const char* pRoot, FilePath::Mode
 }
 
 FilePathHD::FilePathHD(FilePath::Mode mode, std::string root, std::string folder, bool share, bool notify)
-    : m_Mode(mode), m_Root(std::move(root)), m_Folder(std::move(folder)), m_Share(share),
+    : m_Mode(mode), m_Root(std::move(root)), m_Folder(std::move(folder)), m_Disk(share),
       m_pNotification(notify ? std::make_unique<HDNotification>(m_Folder) : nullptr) {}
 
 FilePathHD::~FilePathHD() = default;
@@ -79,7 +71,7 @@ bool FilePathHD::GetFullName(std::string& out, const char* pName, FilePath::Mode
     const std::string path = m_Folder + pName;
     if ((mode & ByteStream::Mode_Write) && !OSFile::MakeFolders(path.c_str()))
         return false;
-    if (mode == ByteStream::Mode_Read && !IsFile(path))
+    if (mode == ByteStream::Mode_Read && !m_Disk.IsAccessible(path.c_str(), mode))
         return false;
     out = m_Root + pName;
     return true;
@@ -107,26 +99,22 @@ std::unique_ptr<ByteStream> FilePathHD::Open(const char* pName, FilePath::Mode m
     const std::string path = m_Folder + pName;
     if ((mode & ByteStream::Mode_Write) && !OSFile::MakeFolders(path.c_str()))
         return nullptr;
-    return OpenFile(path.c_str(), mode, m_Share);
+    return m_Disk.Open(path.c_str(), mode);
 }
 
 std::unique_ptr<FileReplacement> FilePathHD::Replace(const char* pName) {
     if (!CheckInside(pName) || !Allows(ByteStream::Mode_Write))
         return nullptr;
     const std::string path = m_Folder + pName;
-    return OSFile::MakeFolders(path.c_str()) ? ReplaceFile(path.c_str(), m_Share) : nullptr;
+    return OSFile::MakeFolders(path.c_str()) ? m_Disk.Replace(path.c_str()) : nullptr;
 }
 
 bool FilePathHD::Delete(const char* pName) {
-    return CheckInside(pName) && Allows(ByteStream::Mode_Write) && OSFile::Delete((m_Folder + pName).c_str());
+    return CheckInside(pName) && Allows(ByteStream::Mode_Write) && m_Disk.Delete((m_Folder + pName).c_str());
 }
 
 bool FilePathHD::IsAccessible(const char* pName, FilePath::Mode mode) {
-    if (!CheckInside(pName) || !Allows(mode))
-        return false;
-    const uint32_t attributes = OSFile::FileAttr((m_Folder + pName).c_str());
-    return ToType(attributes) == FilePath::Type_File &&
-           (!(mode & ByteStream::Mode_Write) || (attributes & OSFile::F_ATTRIBUTE_WRITABLE));
+    return CheckInside(pName) && Allows(mode) && m_Disk.IsAccessible((m_Folder + pName).c_str(), mode);
 }
 
 FilePath::Type FilePathHD::GetType(const char* pName) {
@@ -141,14 +129,12 @@ FilePath::Type FilePathHD::GetType(const char* pName) {
             return FilePath::Type_None;
         path.replace(path.rfind('\\') + 1, std::string::npos, found.front());
     }
-    return ToType(OSFile::FileAttr(path.c_str()));
+    return m_Disk.GetType(path.c_str());
 }
 
 void FilePathHD::Enumerate(const char* pSpec, FilePath::FileListObj& list) {
-    if (!CheckInside(pSpec))
-        return;
-    for (const std::string& name : OSFile::List((m_Folder + pSpec).c_str()))
-        list.Add(name.c_str());
+    if (CheckInside(pSpec))
+        m_Disk.Enumerate((m_Folder + pSpec).c_str(), list);
 }
 
 bool FilePathHD::GetChanges(std::vector<std::string>& names) {

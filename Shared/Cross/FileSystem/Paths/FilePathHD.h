@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Shared/Cross/FileSystem/Paths/FilePath.h"
+#include "Shared/Cross/FileSystem/Paths/FilePathHDRaw.h"
 
 class HDNotification;
 
@@ -32,6 +32,6 @@ private:
     FilePath::Mode m_Mode;
     std::string m_Root;   // upper case, with a final backslash
     std::string m_Folder; // the same as it was given, for the folders and files that are made below it
-    bool m_Share;
+    FilePathHDRaw m_Disk;
     std::unique_ptr<HDNotification> m_pNotification; // null without notification
 };

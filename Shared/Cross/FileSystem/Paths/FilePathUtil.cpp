@@ -3,6 +3,7 @@
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/FileSystem/Paths/FilePath.h"
 #include "Shared/Cross/FileSystem/Wildcard.h"
+#include "Shared/Cross/Util/Hash.h"
 
 #include <algorithm>
 #include <cstring>
@@ -168,7 +169,7 @@ bool HasExtension(const char* pFname, const char* pExtension) {
     const std::string_view name(pFname);
     const size_t dot = FindDot(name);
     const std::string_view has = dot == std::string_view::npos ? std::string_view() : name.substr(dot + 1);
-    return EqualsNoCase(has, WithoutDot(pExtension));
+    return EqualNoCase(has, WithoutDot(pExtension));
 }
 
 const char* GetExtension(const char* pFname) {
@@ -220,7 +221,7 @@ bool MakeRelative(std::string& path, const char* pFolder) {
         return false;
     if (s_BehindFolder.find(folder.back()) == std::string_view::npos)
         folder += '\\';
-    if (path.size() <= folder.size() || !EqualsNoCase(std::string_view(path).substr(0, folder.size()), folder))
+    if (path.size() <= folder.size() || !EqualNoCase(std::string_view(path).substr(0, folder.size()), folder))
         return false;
     path.erase(0, folder.size());
     return true;

@@ -9,76 +9,45 @@
 #include "Shared/Cross/RenderAnim/Image/DxtcCompression.h"
 #include "Shared/Cross/RenderAnim/Image/Palette.h"
 
-namespace Math {
-
 namespace {
 
-bool IsPowerOfTwo(uint32_t value) { return std::has_single_bit(value); }
+struct ImageKind {
+    ImageType type;
+    uint32_t cellSize; // of a pixel, or of a block
+    std::unique_ptr<Image> (*pCreate)();
+};
 
-} // namespace
-
-} // namespace Math
-
-namespace {
-
-std::unique_ptr<Image> CreateEmpty(ImageType type) {
-    switch (type) {
-    case IMAGETYPE_RGBA32:
-        return std::make_unique<Image_RGBA32>();
-    case IMAGETYPE_LUMINANCE8:
-        return std::make_unique<Image_Luminance8>();
-    case IMAGETYPE_PALETTE8:
-        return std::make_unique<Image_Palette>();
-    case IMAGETYPE_RGB565:
-        return std::make_unique<Image_RGB565>();
-    case IMAGETYPE_RGBA5551:
-        return std::make_unique<Image_RGBA5551>();
-    case IMAGETYPE_RGBA4444:
-        return std::make_unique<Image_RGBA4444>();
-    case IMAGETYPE_RGB888:
-        return std::make_unique<Image_RGB888>();
-    case IMAGETYPE_DXT1:
-        return std::make_unique<Image_DXT1>();
-    case IMAGETYPE_DXT3:
-        return std::make_unique<Image_DXT3>();
-    case IMAGETYPE_DXT5:
-        return std::make_unique<Image_DXT5>();
-    default:
-        return nullptr;
-    }
+template <class T, class Cell = typename T::Pixel>
+constexpr ImageKind MakeKind() {
+    return {T::Type, sizeof(Cell), []() -> std::unique_ptr<Image> { return std::make_unique<T>(); }};
 }
 
-// Of one pixel, or of one block for the compressed types; 0 for a type that doesn't exist.
-uint32_t GetCellSize(ImageType type) {
-    switch (type) {
-    case IMAGETYPE_RGBA32:
-        return sizeof(Image_RGBA32::Pixel);
-    case IMAGETYPE_LUMINANCE8:
-        return sizeof(Image_Luminance8::Pixel);
-    case IMAGETYPE_PALETTE8:
-        return sizeof(Image_Palette::Pixel);
-    case IMAGETYPE_RGB565:
-        return sizeof(Image_RGB565::Pixel);
-    case IMAGETYPE_RGBA5551:
-        return sizeof(Image_RGBA5551::Pixel);
-    case IMAGETYPE_RGBA4444:
-        return sizeof(Image_RGBA4444::Pixel);
-    case IMAGETYPE_RGB888:
-        return sizeof(Image_RGB888::Pixel);
-    case IMAGETYPE_DXT1:
-        return sizeof(Image_DXT1::Chunk);
-    case IMAGETYPE_DXT3:
-        return sizeof(Image_DXT3::Chunk);
-    case IMAGETYPE_DXT5:
-        return sizeof(Image_DXT5::Chunk);
-    default:
-        return 0;
-    }
+constexpr ImageKind s_Kinds[] = {
+    MakeKind<Image_RGBA32>(),
+    MakeKind<Image_Luminance8>(),
+    MakeKind<Image_Palette>(),
+    MakeKind<Image_RGB565>(),
+    MakeKind<Image_RGBA5551>(),
+    MakeKind<Image_RGBA4444>(),
+    MakeKind<Image_RGB888>(),
+    MakeKind<Image_DXT1, Image_DXT1::Chunk>(),
+    MakeKind<Image_DXT3, Image_DXT3::Chunk>(),
+    MakeKind<Image_DXT5, Image_DXT5::Chunk>(),
+};
+
+// Null for a type that doesn't exist.
+const ImageKind* FindKind(uint32_t type) {
+    const auto* const pKind = std::ranges::find(s_Kinds, static_cast<ImageType>(type), &ImageKind::type);
+    return pKind != std::end(s_Kinds) ? pKind : nullptr;
+}
+
+bool ArePowersOfTwo(uint32_t width, uint32_t height) {
+    return std::has_single_bit(width) && std::has_single_bit(height);
 }
 
 } // namespace
 
-bool Image::IsTypeKnown(uint32_t type) { return GetCellSize(static_cast<ImageType>(type)) > 0; }
+bool Image::IsTypeKnown(uint32_t type) { return FindKind(type) != nullptr; }
 
 bool Image::IsTypeCompressed(uint32_t type) {
     return type == IMAGETYPE_DXT1 || type == IMAGETYPE_DXT3 || type == IMAGETYPE_DXT5;
@@ -87,7 +56,7 @@ bool Image::IsTypeCompressed(uint32_t type) {
 bool Image::AreSidesAllowed(ImageType type, uint32_t width, uint32_t height) {
     if (width < 1 || height < 1 || width > MaxSide || height > MaxSide)
         return false;
-    return !IsTypeCompressed(type) || (Math::IsPowerOfTwo(width) && Math::IsPowerOfTwo(height));
+    return !IsTypeCompressed(type) || ArePowersOfTwo(width, height);
 }
 
 uint32_t Image::GetMaxMipCount(uint32_t width, uint32_t height) {
@@ -95,19 +64,21 @@ uint32_t Image::GetMaxMipCount(uint32_t width, uint32_t height) {
 }
 
 uint64_t Image::GetSizeFor(ImageType type, uint32_t width, uint32_t height, uint32_t mipCount) {
+    const ImageKind* const pKind = FindKind(type);
     const uint32_t cellSide = IsTypeCompressed(type) ? s_DxtcBlockSide : 1;
     uint64_t size = 0;
     for (uint32_t level = 0; level < mipCount; ++level) {
         const uint64_t columns = std::max(1u, GetLevelSide(width, level) / cellSide);
         const uint64_t rows = std::max(1u, GetLevelSide(height, level) / cellSide);
-        size += columns * rows * GetCellSize(type);
+        size += columns * rows * (pKind ? pKind->cellSize : 0);
     }
     return size;
 }
 
 std::unique_ptr<Image> Image::Create(ImageType type, uint32_t width, uint32_t height, uint32_t mipCount) {
-    std::unique_ptr<Image> pImage = CreateEmpty(type);
-    dbAssertText(pImage, "image type");
+    const ImageKind* const pKind = FindKind(type);
+    dbAssertText(pKind, "image type");
+    std::unique_ptr<Image> pImage = pKind ? pKind->pCreate() : nullptr;
     if (!pImage || !pImage->Resize(width, height, true))
         return nullptr;
     pImage->SetMipCount(mipCount);
@@ -137,12 +108,10 @@ void Image::SetMipCount(uint32_t count) {
 }
 
 bool Image::Resize(uint32_t width, uint32_t height, bool discard) {
-    const uint32_t w = width;
-    const uint32_t h = height;
-    dbAssert(w <= 4096);
-    dbAssert(h <= 4096);
-    if (IsTypeCompressed(m_Type))
-        dbAssert(Math::IsPowerOfTwo(w) && Math::IsPowerOfTwo(h));
+    dbAssertText(width <= MaxSide, "w <= 4096");
+    dbAssertText(height <= MaxSide, "h <= 4096");
+    dbAssertText(!IsTypeCompressed(m_Type) || ArePowersOfTwo(width, height),
+                 "Math::IsPowerOfTwo(w) && Math::IsPowerOfTwo(h)");
     if (!AreSidesAllowed(m_Type, width, height))
         return false;
     const Grid before = GetGrid(m_Width, m_Height);

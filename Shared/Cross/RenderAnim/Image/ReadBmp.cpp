@@ -132,10 +132,8 @@ bool SettleAlpha(const BmpHeader& header, Image& image) {
 } // namespace
 
 std::unique_ptr<Image> ReadBmp(const ImageReaderArgs& args, uint32_t& outFlags) {
-    if (!args.pStream) {
-        dbWarningf("TEXTURES -- '%s': Unable to open file!", args.pName);
-        return nullptr;
-    }
+    if (!args.pStream)
+        return Refuse(args.pName, "Unable to open file!");
     ByteStream& stream = *args.pStream;
     BmpHeader header;
     if (const char* pFault = ReadHeader(stream, header))

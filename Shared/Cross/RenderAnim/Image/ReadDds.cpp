@@ -103,15 +103,11 @@ bool ReadLevels(ByteStream& stream, Image& image) {
 } // namespace
 
 std::unique_ptr<Image> ReadDds(const ImageReaderArgs& args, uint32_t& outFlags) {
-    if (!args.pStream) {
-        dbWarningf("TEXTURES -- '%s': Unable to open file!", args.pName);
-        return nullptr;
-    }
+    if (!args.pStream)
+        return Refuse(args.pName, "Unable to open file!");
     DdsHeader header;
-    if (!ReadHeader(*args.pStream, header)) {
-        dbWarningf("DDS is not happy. [%s]", args.pName);
-        return nullptr;
-    }
+    if (!ReadHeader(*args.pStream, header))
+        return RefuseNameLast("DDS is not happy.", args.pName);
     ImageType type = IMAGETYPE_DXT1;
     if (!CheckFlat(header, args.pName) || !GetType(header, args.pName, type) ||
         !CheckSides(args.pName, type, header.width, header.height))

@@ -2,27 +2,13 @@
 
 #include "Shared/Cross/FileSystem/Paths/FilePath.h"
 #include "Shared/Cross/FileSystem/Paths/FilePathHD.h"
-#include "Shared/PC/FileSystem/OSFile.h"
 #include "Tests/Shared/Cross/Assist/TestResources.h"
 #include "Tests/Shared/PC/Debug/SelfRun.h"
-
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include "Tests/Shared/PC/FileSystem/TempFolder.h"
 
 namespace {
 
 constexpr char s_FolderVariable[] = "PVX_TEST_LOGS";
-
-std::string ReadOnlyFileBelow(const std::filesystem::path& folder) {
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
-        if (entry.is_regular_file()) {
-            EXPECT_TRUE(entry.path().string().ends_with("/inventoryleaks.csv"));
-            std::ifstream file(entry.path(), std::ios::binary);
-            return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-        }
-    return {};
-}
 
 } // namespace
 
@@ -51,18 +37,16 @@ TEST(LeakRun, DISABLED_LeaksTwoReferencesOfThree) {
 }
 
 TEST(Leaks, AreWrittenWithTheStackThatTookTheReference) {
-    const std::filesystem::path folder = std::filesystem::temp_directory_path() / "pvxleaks";
-    std::filesystem::remove_all(folder);
-    std::filesystem::create_directories(folder);
-    setenv(s_FolderVariable, folder.c_str(), 1);
+    const TempFolder folder;
+    setenv(s_FolderVariable, folder.Native().c_str(), 1);
     const SelfRunResult result = RunSelf("LeakRun.DISABLED_LeaksTwoReferencesOfThree", "-invleaks");
     EXPECT_EQ(result.status, 0) << result.output;
 
-    const std::string report = ReadOnlyFileBelow(folder);
+    const std::string run = OSFile::List(folder.Path("*").c_str()).at(0);
+    const std::string report = folder.Read(run + "/inventoryleaks.csv");
     EXPECT_TRUE(report.starts_with("Inventory Item,Stack0,Stack1,")) << report;
     EXPECT_NE(report.find("Stack31,\r\n"), std::string::npos);
     EXPECT_EQ(std::ranges::count(report, '\n'), 1 + 3) << report;
     EXPECT_NE(report.find("\nrock,"), std::string::npos);
     EXPECT_NE(report.find("LeakTest.cpp : Line "), std::string::npos) << report;
-    std::filesystem::remove_all(folder);
 }

@@ -6,6 +6,7 @@
 
 #include <condition_variable>
 #include <cstdlib>
+#include <cstring>
 #include <mutex>
 #include <stdexcept>
 #include <thread>
@@ -29,11 +30,6 @@ PVX_CRASHES void ReadBadly() {
 PVX_CRASHES void WriteBadly() {
     volatile int* volatile pNowhere = reinterpret_cast<int*>(0x1238);
     *pNowhere = 1;
-}
-
-PVX_CRASHES void DivideByZero() {
-    volatile int zero = 0;
-    [[maybe_unused]] volatile int result = 7 / zero;
 }
 
 PVX_CRASHES void CallNowhere() {
@@ -60,18 +56,16 @@ PVX_CRASHES int RecurseForever(volatile int* pLast) {
 void Prepare() {
     dbSetThrowOnAssert(false);
     if (const char* pPath = std::getenv("TEST_REPORTER"))
-        dbSetBugReportPath(pPath, std::getenv("TEST_REPORTER_CONFIG"));
+        dbSetBugReportPath(pPath, nullptr);
     dbInstallCrashFilter();
 }
 
-void SayFirst(void*) {
-    if (write(STDERR_FILENO, "first callback\n", 15) != 15)
+void Say(const char* pText) {
+    if (write(STDERR_FILENO, pText, strlen(pText)) < 0)
         _exit(1);
 }
-void SayLast(void*) {
-    if (write(STDERR_FILENO, "last callback\n", 14) != 14)
-        _exit(1);
-}
+void SayFirst(void*) { Say("first callback\n"); }
+void SayLast(void*) { Say("last callback\n"); }
 void CrashAgain(void*) { ReadBadly(); }
 
 } // namespace
@@ -83,7 +77,6 @@ protected:
 
 TEST_F(CrashCase, DISABLED_Read) { ReadBadly(); }
 TEST_F(CrashCase, DISABLED_Write) { WriteBadly(); }
-TEST_F(CrashCase, DISABLED_Divide) { DivideByZero(); }
 TEST_F(CrashCase, DISABLED_Call) { CallNowhere(); }
 TEST_F(CrashCase, DISABLED_Throw) { std::thread(ThrowUncaught).join(); }
 TEST_F(CrashCase, DISABLED_Assert) { FailAssertion(); }

@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <set>
 
 namespace {
 
@@ -47,11 +46,6 @@ const std::string s_BadSeek = "10: Failed to seek to end of chunk";
 
 std::string File(const std::string& chunks) { return ChunkBytes::FileHeader() + chunks; }
 
-std::string MakeTree() {
-    const std::string named = ChunkBytes::Header("DATA", "NAME", 1, 3, 4) + "nameabc"; // without a terminator
-    return ChunkBytes::Folder("ROOT", named + ChunkBytes::Folder("DEEP", ChunkBytes::Data("LEAF", "0123456789")));
-}
-
 // Down to the last byte, as a tool does that knows no id.
 void WalkAll(Chunky& chunky) {
     ChunkInfo info;
@@ -66,18 +60,9 @@ void WalkAll(Chunky& chunky) {
 
 } // namespace
 
-TEST(ChunkyRead, AHeaderAloneIsAnEmptyFile) {
-    for (const uint32_t version : {0u, 1u}) {
-        Reading reading(ChunkBytes::FileHeader(version));
-        ChunkInfo info;
-        EXPECT_FALSE(reading.Open().NextChunk(info));
-        EXPECT_EQ(info.version, 0u);
-        EXPECT_EQ(info.size, 20u);
-        EXPECT_STREQ(info.name.GetText(), "");
-    }
-}
-
 TEST(ChunkyRead, RefusesWhatIsNoChunkyFile) {
+    for (const uint32_t version : {0u, 1u})
+        EXPECT_EQ(FaultOf([=] { WalkAll(Reading(ChunkBytes::FileHeader(version)).Open()); }), "nothing");
     EXPECT_EQ(FaultOf([] { Chunky chunky{ByteStreamAdapter()}; }), "0: Unable to open file!");
     EXPECT_EQ(FaultOf([] { Reading(ChunkBytes::FileHeader(2)).Open(); }), "1: Unsupported file version!");
     for (const size_t damaged : {0, 13, 14, 15}) {
@@ -85,8 +70,6 @@ TEST(ChunkyRead, RefusesWhatIsNoChunkyFile) {
         bytes[damaged] ^= 1;
         EXPECT_EQ(FaultOf([&] { Reading(bytes).Open(); }), s_BadFile) << "byte " << damaged;
     }
-    for (size_t size = 1; size < 24; ++size)
-        EXPECT_EQ(FaultOf([&] { Reading(ChunkBytes::FileHeader().substr(0, size)).Open(); }), s_BadFile);
     Reading both(ChunkBytes::FileHeader());
     both.GetStream().SetMode(ByteStream::Mode_Both);
     const std::string fault = FaultOf([&] { both.Open(); });
@@ -131,33 +114,23 @@ TEST(ChunkyRead, WalksATreeInFileOrder) {
 }
 
 TEST(ChunkyRead, TheEndOfALevelHolds) {
-    const std::string file =
-        File(ChunkBytes::Folder("ROOT", ChunkBytes::Data("AAAA", "1")) + ChunkBytes::Data("BBBB", "2"));
-    Reading reading(file);
+    Reading reading(File(ChunkBytes::Folder("ROOT", ChunkBytes::Data("AAAA", "1")) + ChunkBytes::Data("BBBB", "2")));
     Chunky& chunky = reading.Open();
     chunky.EnterFolder(FourCC("ROOT"), 1);
     // Behind a skipped chunk the folder is on top again, and must not be taken for the next chunk.
-    EXPECT_FALSE(chunky.FindChunk(ChunkKind_Data, FourCC("BBBB")));
-    EXPECT_EQ(chunky.GetDepth(), 1u);
-    EXPECT_FALSE(chunky.FindChunk(ChunkKind_Data, FourCC("BBBB")));
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_FALSE(chunky.FindChunk(ChunkKind_Data, FourCC("BBBB")));
+        EXPECT_EQ(chunky.GetDepth(), 1u);
+    }
     EXPECT_EQ(FaultOf([&] { chunky.EnterData(FourCC("BBBB"), 1); }), s_Missing);
     chunky.EndChunk();
     EXPECT_EQ(chunky.GetDepth(), 0u);
-    EXPECT_TRUE(chunky.FindChunk(ChunkKind_Data, FourCC("BBBB")));
-    EXPECT_FALSE(chunky.FindChunk(ChunkKind_Data, FourCC("CCCC")));
-    EXPECT_FALSE(chunky.FindChunk(ChunkKind_Data, FourCC("CCCC")));
-}
-
-TEST(ChunkyRead, EnterLooksForwardOnly) {
-    Reading reading(File(ChunkBytes::Data("AAAA", "1") + ChunkBytes::Data("BBBB", "2")));
-    Chunky& chunky = reading.Open();
     chunky.EnterData(FourCC("BBBB"), 1);
     chunky.EndChunk();
     // At the end of the file the first read finds no header at all.
     EXPECT_EQ(FaultOf([&] { chunky.EnterData(FourCC("AAAA"), 1); }), s_BadHeader);
-
-    Reading again(File(ChunkBytes::Data("AAAA", "1") + ChunkBytes::Data("BBBB", "2")));
-    EXPECT_EQ(FaultOf([&] { again.Open().EnterFolder(FourCC("AAAA"), 1); }), s_Missing);
+    EXPECT_EQ(FaultOf([&] { Reading(File(ChunkBytes::Data("AAAA", ""))).Open().EnterFolder(FourCC("AAAA"), 1); }),
+              s_Missing);
 }
 
 TEST(ChunkyRead, RefusesDamagedHeaders) {
@@ -184,22 +157,17 @@ TEST(ChunkyRead, RefusesDamagedHeaders) {
 }
 
 TEST(ChunkyRead, LongNamesAreReadAndVeryLongOnesAsserted) {
-    Reading unterminated(File(ChunkBytes::Header("DATA", "ITEM", 1, 0, 3) + "abc"));
-    EXPECT_EQ(unterminated.Open().EnterData(FourCC("ITEM"), 1).name, "abc");
-    const auto withName = [](uint32_t length) {
+    const auto read = [](uint32_t length) {
         const std::string name = std::string(length - 1, 'n') + '\0';
-        return File(ChunkBytes::Folder("ROOT", ChunkBytes::Header("DATA", "ITEM", 1, 1, length) + name + "x"));
-    };
-    for (const uint32_t length : {512u, 513u, 1024u}) {
-        Reading reading(withName(length));
+        const std::string item = ChunkBytes::Header("DATA", "ITEM", 1, 0, length) + name;
+        Reading reading(File(ChunkBytes::Folder("ROOT", item)));
         Chunky& chunky = reading.Open();
         chunky.EnterFolder(FourCC("ROOT"), 1);
-        EXPECT_EQ(chunky.EnterData(FourCC("ITEM"), 1).name.GetLength(), length - 1);
-    }
-    Reading reading(withName(1025));
-    Chunky& chunky = reading.Open();
-    chunky.EnterFolder(FourCC("ROOT"), 1);
-    EXPECT_NE(FaultOf([&] { chunky.EnterData(FourCC("ITEM"), 1); }).find("header.nameLength <="), std::string::npos);
+        return chunky.EnterData(FourCC("ITEM"), 1).name.GetLength() + 1;
+    };
+    for (const uint32_t length : {513u, 1024u})
+        EXPECT_EQ(read(length), length);
+    EXPECT_NE(FaultOf([&] { read(1025); }).find("header.nameLength <="), std::string::npos);
 }
 
 TEST(ChunkyRead, NewerVersionsStayOnTheStack) {
@@ -227,42 +195,21 @@ TEST(ChunkyRead, AChunkEndsWithItsPositionInside) {
 
 TEST(ChunkyRead, EveryTruncationIsRefused) {
     const std::string first = File(ChunkBytes::Data("ITEM", "1234"));
-    const std::string whole = first + MakeTree();
-    EXPECT_EQ(FaultOf([&] { WalkAll(Reading(whole).Open()); }), "nothing");
-    for (size_t size = 1; size < whole.size(); ++size) {
+    const std::string named = ChunkBytes::Header("DATA", "NAME", 1, 3, 4) + "nameabc"; // without a terminator
+    const std::string whole = first + ChunkBytes::Folder("ROOT", named + ChunkBytes::Folder("DEEP", named));
+    for (size_t size = 1; size <= whole.size(); ++size) {
         // Between two chunks of the top level a file is whole.
-        std::string fault = "nothing";
-        if (size < 24)
-            fault = s_BadFile;
-        else if ((size > 24 && size < 44) || (size > first.size() && size < first.size() + 20))
-            fault = s_BadHeader;
-        else if (size != 24 && size != first.size())
-            fault = s_BadSeek;
-        EXPECT_EQ(FaultOf([&] { WalkAll(Reading(whole.substr(0, size)).Open()); }), fault) << "cut to " << size;
+        const bool isWhole = size == 24 || size == first.size() || size == whole.size();
+        EXPECT_EQ(FaultOf([&] { WalkAll(Reading(whole.substr(0, size)).Open()); }) == "nothing", isWhole) << size;
     }
 }
 
-TEST(ChunkyRead, AnyDamagedByteEndsInAnExceptionOrReads) {
-    const std::set<std::string> known = {"nothing", s_BadFile, s_BadHeader,
-                                         s_PastEnd, s_BadSeek, "1: Unsupported file version!"};
-    const std::string whole = File(MakeTree());
-    for (size_t at = 0; at < whole.size(); ++at)
-        for (const int value : {0x00, 0x01, 0x7F, 0x80, 0xFF}) {
-            std::string bytes = whole;
-            bytes[at] = static_cast<char>(value);
-            const std::string fault = FaultOf([&] { WalkAll(Reading(bytes).Open()); });
-            EXPECT_TRUE(known.contains(fault)) << "byte " << at << " as " << value << ": " << fault;
-        }
-}
-
 TEST(ChunkyRead, AnUnboundedBlockIsReadOnTheCallersWord) {
-    std::string bytes = File(ChunkBytes::Folder("ROOT", ChunkBytes::Data("AAAA", "1") + ChunkBytes::Data("BBBB", "2")));
+    std::string bytes = File(ChunkBytes::Data("AAAA", "1") + ChunkBytes::Data("BBBB", "2"));
     RamStream stream;
     stream.AttachUnbounded(bytes.data(), false);
     Chunky chunky{ByteStreamAdapter(&stream)};
-    chunky.EnterFolder(FourCC("ROOT"), 1);
     chunky.EnterData(FourCC("BBBB"), 1);
-    chunky.EndChunk();
     chunky.EndChunk();
     EXPECT_EQ(stream.GetPos(), bytes.size());
 }

@@ -4,7 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include <numeric>
+#include <algorithm>
+#include <span>
 #include <vector>
 
 namespace {
@@ -14,17 +15,14 @@ constexpr auto Write = ByteStream::Mode_Write;
 
 } // namespace
 
-TEST(RamStream, GrowsToPowersOfTwo) {
-    const std::vector<uint8_t> bytes(1 << 20, 7);
-    const struct { uint32_t first, written; } cases[] = {{100, 101}, {1, 16}, {1, 15}, {16, 17}, {1, 1 << 20}};
-    for (const auto& [first, written] : cases) {
+TEST(RamStream, GrowsAsItIsWritten) {
+    for (const auto& [first, written] : {std::pair(100u, 101u), {1u, 16u}, {1u, 15u}, {1u, 1u << 20}}) {
+        const std::vector<uint8_t> bytes(written, 7);
         RamStream stream;
         ASSERT_TRUE(stream.Create(first, Write));
-        EXPECT_EQ(stream.GetLength(), 0u);
         EXPECT_EQ(stream.Write(bytes.data(), written), written);
         EXPECT_EQ(stream.GetLength(), written);
-        EXPECT_EQ(stream.GetPos(), written);
-        EXPECT_EQ(stream.GetBuffer()[written - 1], 7);
+        EXPECT_TRUE(std::ranges::equal(std::span(stream.GetBuffer(), written), bytes));
     }
 }
 
@@ -36,9 +34,7 @@ TEST(RamStream, OverwritingKeepsTheLength) {
     stream.Write("XY", 2);
     EXPECT_EQ(stream.GetPos(), 4u);
     EXPECT_EQ(std::string(reinterpret_cast<char*>(stream.GetBuffer()), stream.GetLength()), "abXYef");
-    EXPECT_TRUE(stream.Seek(6));
     EXPECT_THROW(stream.Seek(7), std::runtime_error);
-    EXPECT_EQ(stream.GetPos(), 6u);
 }
 
 TEST(RamStream, StaysBelowSixteenMegabytes) {
@@ -67,27 +63,10 @@ TEST(RamStream, ReadsUpToTheEndAndNoFurther) {
     EXPECT_STREQ(read, "896789");
     EXPECT_THROW(stream.Seek(11), std::runtime_error);
     EXPECT_THROW(stream.Write("x", 1), std::runtime_error);
-}
-
-TEST(RamStream, AnUnboundedOneHasNoEnd) {
-    char source[] = "0123456789";
-    RamStream stream;
-    ASSERT_TRUE(stream.AttachUnbounded(source, false));
-    EXPECT_EQ(stream.GetLength(), 0u);
-    EXPECT_TRUE(stream.Seek(5));
-    char read[5];
-    EXPECT_EQ(stream.Read(read, 5), 5u);
-    EXPECT_EQ(read[4], '9');
-}
-
-TEST(RamStream, AForeignBlockDoesNotGrow) {
-    char target[4];
-    RamStream stream;
-    ASSERT_TRUE(stream.Attach(target, 4, false, Write));
-    EXPECT_EQ(stream.GetLength(), 4u);
-    EXPECT_EQ(stream.Write("abcd", 4), 4u);
-    const dbNoThrowScope stepOver;
-    EXPECT_EQ(stream.Write("e", 1), 0u);
+    RamStream zeros;
+    zeros.Create(3, Read);
+    EXPECT_EQ(zeros.Read(read, 9), 3u);
+    EXPECT_EQ(read[0] + read[1] + read[2], 0);
 }
 
 TEST(RamStream, BlocksChangeHands) {
@@ -101,8 +80,10 @@ TEST(RamStream, BlocksChangeHands) {
     EXPECT_EQ(first.GetLength(), 0u);
 
     RamStream second;
-    EXPECT_TRUE(second.Attach(pOwned.release(), 4, true, Read));
+    EXPECT_TRUE(second.Attach(pOwned.release(), 4, true, Write));
+    EXPECT_EQ(second.Write("efgh", 4), 4u);
     const dbNoThrowScope stepOver;
+    EXPECT_EQ(second.Write("i", 1), 0u);  // a block that was handed over doesn't grow
     EXPECT_FALSE(second.Create(4, Read)); // it has one
     EXPECT_EQ(first.Detach(), nullptr);   // it has none
     EXPECT_FALSE(first.Create(0, Write));
@@ -111,13 +92,4 @@ TEST(RamStream, BlocksChangeHands) {
     char read[4];
     EXPECT_EQ(first.Read(read, 4), 0u);
     EXPECT_EQ(first.Write(read, 4), 0u);
-}
-
-TEST(RamStream, CreatedForReadingItHoldsZeros) {
-    RamStream stream;
-    stream.Create(3, Read);
-    EXPECT_EQ(stream.GetLength(), 3u);
-    uint8_t read[4] = {1, 1, 1, 1};
-    EXPECT_EQ(stream.Read(read, 4), 3u);
-    EXPECT_EQ(read[0] + read[1] + read[2], 0);
 }

@@ -2,10 +2,9 @@
 
 #include "Shared/Cross/Memory/MMPoolBase.h"
 #include "Tests/Shared/Cross/Memory/PoolTesting.h"
+#include "Tests/Shared/PC/FileSystem/TempFolder.h"
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 
 namespace {
 
@@ -49,69 +48,30 @@ TEST(MMOverrides, LimitsOfLinesAndSize) {
     EXPECT_EQ(Ask("[overrides]\n" + std::string(8192, ';') + "\nNodes=INFO\n", "Nodes"), MMOverride::None);
 }
 
-// A process of its own with a "memory.ini" of its own, since the file is read once.
-class MemoryIni : public testing::Test {
-protected:
-    // The process of its own runs the test from the start, with the folder of the one that started it.
-    MemoryIni() {
-        testing::FLAGS_gtest_death_test_style = "threadsafe";
-        if (const char* const pFolder = getenv(s_FolderVariable)) {
-            m_Folder = pFolder;
-            return;
-        }
-        std::string name = (std::filesystem::temp_directory_path() / "pvx-memory-XXXXXX").string();
-        m_Folder = mkdtemp(name.data());
-        setenv(s_FolderVariable, m_Folder.c_str(), 1);
-        setenv("PVX_CONFIG", m_Folder.c_str(), 1);
-    }
-    ~MemoryIni() override {
-        unsetenv(s_FolderVariable);
-        unsetenv("PVX_CONFIG");
-        std::filesystem::remove_all(m_Folder);
-        testing::FLAGS_gtest_death_test_style = "fast";
-    }
-
-    void Write(const char* pText) { std::ofstream(m_Folder / "memory.ini") << pText; }
-
-    static MMMagic MagicOf(const char* pName, MMPoolKind kind) { return MMPoolGet(pName, kind).GetMagic(); }
-
-    static constexpr const char* s_FolderVariable = "PVX_TEST_MEMORY_FOLDER";
-    std::filesystem::path m_Folder;
-};
-
-TEST_F(MemoryIni, AllRecordsEveryPoolButExclusionsAndRegions) {
-    Write("[overrides]\nALL=INFO\nOut=EXCLUDE\nOver=VMOVER\nUnder=VMUNDER\n");
+// The file is read once, so that a process of its own runs the test from the start, by the environment of this one.
+TEST(MemoryIni, AllRecordsEveryPoolButExclusionsAndRegions) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const TempFolder folder;
+    folder.Write("memory.ini", "[overrides]\nALL=INFO\nOut=EXCLUDE\nOver=VMOVER\nUnder=VMUNDER\n");
+    setenv("PVX_CONFIG", folder.Native().c_str(), 0); // which that process finds set
+    const auto magicOf = [](const char* pName, MMPoolKind kind) { return MMPoolGet(pName, kind).GetMagic(); };
     EXPECT_EXIT(
         {
-            const bool right = MagicOf("Default", MMPoolKind::Heap) == MMMagic::Info &&
-                               MagicOf("Strings", MMPoolKind::Heap) == MMMagic::Info &&
-                               MagicOf("Any", MMPoolKind::Small) == MMMagic::Info &&
-                               MagicOf("Out", MMPoolKind::Small) == MMMagic::Small &&
-                               MagicOf("Area", MMPoolKind::Region) == MMMagic::Region &&
-                               MagicOf("Over", MMPoolKind::Region) == MMMagic::VM &&
-                               MagicOf("Under", MMPoolKind::Small) == MMMagic::VM;
+            const bool right = magicOf("Default", MMPoolKind::Heap) == MMMagic::Info &&
+                               magicOf("Strings", MMPoolKind::Heap) == MMMagic::Info &&
+                               magicOf("Any", MMPoolKind::Small) == MMMagic::Info &&
+                               magicOf("Out", MMPoolKind::Small) == MMMagic::Small &&
+                               magicOf("Area", MMPoolKind::Region) == MMMagic::Region &&
+                               magicOf("Over", MMPoolKind::Region) == MMMagic::VM &&
+                               magicOf("Under", MMPoolKind::Small) == MMMagic::VM;
             MMFree(MMPoolGet("Any"), MMAlloc(MMPoolGet("Any"), 10));
             MMAlloc(MMPoolGet("Area"), 100000);
+            std::filesystem::remove_all(folder.Native()); // that process has one of its own, too
             _exit(right ? 0 : 1);
         },
         testing::ExitedWithCode(0), "");
-}
-
-TEST_F(MemoryIni, TurnsASinglePoolIntoATrap) {
-    Write("[overrides]\nNodes=VMOVER\n");
-    EXPECT_DEATH(
-        {
-            volatile char* const pBlock = static_cast<char*>(MMAlloc(MMPoolGet("Nodes", MMPoolKind::Small), 24));
-            pBlock[23] = 1;
-            fputs("inside is fine\n", stderr);
-            pBlock[24] = 1;
-            _exit(0);
-        },
-        "inside is fine");
-}
-
-TEST_F(MemoryIni, NoneIsNoMistake) {
-    EXPECT_EXIT(_exit(MagicOf("Nodes", MMPoolKind::Small) == MMMagic::Small ? 0 : 1), testing::ExitedWithCode(0), "");
+    unsetenv("PVX_CONFIG");
+    GTEST_FLAG_SET(death_test_style, "fast");
 }
 
 } // namespace

@@ -3,7 +3,6 @@
 #include "Shared/Cross/Memory/MMAllocator.h"
 #include "Shared/Cross/Memory/MMPoolHandle.h"
 #include "Shared/Cross/Memory/MMPoolHeap.h"
-#include "Shared/Cross/Memory/MMRegistry.h"
 #include "Shared/Cross/Memory/MMSystem.h"
 #include "Tests/Shared/Cross/Memory/PoolTesting.h"
 
@@ -16,46 +15,14 @@ namespace {
 
 constexpr MMPoolKind s_AllKinds[] = {MMPoolKind::Heap, MMPoolKind::Small, MMPoolKind::Region, MMPoolKind::Tracking};
 
-TEST(MMPool, DefaultPoolsAreThereFromTheStart) {
-    EXPECT_EQ(MMPoolFind("Default"), &MMPoolDefault());
+TEST(MMPool, DefaultPoolsStayAndNamesAreUnique) {
     EXPECT_EQ(MMPoolFind("Strings"), &MMPoolStrings());
     EXPECT_FATAL(MMPoolDestroy(&MMPoolDefault()), "Pool Default is a default pool");
     EXPECT_FATAL(MMPoolDestroy(&MMPoolStrings()), "Pool Strings is a default pool");
-}
-
-TEST(MMPool, NamesAreUnique) {
     const TestPool pool(MMPoolKind::Small);
     EXPECT_FATAL(MMPoolCreate("TestPool", MMPoolKind::Heap), "Pool TestPool, the name is taken");
     EXPECT_FATAL(MMPoolCreate(nullptr, MMPoolKind::Heap), "without a name");
     EXPECT_EQ(&MMPoolGet("TestPool"), MMPoolFind("TestPool"));
-}
-
-TEST(MMPool, ANameIsFreeAgainWithItsPool) {
-    for (const MMPoolKind kind : s_AllKinds) {
-        const TestPool pool(kind);
-        EXPECT_NE(MMPoolFind("TestPool"), nullptr);
-    }
-    EXPECT_EQ(MMPoolFind("TestPool"), nullptr);
-}
-
-TEST(MMPool, ADebuggerFindsPoolsInTheTable) {
-    const MMRegistry::Slot* const pSlots = MMRegistry::Get().GetSlots();
-    const char* const pLong = "A name of more than thirty-one characters";
-    MMPoolBase* const pPool = MMPoolCreate(pLong, MMPoolKind::Heap);
-    const auto* const pSlot = std::ranges::find(pSlots, pSlots + MMRegistry::s_Slots, pPool, &MMRegistry::Slot::pPool);
-    ASSERT_NE(pSlot, pSlots + MMRegistry::s_Slots);
-    EXPECT_EQ(std::string(pSlot->name), std::string(pLong).substr(0, 31));
-    MMPoolDestroy(pPool);
-    EXPECT_EQ(pSlot->pPool, nullptr);
-}
-
-TEST(MMPool, MorePoolsThanTheTableHolds) {
-    std::vector<MMPoolBase*> pools;
-    for (int i = 0; i < 120; ++i)
-        pools.push_back(MMPoolCreate(("Pool" + std::to_string(i)).c_str(), MMPoolKind::Heap));
-    EXPECT_EQ(MMPoolFind("Pool119"), pools.back());
-    for (MMPoolBase* const pPool : pools)
-        MMPoolDestroy(pPool);
 }
 
 TEST(MMPool, DestroySaysWhatLeaks) {
@@ -70,7 +37,7 @@ TEST(MMPool, DestroySaysWhatLeaks) {
                                                             "MemoryLib: (INFO) : Pool Leaky, Leaks detected (2)\n"}));
 }
 
-TEST(MMPool, BadHandlesStop) {
+TEST(MMPool, BadHandlesAndSizesStop) {
     alignas(16) char nothing[sizeof(MMPoolHeap)] = {};
     EXPECT_FATAL(MMAlloc(*reinterpret_cast<MMPoolBase*>(nothing), 1), "is no pool");
     MMPoolBase* const pGone = MMPoolCreate("Gone", MMPoolKind::Region);
@@ -78,13 +45,8 @@ TEST(MMPool, BadHandlesStop) {
     EXPECT_FATAL(MMAlloc(*pGone, 1), "is no pool");
     TestPool pool(MMPoolKind::Heap);
     EXPECT_FATAL(pool->Close(); MMPoolGetCounts(pool), "Pool TestPool is closed");
-}
-
-TEST(MMPool, BadSizesStop) {
-    TestPool pool(MMPoolKind::Heap);
     EXPECT_FATAL(MMAlloc(pool, 0), "allocation of no bytes");
     EXPECT_FATAL(MMAlloc(pool, s_MMSizeLimit), "allocation of 536870912 bytes");
-    MMFree(pool, MMAlloc(pool, s_MMSizeLimit - 1));
 }
 
 TEST(MMPool, EachKindOfCallHasItsKindOfFreeing) {
@@ -103,52 +65,39 @@ TEST(MMPool, EachKindOfCallHasItsKindOfFreeing) {
     }
 }
 
-TEST(MMPool, FreedTwiceStops) {
+TEST(MMPool, BlocksThatArentLiveStop) {
     TestPool small(MMPoolKind::Small);
     void* const pBlock = MMAlloc(small, 8);
     MMFree(small, pBlock);
     EXPECT_FATAL(MMFree(small, pBlock), "is free");
-    MMPoolBase& heap = *MMPoolCreate("Heap", MMPoolKind::Heap);
-    void* const pOther = MMAlloc(heap, 8);
+    void* const pOther = MMAlloc(MMPoolStrings(), 8);
     EXPECT_FATAL(MMFree(MMPoolDefault(), pOther), "Pool Default, block .* isn't its own");
-    MMPoolDestroy(&heap);
+    EXPECT_FATAL(memset(static_cast<char*>(pOther) - 4, 0, 4);
+                 MMFree(MMPoolStrings(), pOther), "its start was overwritten");
+    MMFree(MMPoolStrings(), pOther);
 }
 
 TEST(MMPool, CountsAndPeaks) {
     for (const MMPoolKind kind : s_AllKinds) {
         TestPool pool(kind);
         void* const pFirst = MMAlloc(pool, 100);
-        void* pSecond = MMAlloc(pool, 20000);
+        void* const pSecond = MMAlloc(pool, 20000);
         MMFree(pool, pFirst);
-        pSecond = MMRealloc(pool, pSecond, 30000);
+        void* const pThird = MMRealloc(pool, pSecond, 30000);
         const MMPoolCounts counts = MMPoolGetCounts(pool);
-        EXPECT_EQ(counts.liveCount, 1u);
-        EXPECT_GE(counts.peakCount, 2u);
-        EXPECT_GE(counts.usedMemory, 30000u);
-        EXPECT_GE(counts.peakMemory, counts.usedMemory);
-        MMFree(pool, pSecond);
-        EXPECT_EQ(MMPoolGetCounts(pool).usedMemory, 0u) << static_cast<uint32_t>(kind);
+        EXPECT_TRUE(counts.liveCount == 1 && counts.peakCount >= 2) << static_cast<uint32_t>(kind);
+        EXPECT_TRUE(counts.usedMemory >= 30000 && counts.peakMemory >= counts.usedMemory);
+        MMFree(pool, pThird);
+        EXPECT_EQ(MMPoolGetCounts(pool).usedMemory, 0u);
     }
-}
-
-TEST(MMPool, AllocationsAreNumberedAcrossPools) {
-    TestPool pool(MMPoolKind::Heap);
-    AllocRequest first(10, MMCall::PoolAlloc);
-    AllocRequest second(30, MMCall::PoolAlloc);
-    const MMTotals before = MMGetTotals();
-    MMRunAlloc(pool, first);
-    MMRunAlloc(MMPoolStrings(), second);
-    const MMTotals after = MMGetTotals();
-    EXPECT_EQ(second.number, first.number + 1);
-    EXPECT_EQ(after.count, before.count + 2);
-    EXPECT_EQ(after.bytes, before.bytes + 40);
-    MMFree(pool, first.pResult);
-    MMFree(MMPoolStrings(), second.pResult);
 }
 
 TEST(MMPool, FillFlagMarksNewMemory) {
     TestPool pool(MMPoolKind::Heap, 0, MMPoolFlag_Fill);
+    const MMTotals before = MMGetTotals();
     auto* pBlock = static_cast<uint32_t*>(MMAlloc(pool, 16));
+    EXPECT_EQ(MMGetTotals().count, before.count + 1);
+    EXPECT_EQ(MMGetTotals().bytes, before.bytes + 16);
     EXPECT_EQ(pBlock[0], 0xFEFEFEFEu);
     pBlock[3] = 7;
     pBlock = static_cast<uint32_t*>(MMRealloc(pool, pBlock, 64));
@@ -159,52 +108,28 @@ TEST(MMPool, FillFlagMarksNewMemory) {
 
 TEST(MMPool, ThreadsShareAPool) {
     TestPool small(MMPoolKind::Small);
-    TestPool* const pPool = &small;
-    const auto work = [pPool](char mark) {
+    MMPoolBase& pool = small;
+    const auto work = [&pool](char mark) {
         std::vector<char*> blocks;
         for (size_t i = 0; i < 20000; ++i) {
             const size_t size = 4 + i % 200;
-            blocks.push_back(static_cast<char*>(MMAlloc(*pPool, size)));
-            memset(blocks.back(), mark, size);
-            if (i % 3 == 0) {
-                std::swap(blocks.back(), blocks[blocks.size() / 2]);
-                EXPECT_EQ(blocks.back()[3], mark);
-                MMFree(*pPool, blocks.back());
-                blocks.pop_back();
-            }
+            blocks.push_back(static_cast<char*>(memset(MMAlloc(pool, size), mark, size)));
+            if (i % 3 != 0)
+                continue;
+            std::swap(blocks.back(), blocks[blocks.size() / 2]);
+            EXPECT_EQ(blocks.back()[3], mark);
+            MMFree(pool, blocks.back());
+            blocks.pop_back();
         }
         for (char* const pBlock : blocks)
-            MMFree(*pPool, pBlock);
-    };
-    std::vector<std::thread> threads;
-    for (const char mark : {'a', 'b', 'c', 'd'})
-        threads.emplace_back(work, mark);
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(MMPoolGetCounts(small).liveCount, 0u);
-}
-
-TEST(MMPoolHeap, FreesItsBlocksWhenItGoes) {
-    // A leak here is the sanitizers' to find.
-    MMPoolBase* const pPool = MMPoolCreate("Heap", MMPoolKind::Heap);
-    for (size_t i = 1; i < 100; ++i)
-        MMAlloc(*pPool, i * 100);
-    MMPoolReset(*pPool);
-    EXPECT_EQ(MMPoolGetCounts(*pPool).liveCount, 0u);
-    for (size_t i = 1; i < 100; ++i)
-        MMAlloc(*pPool, i * 100);
-    MMPoolDestroy(pPool);
-}
-
-TEST(MMPoolHeap, ABlockWhoseStartWasOverwrittenStops) {
-    TestPool pool(MMPoolKind::Heap);
-    EXPECT_FATAL(
-        {
-            char* const pBlock = static_cast<char*>(MMAlloc(pool, 10));
-            memset(pBlock - 4, 0, 4);
             MMFree(pool, pBlock);
-        },
-        "its start was overwritten");
+    };
+    {
+        std::vector<std::jthread> threads;
+        for (const char mark : {'a', 'b', 'c', 'd'})
+            threads.emplace_back(work, mark);
+    }
+    EXPECT_EQ(MMPoolGetCounts(pool).liveCount, 0u);
 }
 
 TEST(MMPoolTracking, ItsMemoryIsDefaults) {
@@ -243,21 +168,17 @@ struct Throwing {
 };
 
 TEST(MMAllocator, ContainersAndObjectsTakeTheirMemoryFromThePool) {
-    MMPoolBase& pool = NodePool::Get();
-    const auto live = [&] { return MMPoolGetCounts(pool).liveCount; };
+    const auto live = [] { return MMPoolGetCounts(NodePool::Get()).liveCount; };
     {
         std::map<int, int, std::less<>, MMAllocator<std::pair<const int, int>, NodePool>> map;
         for (int i = 0; i < 1000; ++i)
             map[i] = i;
         EXPECT_EQ(live(), 1000u);
-        std::vector<char, MMAllocator<char, NodePool>> bytes(1000);
-        EXPECT_EQ(live(), 1001u);
         const std::unique_ptr<PooledNode> pNode(new PooledNode);
         const MMUnique<std::string, NodePool> pText = MMMakeUnique<std::string, NodePool>("text");
-        EXPECT_EQ(*pText, "text");
-        EXPECT_EQ(live(), 1003u);
+        EXPECT_EQ(live(), 1002u);
         EXPECT_THROW((MMMakeUnique<Throwing, NodePool>()), std::runtime_error);
-        EXPECT_EQ(live(), 1003u);
+        EXPECT_EQ(live(), 1002u);
     }
     EXPECT_EQ(live(), 0u);
 }

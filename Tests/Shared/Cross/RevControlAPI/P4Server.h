@@ -48,9 +48,7 @@ public:
             Write(name, text);
             OSFile::SetWritable(Path(name).c_str(), false);
         }
-        P4State state = Load();
-        state.files.push_back({.name = name, .type = type, .have = synced ? 1 : 0});
-        state.Save();
+        Change([&](P4State& state) { state.files.push_back({.name = name, .type = type, .have = synced ? 1 : 0}); });
     }
     // A further revision, by somebody else.
     void SubmitByOther(const std::string& name, const std::string& text) {
@@ -68,10 +66,11 @@ public:
         Change([&](P4State& state) { state.others.push_back({.name = name, .user = "bob", .locked = locked}); });
     }
     int MakeChange(const std::string& description) {
-        P4State state = Load();
-        const int number = state.nextChange++;
-        state.changes.push_back({number, state.client, description});
-        state.Save();
+        int number = 0;
+        Change([&](P4State& state) {
+            number = state.nextChange++;
+            state.changes.push_back({number, description});
+        });
         return number;
     }
     P4State Load() const {

@@ -36,25 +36,27 @@ TEST_F(RevControlP4Test, NamesReachTheServerInTheMachinesForm) {
 }
 
 TEST_F(RevControlP4Test, RefusalsHaveTheirTexts) {
-    m_Server.Submit("a.pvx", "a");
-    m_Server.Submit("b.pvx", "b");
+    for (const char* pName : {"a", "b"})
+        m_Server.Submit(pName, pName);
     const int change = m_Server.MakeChange("Mine");
-    ASSERT_TRUE(m_Control.Edit(Name("b.pvx"), 0));
-    ExpectFailure(m_Control.Edit(Name("none"), 0), "Failed to open for edit file: " + Quote("none"));
-    ExpectFailure(m_Control.Edit(Name("b.pvx"), change),
-                  "Failed to open for edit file: " + Quote("b.pvx") +
-                      ", error: '//depot/b.pvx#1 - can't change from default change - use 'reopen''");
+    ASSERT_TRUE(m_Control.Edit(Name("b"), 0));
+    const std::string a = Quote("a");
+    const std::string b = Quote("b");
+    const std::string none = Quote("none");
+    ExpectFailure(m_Control.Edit(Name("none"), 0), "Failed to open for edit file: " + none);
+    ExpectFailure(m_Control.Edit(Name("b"), change),
+                  "Failed to open for edit file: " + b +
+                      ", error: '//depot/b#1 - can't change from default change - use 'reopen''");
     ExpectFailure(m_Control.Add("Z:\\elsewhere\\x", 0), "Failed to open for Add file: 'Z:\\elsewhere\\x'");
-    ExpectFailure(m_Control.Add(Name("a.pvx"), 0), "Failed to open for Add file: " + Quote("a.pvx") +
-                                                       ", error: '//depot/a.pvx - can't add existing file'");
-    ExpectFailure(m_Control.Delete(Name("none"), 0), "Failed to open for Delete file: " + Quote("none"));
-    ExpectFailure(m_Control.Delete(Name("b.pvx"), 0),
-                  "Failed to open for Delete file: " + Quote("b.pvx") +
-                      ", error: '//depot/b.pvx#1 - can't delete (already opened for edit)'");
-    ExpectFailure(m_Control.RevertFile(Name("a.pvx"), 0, false), "Failed to Revert file: " + Quote("a.pvx"));
+    ExpectFailure(m_Control.Add(Name("a"), 0),
+                  "Failed to open for Add file: " + a + ", error: '//depot/a - can't add existing file'");
+    ExpectFailure(m_Control.Delete(Name("none"), 0), "Failed to open for Delete file: " + none);
+    ExpectFailure(m_Control.Delete(Name("b"), 0),
+                  "Failed to open for Delete file: " + b +
+                      ", error: '//depot/b#1 - can't delete (already opened for edit)'");
+    ExpectFailure(m_Control.RevertFile(Name("a"), 0, false), "Failed to Revert file: " + a);
     m_Server.Say("revert", "info: what is this\nexit: 0\n");
-    ExpectFailure(m_Control.RevertFile(Name("a.pvx"), 0, false),
-                  "Failed to Revert file: " + Quote("a.pvx") + ", error: 'what is this'");
+    ExpectFailure(m_Control.RevertFile(Name("a"), 0, false), "Failed to Revert file: " + a + ", error: 'what is this'");
 }
 
 TEST_F(RevControlP4Test, OnlyTheFirstLineIsJudged) {

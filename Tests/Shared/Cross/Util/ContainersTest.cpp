@@ -1,5 +1,3 @@
-#include "Shared/Cross/Util/FixedString.h"
-#include "Shared/Cross/Util/RefCountString.h"
 #include "Shared/Cross/Util/StlExSmallVector.h"
 
 #include <gtest/gtest.h>
@@ -63,48 +61,4 @@ TEST(StlExSmallVector, AddsItsOwnElements) {
     Texts texts = MakeTexts(3);
     texts.push_back(texts[0]);
     EXPECT_EQ(texts.back(), texts[0]);
-}
-
-TEST(StlExSmallVector, ShrinksFromItsEnd) {
-    Texts texts = MakeTexts(5);
-    texts.pop_back();
-    ExpectTexts(texts, 4);
-    texts.clear();
-    EXPECT_TRUE(texts.empty());
-}
-
-TEST(StlExSmallVector, HoldsWhatCanOnlyMove) {
-    StlExSmallVector<std::unique_ptr<int>, 1> values;
-    values.push_back(std::make_unique<int>(1));
-    values.emplace_back(std::make_unique<int>(2));
-    EXPECT_EQ(*values[0] + *values[1], 3);
-}
-
-TEST(FixedString, CutsWhatDoesntFitAndSaysSo) {
-    FixedString<5> text;
-    EXPECT_TRUE(text.IsEmpty());
-    EXPECT_STREQ(text.GetText(), "");
-    EXPECT_TRUE(text.Assign("12345"));
-    EXPECT_FALSE(text.Append("6"));
-    EXPECT_FALSE(text.Assign("abcdefg"));
-    EXPECT_STREQ(text.GetText(), "abcde");
-    EXPECT_TRUE(text == "abcde");
-    text.Clear();
-    EXPECT_STREQ(text.GetText(), "");
-}
-
-TEST(RefCountString, CopiesShareOneText) {
-    const RefCountString text("some text");
-    const RefCountString copy = text;
-    EXPECT_EQ(text.GetText(), copy.GetText());
-    EXPECT_TRUE(copy == RefCountString("some text"));
-    EXPECT_FALSE(copy == RefCountString("another"));
-}
-
-TEST(RefCountString, NoTextIsAnEmptyOne) {
-    for (const RefCountString& text : {RefCountString(), RefCountString(""), RefCountString(nullptr)}) {
-        EXPECT_TRUE(text.IsEmpty());
-        EXPECT_STREQ(text.GetText(), "");
-        EXPECT_EQ(text.GetLength(), 0u);
-    }
 }

@@ -10,78 +10,78 @@ namespace {
 constexpr AniMergeFlags s_ModelOnly{.exportModel = true, .exportTextures = false};
 constexpr AniMergeFlags s_TexturesOnly{.exportModel = false, .exportTextures = true};
 constexpr AniMergeFlags s_Nothing{.exportModel = false, .exportTextures = false};
+constexpr const char* s_NotBuilt = "Merge: Unable to build the intermediate model (Data Intermediate)!\n";
 
 class AniMergeTest : public MergeFixture {
 protected:
     std::string ReadLog() const { return m_Server.Read("int/ref.log"); }
 };
 
-TEST_F(AniMergeTest, AnimationsAreMergedInTheirOrder) {
-    m_Server.Write("int/die.pvx", MakeAnimFile({"hip", "knee"}));
-    ASSERT_TRUE(Merge({"int\\run.pvx", "int\\die.pvx"}));
+TEST_F(AniMergeTest, EachFileAddsItsFirstAnimation) {
+    const std::string die = MakeAnimChunk({"hip", "knee"}, "die");
+    m_Server.Write("int/die.pvx", MakeModelFile(die + MakeAnimChunk({"hip"}, "fall")));
+    m_Server.Write("int/empty.pvx", MakeModelFile(""));
+    // No merge looks at an animation file's skeleton.
+    m_Server.Write("int/damaged.pvx", MakeModelFile(ChunkBytes::Data("SKEL", "????", 2) + die));
+    const std::vector<std::string> files = {"int\\run.pvx", "int\\empty.pvx", "int\\die.pvx", "int\\damaged.pvx"};
+    ASSERT_TRUE(Merge(files));
     EXPECT_EQ(m_Text, "");
     EXPECT_TRUE(AreServicesDown());
     EXPECT_THAT(ReadLog(), HasSubstr("closed without errors"));
+    EXPECT_THAT(ReadLog(), HasSubstr("MERGE -- 'int\\damaged.pvx': its bones can't be held against the model's: "));
     EXPECT_TRUE(ra::IsGenericLoad());
+    const std::string bytes = m_Server.Read("gen/art/tank.pvx");
+    ASSERT_TRUE(Merge(files));
+    EXPECT_EQ(m_Server.Read("gen/art/tank.pvx"), bytes);
 
     const ModelServices services;
     const std::unique_ptr<RenderModel> pModel = ReadMerged();
     ASSERT_TRUE(pModel && pModel->GetAnimList() && pModel->GetSkeleton());
     EXPECT_STREQ(pModel->GetName(), "tank");
-    ASSERT_EQ(pModel->GetAnimList()->GetCount(), 2u);
-    const Anim& run = *pModel->GetAnimList()->GetNode(0)->GetAnim().GetData();
-    ASSERT_EQ(run.GetBoneCount(), 2u);
-    ASSERT_TRUE(run.GetBone(0).pPosition);
-    EXPECT_EQ(run.GetBone(0).pPosition->GetKey(1).value.x, 5);
     EXPECT_EQ(pModel->GetMeshGroup()->GetMeshCount(), 1u);
+    ASSERT_EQ(pModel->GetAnimList()->GetCount(), 3u);
+    const auto getAnim = [&](uint32_t i) -> const Anim& {
+        return *pModel->GetAnimList()->GetNode(i)->GetAnim().GetData();
+    };
+    EXPECT_STREQ(getAnim(0).GetName(), "run");
+    EXPECT_STREQ(getAnim(1).GetName(), "die");
+    ASSERT_EQ(getAnim(0).GetBoneCount(), 2u);
+    ASSERT_TRUE(getAnim(0).GetBone(0).pPosition);
+    EXPECT_EQ(getAnim(0).GetBone(0).pPosition->GetKey(1).value.x, 5);
 }
 
 TEST_F(AniMergeTest, StartThatFailsSaysNothingAndLeavesUpWhatIsUp) {
-    const std::string ini = m_Server.Read("pipeline.ini");
-    const auto fails = [&] { return !Merge({}) && m_Text.empty() && ProcessLog::IsOpen() && !Inv::IsInitialized(); };
-
-    m_Server.Write("pipeline.ini", "");
-    EXPECT_TRUE(fails());
-    EXPECT_FALSE(Pipeline::IsInitialized());
+    const auto fails = [&](const std::string& model) {
+        return !AniMerge(MakeArguments({}, model), {}) && m_Text.empty() && ProcessLog::IsOpen() &&
+               !Inv::IsInitialized();
+    };
+    m_Server.Write("elsewhere/ref.pvx", "");
+    EXPECT_TRUE(fails("elsewhere\\ref.pvx"));
+    EXPECT_TRUE(FilePath::HasAlias("DATA:x") && !FilePath::HasAlias("GENERIC:x"));
     AniMergeShutdown(0);
 
     for (const char* pGlobal : {"", "[Global]\r\nToolsData=NotThere\r\n"}) {
         WriteIni("", pGlobal);
-        EXPECT_TRUE(fails()) << pGlobal;
+        EXPECT_TRUE(fails(s_Model)) << pGlobal;
         EXPECT_TRUE(Pipeline::IsInitialized() && FilePath::HasAlias("TOOL:x") && !FilePath::HasAlias("DATA:x"));
         AniMergeShutdown(0);
     }
 
-    m_Server.Write("pipeline.ini", ini);
-    AniMergeArguments arguments = MakeArguments({});
-    arguments.modelFile = "elsewhere\\ref.pvx";
-    m_Server.Write("elsewhere/ref.pvx", "");
-    EXPECT_FALSE(AniMerge(arguments, {}));
-    EXPECT_EQ(m_Text, "");
-    EXPECT_TRUE(FilePath::HasAlias("DATA:x") && !FilePath::HasAlias("GENERIC:x"));
-}
-
-TEST_F(AniMergeTest, TwoArgumentsHaveStartedEverything) {
-    AniMergeArguments arguments = MakeArguments({});
-    arguments.count = 2;
-    EXPECT_FALSE(AniMerge(arguments, {}));
-    EXPECT_EQ(m_Text, "Ani-merge : usage 'Ani-merge <merge file> <model file> <anim file(s)>* '\n");
-    EXPECT_TRUE(AreServicesUp());
+    m_Server.Write("pipeline.ini", "");
+    EXPECT_TRUE(fails(s_Model));
+    EXPECT_FALSE(Pipeline::IsInitialized());
 }
 
 TEST_F(AniMergeTest, AModelThatCannotBeLoadedIsNamed) {
-    AniMergeArguments arguments = MakeArguments({});
-    arguments.modelFile = "int\\none.pvx";
-    EXPECT_FALSE(AniMerge(arguments, {}));
-    EXPECT_EQ(m_Text, "Merge: Unable to load file '" + arguments.modelFile + "'!\n");
-    EXPECT_TRUE(AreServicesUp());
-    AniMergeShutdown(0);
-    EXPECT_THAT(m_Server.Read("int/none.log"),
-                HasSubstr("RENDER ANIM -- TOOL:" + arguments.modelFile + ": Unable to open file!"));
-
-    m_Server.Write("int/ref.pvx", "no model at all, but long enough for a header");
-    EXPECT_FALSE(Merge({}));
-    EXPECT_THAT(m_Text, HasSubstr("Unable to load file"));
+    m_Server.Write("int/bad.pvx", "no model at all, but long enough for a header");
+    for (const std::string name : {"none", "bad"}) {
+        m_Text.clear();
+        EXPECT_FALSE(AniMerge(MakeArguments({}, "int\\" + name + ".pvx"), {}));
+        EXPECT_EQ(m_Text, "Merge: Unable to load file 'int\\" + name + ".pvx'!\n");
+        EXPECT_TRUE(AreServicesUp());
+        AniMergeShutdown(0);
+        EXPECT_THAT(m_Server.Read("int/" + name + ".log"), HasSubstr("RENDER ANIM -- TOOL:int\\" + name + ".pvx: "));
+    }
 }
 
 TEST_F(AniMergeTest, WhatAFailureLeftUpIsMetByTheNext) {
@@ -95,16 +95,9 @@ TEST_F(AniMergeTest, WhatAFailureLeftUpIsMetByTheNext) {
 }
 
 TEST_F(AniMergeTest, AnExceptionTakesTheServicesDown) {
-    AniMergeArguments arguments = MakeArguments({});
-    arguments.modelFile = "Z:\\a folder\\model without a point";
-    EXPECT_FALSE(AniMerge(arguments, {}));
-    EXPECT_THAT(m_Text, HasSubstr("pExt"));
-    EXPECT_TRUE(AreServicesDown());
-
     // A merged file that lies in no project has none for its shared textures.
-    arguments = MakeArguments({});
+    AniMergeArguments arguments = MakeArguments({});
     arguments.mergeFile = "elsewhere\\tank.pvx";
-    m_Text.clear();
     EXPECT_FALSE(AniMerge(arguments, {}));
     EXPECT_THAT(m_Text, HasSubstr("projectName"));
     EXPECT_TRUE(AreServicesDown());
@@ -114,10 +107,10 @@ TEST_F(AniMergeTest, AnExceptionTakesTheServicesDown) {
 
 TEST_F(AniMergeTest, TheLogLiesAtTheFirstPoint) {
     m_Server.Write("int/v1.5/ref.pvx", m_Server.Read("int/ref.pvx"));
-    AniMergeArguments arguments = MakeArguments({});
-    arguments.modelFile = "int\\v1.5\\ref.pvx";
-    EXPECT_TRUE(AniMerge(arguments, s_ModelOnly));
+    EXPECT_TRUE(AniMerge(MakeArguments({}, "int\\v1.5\\ref.pvx"), s_ModelOnly));
     EXPECT_TRUE(m_Server.Has("int/v1.log"));
+    EXPECT_FALSE(AniMerge(MakeArguments({}, "Z:\\a folder\\model without a point"), {}));
+    EXPECT_THAT(m_Text, HasSubstr("pExt"));
 }
 
 TEST_F(AniMergeTest, FlagsLeaveOutModelAndTextures) {
@@ -137,20 +130,13 @@ TEST_F(AniMergeTest, FlagsLeaveOutModelAndTextures) {
 }
 
 TEST_F(AniMergeTest, AFileThatCannotBeMergedEndsTheMerge) {
-    const std::pair<const char*, std::string> files[] = {
-        {"missing", ""},
-        {"damaged", MakeAnimFile({"hip"}).substr(0, 200)},
-        {"no model", "no model at all, but long enough for a header"},
-    };
-    for (const auto& [pName, bytes] : files) {
-        const std::string name = std::string("int\\") + pName + ".pvx";
-        if (!bytes.empty())
-            m_Server.Write(std::string("int/") + pName + ".pvx", bytes);
-        EXPECT_FALSE(Merge({name, "int\\run.pvx"})) << pName;
-        EXPECT_EQ(m_Text, "Merge: Unable to build the intermediate model (Data Intermediate)!\n") << pName;
+    m_Server.Write("int/damaged.pvx", MakeAnimFile({"hip"}).substr(0, 200));
+    for (const std::string name : {"int\\missing.pvx", "int\\damaged.pvx"}) {
+        EXPECT_FALSE(Merge({name, "int\\run.pvx"})) << name;
+        EXPECT_EQ(m_Text, s_NotBuilt) << name;
         EXPECT_TRUE(AreServicesUp());
         AniMergeShutdown(0);
-        EXPECT_THAT(ReadLog(), HasSubstr("RENDER ANIM -- TOOL:" + name + ": ")) << pName;
+        EXPECT_THAT(ReadLog(), HasSubstr("RENDER ANIM -- TOOL:" + name + ": ")) << name;
         EXPECT_FALSE(m_Server.Has("gen/art/tank.pvx"));
     }
 }
@@ -158,40 +144,23 @@ TEST_F(AniMergeTest, AFileThatCannotBeMergedEndsTheMerge) {
 TEST_F(AniMergeTest, AModelWithoutASkeletonTakesNoBones) {
     WriteModel("int/ref.pvx", {}, {});
     EXPECT_FALSE(Merge({"int\\run.pvx"}));
-    EXPECT_EQ(m_Text, "Merge: Trying to merge animations but ref model doesn't have a skeleton"
-                      "Merge: Unable to build the intermediate model (Data Intermediate)!\n");
+    EXPECT_EQ(m_Text,
+              std::string("Merge: Trying to merge animations but ref model doesn't have a skeleton") + s_NotBuilt);
     AniMergeShutdown(0);
     m_Server.Write("int/still.pvx", MakeAnimFile({}));
     EXPECT_TRUE(Merge({"int\\still.pvx"}));
     EXPECT_EQ(m_Text, "");
 }
 
-TEST_F(AniMergeTest, AFileWithoutAnAnimationAddsNothing) {
-    m_Server.Write("int/empty.pvx", MakeModelFile(""));
-    m_Server.Write("int/two.pvx", MakeModelFile(MakeAnimChunk({"hip"}) + MakeAnimChunk({"hip"})));
-    ASSERT_TRUE(Merge({"int\\empty.pvx", "int\\two.pvx"}));
-    const ModelServices services;
-    EXPECT_EQ(ReadMerged()->GetAnimList()->GetCount(), 1u) << "of each file the first animation alone";
-}
-
 TEST_F(AniMergeTest, AMergedFileThatCannotBeWrittenIsNamed) {
-    // Read-only, as every file that one hasn't opened; this one can't be, since somebody else has it.
-    m_Server.Submit("gen/art/tank.pvx", "old", true, "binary+l");
-    m_Server.OpenByOther("gen/art/tank.pvx", true);
+    SubmitOfOther("gen/art/tank.pvx");
     EXPECT_FALSE(Merge({}));
     EXPECT_EQ(m_Text, "Merge: Unable to save the model 'tank'\n.  Please make sure no one else has it checked-out in "
                       "P4 (Data Generic / Data Final)!\n");
     EXPECT_TRUE(AreServicesUp());
-    EXPECT_EQ(m_Server.Read("gen/art/tank.pvx"), "old");
+    EXPECT_EQ(m_Server.Read("gen/art/tank.pvx"), "theirs");
     AniMergeShutdown(0);
     EXPECT_THAT(ReadLog(), HasSubstr("RENDER ANIM -- TOOL:gen\\art\\tank.pvx: "));
-}
-
-TEST_F(AniMergeTest, TheSameFilesGiveTheSameBytes) {
-    ASSERT_TRUE(Merge({"int\\run.pvx"}));
-    const std::string bytes = m_Server.Read("gen/art/tank.pvx");
-    ASSERT_TRUE(Merge({"int\\run.pvx"}));
-    EXPECT_EQ(m_Server.Read("gen/art/tank.pvx"), bytes);
 }
 
 } // namespace

@@ -49,12 +49,22 @@ protected:
         m_Server.Write(name, ModelServices().MakeModel(bones, shaders));
     }
     std::string At(const std::string& name) const { return m_Server.Path(name); }
+    // Somebody else has opened the file "theirs" alone, so that it stays read-only.
+    void SubmitOfOther(const std::string& name) {
+        m_Server.Submit(name, "theirs", true, "binary+l");
+        m_Server.OpenByOther(name, true);
+    }
+    // What a script is told when a file can't be opened or burnt.
+    std::string TellUnable(const std::string& what, const std::string& file, const std::string& mark = "") const {
+        return "Merge: Unable to " + what + " '" + At(file) + "'" + mark +
+               " in P4!  Please make sure no one else has it checked-out in P4 (Data Generic / Data Final)!\n";
+    }
 
     static constexpr const char* s_Merged = "gen\\art\\tank.pvx";
     static constexpr const char* s_Model = "int\\ref.pvx";
 
-    static AniMergeArguments MakeArguments(const std::vector<std::string>& anims) {
-        return {.count = 3, .mergeFile = s_Merged, .modelFile = s_Model, .animFiles = anims};
+    static AniMergeArguments MakeArguments(const std::vector<std::string>& anims, const std::string& model = s_Model) {
+        return {.count = 3, .mergeFile = s_Merged, .modelFile = model, .animFiles = anims};
     }
     bool Merge(const std::vector<std::string>& anims, const AniMergeFlags& flags = {}) {
         m_Text.clear();

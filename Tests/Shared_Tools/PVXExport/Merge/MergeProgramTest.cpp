@@ -52,30 +52,30 @@ TEST_F(MergeProgram, TheSummaryTellsWhatWasMergedAndWhichBonesDiffer) {
     EXPECT_THAT(Merge({"int/run.pvx"}, {"--quiet"}).err, IsEmpty());
 }
 
-TEST_F(MergeProgram, FilesThatCannotBeReadAreRefusedAheadOfTheWork) {
-    const ProgramResult result = Merge({"int/run.pvx", "int/none.pvx"});
-    EXPECT_EQ(result.status, 2);
-    EXPECT_EQ(result.err, At("int/none.pvx") + ": there is no such file; name an exported animation\n");
+TEST_F(MergeProgram, WhatCannotBeMergedIsRefusedAheadOfTheWork) {
+    const std::string merged = At("gen/new/tank.pvx");
+    const std::string model = At("int/ref.pvx");
+    const auto expectRefused = [](const std::vector<std::string>& files, const std::string& text) {
+        std::vector<std::string> words = files;
+        words.insert(words.begin(), "merge");
+        const ProgramResult result = RunProgram("pvxhost", words);
+        EXPECT_EQ(result.status, 2) << text;
+        EXPECT_THAT(result.err, testing::StartsWith(text));
+    };
+    expectRefused({merged, model, At("int/none.pvx")},
+                  At("int/none.pvx") + ": there is no such file; name an exported animation\n");
+    expectRefused({merged, model, At("int")}, At("int") + ": is a folder");
+    expectRefused({At("int/tank.pvx"), model}, At("int/tank.pvx") + ": lies in the generic folder of no project of \"");
+    const std::string elsewhere = Write("ref.pvx", "");
+    expectRefused({merged, elsewhere}, elsewhere + ": lies in the intermediate folder of no project of \"" +
+                                           At("pipeline.ini") + "\"; export the model to such a folder\n");
     EXPECT_FALSE(HasMerged());
     EXPECT_EQ(Merge({"int/none.pvx"}, {"--no-model"}).status, 0) << "animations don't matter then";
-    EXPECT_EQ(Merge({"int"}).status, 2);
-
-    const auto mergeElsewhere = [this](std::vector<std::string> options) {
-        options.insert(options.begin(), {"merge", At("int/tank.pvx"), At("int/ref.pvx")});
-        return RunProgram("pvxhost", options);
-    };
-    EXPECT_THAT(mergeElsewhere({}).err,
-                testing::StartsWith(At("int/tank.pvx") + ": lies in the generic folder of no project of \""));
-    EXPECT_EQ(mergeElsewhere({"--no-textures"}).status, 0) << "no project is asked for";
-    const std::string elsewhere = Write("ref.pvx", "");
-    EXPECT_EQ(RunProgram("pvxhost", {"merge", At("gen/new/tank.pvx"), elsewhere}).err,
-              elsewhere + ": lies in the intermediate folder of no project of \"" + At("pipeline.ini") +
-                  "\"; export the model to such a folder\n");
+    EXPECT_EQ(RunProgram("pvxhost", {"merge", At("int/tank.pvx"), model, "--no-textures"}).status, 0)
+        << "no project is asked for";
     std::filesystem::remove(At("pipeline.ini"));
-    const ProgramResult alone = Merge({});
-    EXPECT_EQ(alone.status, 2);
-    EXPECT_EQ(alone.err, At("int/ref.pvx") + ": lies in no project: there is no pipeline.ini in \"" + At("int") +
-                             "\" or above it\n");
+    expectRefused({merged, model},
+                  model + ": lies in no project: there is no pipeline.ini in \"" + At("int") + "\" or above it\n");
 }
 
 TEST_F(MergeProgram, AFailureTellsItsReason) {

@@ -60,7 +60,7 @@ private:
 };
 
 // An animation alone, as an export of it is: for each bone two keys, the second one further to the side.
-inline std::string MakeAnimChunk(const std::vector<std::string>& bones) {
+inline std::string MakeAnimChunk(const std::vector<std::string>& bones, std::string_view name = "run") {
     std::string streams = ChunkBytes::Data("INFO", PayloadBytes().U32(2).F32({0.5f}).Get());
     for (const std::string& bone : bones)
         streams += NamedData("BANM", bone,
@@ -71,7 +71,7 @@ inline std::string MakeAnimChunk(const std::vector<std::string>& bones) {
                                  .U8(1)
                                  .Get(),
                              1);
-    return NamedFolder("ANIM", "run", NamedFolder("DATA", "run", streams, 1), 1);
+    return NamedFolder("ANIM", name, NamedFolder("DATA", name, streams, 1), 1);
 }
 inline std::string MakeModelFile(const std::string& children) {
     return ChunkBytes::FileHeader() + NamedFolder("QPVX", "run", children, 1);

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <numeric>
+
+#include <glm/geometric.hpp>
 
 namespace reference {
 
@@ -34,34 +35,23 @@ template void Unique(std::vector<VertexWeight>&, std::vector<uint32_t>&);
 
 namespace {
 
-glm::vec3 Cross(glm::vec3 a, glm::vec3 b) {
-    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
-}
-float Dot(glm::vec3 a, glm::vec3 b) { return a.x * b.x + a.y * b.y + a.z * b.z; }
-glm::vec3 Normalised(glm::vec3 v) { return v * (1.0f / std::sqrt(Dot(v, v))); }
+glm::vec3 Normalised(glm::vec3 v) { return v * (1.0f / std::sqrt(glm::dot(v, v))); }
 
 std::vector<glm::vec3> RemoveInvalid(MeshForm& form, std::vector<int>& removed) {
     std::vector<glm::vec3> normals;
+    std::vector<MeshFace> kept;
+    const auto& p = form.cVertex;
     for (size_t i = 0; i < form.cFace.size(); ++i) {
-        MeshFace& f = form.cFace[i];
-        const auto& p = form.cVertex;
-        const bool twice = f.v[0] == f.v[1] || f.v[1] == f.v[2] || f.v[2] == f.v[0];
-        const glm::vec3 cross = Cross(p[f.v[1]] - p[f.v[0]], p[f.v[2]] - p[f.v[0]]);
-        if (twice || Dot(cross, cross) == 0.0f) {
+        const auto& v = form.cFace[i].v;
+        const glm::vec3 cross = glm::cross(p[v[1]] - p[v[0]], p[v[2]] - p[v[0]]);
+        if (v[0] == v[1] || v[1] == v[2] || v[2] == v[0] || glm::dot(cross, cross) == 0.0f) {
             removed.push_back(static_cast<int>(i));
-            f.v = {0xffff, 0xffff, 0xffff};
-        } else {
-            normals.push_back(Normalised(cross));
+            continue;
         }
+        normals.push_back(Normalised(cross));
+        kept.push_back(form.cFace[i]);
     }
-    for (bool again = true; again;) {
-        again = false;
-        for (size_t i = 0; i < form.cFace.size() && !again; ++i)
-            if (form.cFace[i].v == std::array<uint16_t, 3>{0xffff, 0xffff, 0xffff}) {
-                form.cFace.erase(form.cFace.begin() + static_cast<std::ptrdiff_t>(i));
-                again = true;
-            }
-    }
+    form.cFace = kept;
     return normals;
 }
 
@@ -89,7 +79,7 @@ bool BuildNormals(MeshForm& form, std::vector<int>& removed, int& failed) {
             for (const size_t k : facesAt[f.v[c]])
                 if (form.cFace[k].smGroup & f.smGroup)
                     sum += faceNormals[k];
-            if (Dot(sum, sum) == 0.0f) {
+            if (glm::dot(sum, sum) == 0.0f) {
                 failed = static_cast<int>(i);
                 return false;
             }

@@ -2,12 +2,18 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "Shared_Tools/PVXExport/Mesh/MeshForm.h"
 #include "Shared_Tools/PVXExport/Mesh/VertexKeys.h"
 
 namespace reference {
+
+template <class T>
+std::string BytesOf(const std::vector<T>& array) {
+    return array.empty() ? "" : std::string(reinterpret_cast<const char*>(array.data()), array.size() * sizeof(T));
+}
 
 template <class T>
 void Unique(std::vector<T>& array, std::vector<uint32_t>& remap);

@@ -4,7 +4,6 @@
 #include <random>
 #include <vector>
 
-#include "Shared/Cross/Debug/db.h"
 #include "Shared_Tools/PVXExport/Mesh/MeshForm.h"
 
 // A mesh without any shape, but with all that makes conversions stumble: equal positions, faces without area, zeros of

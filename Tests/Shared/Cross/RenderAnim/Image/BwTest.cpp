@@ -17,30 +17,17 @@ TEST_F(Bw, PixelsLieBehindTheHeader) {
 }
 
 TEST_F(Bw, FaultsHaveTheirTexts) {
-    const struct {
-        size_t offset;
-        uint8_t value;
-        const char* pText;
-    } faults[] = {
-        {0, 2, "BW file header is mangled. [DATA:pic]"},
-        {2, 2, "BW file header is mangled. [DATA:pic]"},
-        {5, 4, "BW file header is mangled. [DATA:pic]"},
-        {2, 1, "BW is run-length encoded"},
-        {3, 2, "BW hasn't one byte of luminance a pixel. [DATA:pic]"},
-        {5, 3, "BW hasn't one byte of luminance a pixel. [DATA:pic]"},
-        {7, 0, "no pixels (0x3)"},
-        {6, 0x20, "8197x3 pixels"},
-        {8, 0x02, "BW file doesn't have enough pixels. [DATA:pic]"},
-    };
-    for (const auto& [offset, value, pText] : faults) {
-        Bytes bytes = MakeBw(5, 3);
-        bytes[offset] = value;
-        ExpectRefused(ReadBw, bytes, pText);
-    }
+    ExpectFaultsRefused<uint8_t>(ReadBw, MakeBw(5, 3),
+                                 {
+                                     {0, 2, "BW file header is mangled. [DATA:pic]"},
+                                     {2, 2, "BW file header is mangled. [DATA:pic]"},
+                                     {5, 4, "BW file header is mangled. [DATA:pic]"},
+                                     {2, 1, "BW is run-length encoded"},
+                                     {3, 2, "BW hasn't one byte of luminance a pixel. [DATA:pic]"},
+                                     {5, 3, "BW hasn't one byte of luminance a pixel. [DATA:pic]"},
+                                     {7, 0, "no pixels (0x3)"},
+                                     {6, 0x20, "8197x3 pixels"},
+                                     {8, 0x02, "BW file doesn't have enough pixels. [DATA:pic]"},
+                                 });
     ExpectRefused(ReadBw, Bytes(511), "BW is too small. [DATA:pic]");
-    ReportCapture capture;
-    EXPECT_EQ(ReadBw({.pName = "DATA:pic"}, m_Flags), nullptr);
-    EXPECT_TRUE(ReportCapture::HasWarning("BW is non-existant. [DATA:pic]"));
 }
-
-TEST_F(Bw, EveryTruncationIsRefused) { ExpectEveryTruncationRefused(ReadBw, MakeBw(3, 2)); }

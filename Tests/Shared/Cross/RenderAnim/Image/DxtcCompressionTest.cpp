@@ -24,15 +24,20 @@ std::unique_ptr<Image> MakeSlope(uint32_t width, uint32_t height, bool withAlpha
 } // namespace
 
 TEST(DxtcCompression, ComesBackAsItWas) {
-    for (const ImageType format : s_Formats)
-        for (const DxtcQuality quality : {DxtcQuality::Fast, DxtcQuality::Best}) {
-            const bool withAlpha = format != IMAGETYPE_DXT1;
-            const std::unique_ptr<Image> pSource = MakeSlope(128, 64, withAlpha);
-            const std::unique_ptr<Image> pResult = CompressImage(*pSource, format, quality);
-            ASSERT_NE(pResult, nullptr);
+    const std::unique_ptr<Image> pNoise = MakeRandomImage(IMAGETYPE_RGBA32, 64, 64);
+    for (Colour& colour : ImageCast<Image_RGBA32>(pNoise.get())->GetPixels())
+        colour.a = 255;
+    for (const ImageType format : s_Formats) {
+        const auto measure = [&](const Image& source, DxtcQuality quality) {
+            const std::unique_ptr<Image> pResult = CompressImage(source, format, quality);
             EXPECT_EQ(pResult->GetType(), format);
-            EXPECT_GT(DxtcDecoder::GetPsnr(*pSource, *DxtcDecoder::Decode(*pResult), true), 34.0) << format;
-        }
+            return DxtcDecoder::GetPsnr(source, *DxtcDecoder::Decode(*pResult), true);
+        };
+        const std::unique_ptr<Image> pSlope = MakeSlope(128, 64, format != IMAGETYPE_DXT1);
+        EXPECT_GT(measure(*pSlope, DxtcQuality::Fast), 34.0) << format;
+        EXPECT_GT(measure(*pSlope, DxtcQuality::Best), 34.0) << format;
+        EXPECT_GE(measure(*pNoise, DxtcQuality::Best), measure(*pNoise, DxtcQuality::Fast)) << format;
+    }
 }
 
 TEST(DxtcCompression, OneBitOfAlphaSplitsAtTheMiddle) {
@@ -58,19 +63,6 @@ TEST(DxtcCompression, SmallLevelsTakeAWholeBlock) {
         EXPECT_NEAR(colour.g, 16, 2) << format;
         EXPECT_NEAR(colour.r, 248, 2) << format;
         EXPECT_EQ(colour.a, 255) << format;
-    }
-}
-
-TEST(DxtcCompression, TheBestIsNoWorse) {
-    const std::unique_ptr<Image> pSource = MakeRandomImage(IMAGETYPE_RGBA32, 64, 64);
-    for (Colour& colour : ImageCast<Image_RGBA32>(pSource.get())->GetPixels())
-        colour.a = 255;
-    for (const ImageType format : s_Formats) {
-        const auto measure = [&](DxtcQuality quality) {
-            return DxtcDecoder::GetPsnr(*pSource, *DxtcDecoder::Decode(*CompressImage(*pSource, format, quality)),
-                                        true);
-        };
-        EXPECT_GE(measure(DxtcQuality::Best), measure(DxtcQuality::Fast)) << format;
     }
 }
 

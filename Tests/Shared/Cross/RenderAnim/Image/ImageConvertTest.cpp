@@ -1,6 +1,8 @@
 #include "Shared/Cross/RenderAnim/Image/ImageConvert.h"
 
 #include <array>
+#include <cstring>
+#include <map>
 #include <set>
 
 #include "Tests/Shared/Cross/RenderAnim/Image/ImageTesting.h"
@@ -11,44 +13,38 @@ constexpr ImageType s_Types[] = {IMAGETYPE_RGBA32,   IMAGETYPE_LUMINANCE8, IMAGE
                                  IMAGETYPE_RGBA5551, IMAGETYPE_RGBA4444,   IMAGETYPE_RGB888,   IMAGETYPE_DXT1,
                                  IMAGETYPE_DXT3,     IMAGETYPE_DXT5};
 
-// A channel of so many bits as one of 8: its bits over and over from the top.
-uint32_t Repeat(uint32_t channel, uint32_t bits) {
-    uint32_t repeated = 0;
-    for (uint32_t bit = 0; bit < 8; ++bit)
-        repeated = repeated << 1 | (channel >> (bits - 1 - bit % bits) & 1);
-    return repeated;
-}
+// How many bits blue, green, red and alpha have in a pixel, from the lowest on.
+const std::map<ImageType, std::array<uint32_t, 4>> s_Bits = {{IMAGETYPE_RGBA32, {8, 8, 8, 8}},
+                                                             {IMAGETYPE_RGB565, {5, 6, 5, 0}},
+                                                             {IMAGETYPE_RGBA5551, {5, 5, 5, 1}},
+                                                             {IMAGETYPE_RGBA4444, {4, 4, 4, 4}},
+                                                             {IMAGETYPE_RGB888, {8, 8, 8, 0}}};
 
-Colour FromFields(uint32_t value, const std::array<uint32_t, 4>& bits) {
-    std::array<uint32_t, 4> channels{}; // blue, green, red, alpha
-    for (size_t i = 0; i < 4; ++i) {
-        channels[i] = bits[i] ? Repeat(value & ((1u << bits[i]) - 1), bits[i]) : 255;
-        value >>= bits[i];
-    }
-    return Colour::FromValue(channels[0] | channels[1] << 8 | channels[2] << 16 | channels[3] << 24);
+// The lowest bits as a channel of 8: over and over from the top; without any, all set.
+uint8_t Repeat(uint32_t channel, uint32_t bits) {
+    uint32_t repeated = bits ? 0 : 255;
+    for (uint32_t bit = 0; bit < 8 && bits; ++bit)
+        repeated = repeated << 1 | (channel >> (bits - 1 - bit % bits) & 1);
+    return static_cast<uint8_t>(repeated);
 }
 
 // The colour of a pixel, worked out from the bytes.
 Colour ReferenceColour(const Image& image, size_t i, uint32_t level) {
-    const uint8_t* pData = image.GetData(level).data();
-    const uint32_t value16 =
-        static_cast<uint32_t>(i * 2 + 1 < image.GetDataSize(level) ? pData[i * 2] | pData[i * 2 + 1] << 8 : 0);
-    switch (image.GetType()) {
-    case IMAGETYPE_RGBA32:
-        return {pData[i * 4], pData[i * 4 + 1], pData[i * 4 + 2], pData[i * 4 + 3]};
-    case IMAGETYPE_LUMINANCE8:
-        return {pData[i], pData[i], pData[i], 255};
-    case IMAGETYPE_PALETTE8:
-        return ImageCast<Image_Palette>(&image)->GetPalette()[pData[i]];
-    case IMAGETYPE_RGB565:
-        return FromFields(value16, {5, 6, 5, 0});
-    case IMAGETYPE_RGBA5551:
-        return FromFields(value16, {5, 5, 5, 1});
-    case IMAGETYPE_RGBA4444:
-        return FromFields(value16, {4, 4, 4, 4});
-    default:
-        return {pData[i * 3], pData[i * 3 + 1], pData[i * 3 + 2], 255};
+    const std::span<const uint8_t> data = image.GetData(level);
+    if (image.GetType() == IMAGETYPE_LUMINANCE8)
+        return {data[i], data[i], data[i], 255};
+    if (image.GetType() == IMAGETYPE_PALETTE8)
+        return ImageCast<Image_Palette>(&image)->GetPalette()[data[i]];
+    const size_t size = image.GetBitsPerPixel() / 8;
+    uint32_t value = 0;
+    std::memcpy(&value, &data[i * size], size);
+    Colour colour;
+    for (size_t k = 0; k < 4; ++k) {
+        const uint32_t bits = s_Bits.at(image.GetType())[k];
+        colour.*s_Channels[k] = Repeat(value, bits);
+        value >>= bits;
     }
+    return colour;
 }
 
 } // namespace
@@ -84,16 +80,14 @@ TEST(ImageConvert, ColoursShrinkToTheirHighBits) {
 TEST(ImageConvert, LuminanceIsThatOfThePalette) {
     const std::unique_ptr<Image> pSource = MakeRandomImage(IMAGETYPE_PALETTE8, 16, 16);
     Image_Palette& paletted = *ImageCast<Image_Palette>(pSource.get());
-    for (size_t i = 0; i < 128; ++i) // half of it grey
-        paletted.GetPalette()[i] = {static_cast<uint8_t>(i), static_cast<uint8_t>(i), static_cast<uint8_t>(i), 0};
+    for (uint8_t i = 0; i < 128; ++i) // half of it grey
+        paletted.GetPalette()[i] = {i, i, i, 0};
     const std::unique_ptr<Image> pResult = Convert(IMAGETYPE_LUMINANCE8, *pSource);
     for (size_t i = 0; i < 256; ++i) {
-        const Colour colour = paletted.GetPalette()[paletted.GetPixels()[i]];
+        const uint8_t index = paletted.GetPixels()[i];
+        const Colour colour = paletted.GetPalette()[index];
         const double light = 0.299 * colour.r + 0.587 * colour.g + 0.114 * colour.b;
-        EXPECT_NEAR(pResult->GetData()[i], light, 1.0);
-        if (paletted.GetPixels()[i] < 128) {
-            EXPECT_EQ(pResult->GetData()[i], paletted.GetPixels()[i]);
-        }
+        EXPECT_NEAR(pResult->GetData()[i], light, index < 128 ? 0.001 : 1.0);
     }
 }
 
@@ -121,13 +115,6 @@ TEST(ImageConvert, NoOtherPairExists) {
         }
 }
 
-TEST(ImageConvert, ACopyHasThePalette) {
-    const std::unique_ptr<Image> pSource = MakeRandomImage(IMAGETYPE_PALETTE8, 2, 2);
-    const std::unique_ptr<Image> pCopy = Convert(IMAGETYPE_PALETTE8, *pSource);
-    EXPECT_EQ(ImageCast<Image_Palette>(pCopy.get())->GetPalette(),
-              ImageCast<Image_Palette>(pSource.get())->GetPalette());
-}
-
 // Against the mean over an enlargement in which pixels of both sizes are whole numbers of cells.
 TEST(ImageRescale, APixelIsTheMeanOfItsArea) {
     const uint32_t sizes[][4] = {{5, 7, 3, 2}, {4, 6, 4, 6}, {3, 2, 7, 5}, {8, 8, 1, 1}, {1, 1, 3, 2}, {6, 5, 2, 9}};
@@ -138,18 +125,13 @@ TEST(ImageRescale, APixelIsTheMeanOfItsArea) {
             for (uint32_t x = 0; x < width; ++x) {
                 uint32_t sums[4] = {};
                 for (uint32_t v = 0; v < fromHeight; ++v)
-                    for (uint32_t u = 0; u < fromWidth; ++u) {
-                        const Colour colour =
-                            GetPixel(*pSource, (x * fromWidth + u) / width, (y * fromHeight + v) / height);
-                        sums[0] += colour.b;
-                        sums[1] += colour.g;
-                        sums[2] += colour.r;
-                        sums[3] += colour.a;
-                    }
-                const uint32_t area = fromWidth * fromHeight;
-                EXPECT_EQ(GetPixel(*pResult, x, y).GetValue(),
-                          sums[0] / area | sums[1] / area << 8 | sums[2] / area << 16 | sums[3] / area << 24)
-                    << x << "," << y << " of " << width << "x" << height;
+                    for (uint32_t u = 0; u < fromWidth; ++u)
+                        for (size_t k = 0; k < 4; ++k)
+                            sums[k] += GetPixel(*pSource, (x * fromWidth + u) / width, (y * fromHeight + v) / height).*
+                                       s_Channels[k];
+                for (size_t k = 0; k < 4; ++k)
+                    EXPECT_EQ(GetPixel(*pResult, x, y).*s_Channels[k], sums[k] / (fromWidth * fromHeight))
+                        << x << "," << y << " of " << width << "x" << height;
             }
     }
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <memory>
 #include <random>
+#include <string_view>
 
 #include "Shared/Cross/FileSystem/RamStream.h"
 #include "Shared/Cross/RenderAnim/Image/ImageReaders.h"
@@ -26,10 +27,14 @@ inline std::unique_ptr<Image> MakeRandomImage(ImageType type, uint32_t width, ui
     return pImage;
 }
 
+constexpr uint8_t Colour::*s_Channels[] = {&Colour::b, &Colour::g, &Colour::r, &Colour::a};
+
+inline Bytes GetBytes(const Image& image) { return {image.GetData().begin(), image.GetData().end()}; }
 inline Colour GetPixel(const Image& image, uint32_t x, uint32_t y, uint32_t level = 0) {
     return ImageCast<Image_RGBA32>(&image)->GetPixels(level)[size_t{y} * image.GetWidth(level) + x];
 }
 
+// All that an image is, but for its name.
 inline bool HaveSameData(const Image& left, const Image& right) {
     if (left.GetType() != right.GetType() || left.GetMipCount() != right.GetMipCount() ||
         left.GetWidth() != right.GetWidth() || left.GetHeight() != right.GetHeight())
@@ -37,7 +42,8 @@ inline bool HaveSameData(const Image& left, const Image& right) {
     for (uint32_t level = 0; level < left.GetMipCount(); ++level)
         if (!std::ranges::equal(left.GetData(level), right.GetData(level)))
             return false;
-    return true;
+    const Image_Palette* pLeft = ImageCast<Image_Palette>(&left);
+    return !pLeft || pLeft->GetPalette() == ImageCast<Image_Palette>(&right)->GetPalette();
 }
 
 // Feeds readers with bytes in a block of their very size, so that a sanitizer sees a read of one byte too many.
@@ -55,21 +61,28 @@ protected:
     }
 
     // That the reader gives nothing and says this.
-    void ExpectRefused(Reader pReader, const Bytes& bytes, const char* pText) {
+    void ExpectRefused(Reader pReader, const Bytes& bytes, std::string_view text) {
         ReportCapture capture;
-        EXPECT_EQ(Read(pReader, bytes), nullptr) << pText;
-        EXPECT_EQ(capture.GetWarnings().size(), 1u) << pText;
-        EXPECT_TRUE(ReportCapture::HasWarning(pText))
-            << pText << " expected, but: " << testing::PrintToString(capture.GetWarnings());
+        EXPECT_EQ(Read(pReader, bytes), nullptr) << text;
+        EXPECT_EQ(capture.GetWarnings().size(), 1u) << text;
+        EXPECT_TRUE(ReportCapture::HasWarning(text))
+            << text << " expected, but: " << testing::PrintToString(capture.GetWarnings());
     }
 
-    // Every size below the whole.
-    void ExpectEveryTruncationRefused(Reader pReader, const Bytes& bytes) {
-        for (size_t size = 1; size < bytes.size(); ++size) {
-            ReportCapture capture;
-            EXPECT_EQ(Read(pReader, Bytes(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size))), nullptr)
-                << "cut to " << size;
-            EXPECT_EQ(capture.GetWarnings().size(), 1u) << "cut to " << size;
+    // A sound file cut to every size below its own, and with each of the values in it, of the type given.
+    struct Fault {
+        size_t offset;
+        uint32_t value;
+        const char* pText;
+    };
+    template <typename T>
+    void ExpectFaultsRefused(Reader pReader, const Bytes& sound, std::initializer_list<Fault> faults) {
+        for (size_t size = 1; size < sound.size(); ++size)
+            ExpectRefused(pReader, Bytes(sound.begin(), sound.begin() + static_cast<std::ptrdiff_t>(size)), "");
+        for (const auto& [offset, value, pText] : faults) {
+            Bytes bytes = sound;
+            Put(bytes, offset, static_cast<T>(value));
+            ExpectRefused(pReader, bytes, pText);
         }
     }
 

@@ -10,54 +10,37 @@
 namespace {
 
 using Channels = std::array<int, 4>; // blue, green, red, alpha
+using Box = std::set<Channels>;      // by the colours in it
 
 Channels Split(Colour colour) { return {colour.b, colour.g, colour.r, colour.a}; }
 
-// A box by its bounds; what it holds is looked up among all colours each time.
-struct Box {
-    Channels low;
-    Channels high;
+// The least and the largest of a channel.
+std::pair<int, int> GetBounds(const Box& box, size_t channel) {
+    std::pair<int, int> bounds = {255, 0};
+    for (const Channels& colour : box)
+        bounds = {std::min(bounds.first, colour[channel]), std::max(bounds.second, colour[channel])};
+    return bounds;
+}
 
-    bool Holds(const Channels& colour) const {
-        for (size_t i = 0; i < 4; ++i)
-            if (colour[i] < low[i] || colour[i] > high[i])
-                return false;
-        return true;
-    }
-    void Shrink(const std::set<Channels>& colours) {
-        Box fit{{255, 255, 255, 255}, {0, 0, 0, 0}};
-        for (const Channels& colour : colours)
-            if (Holds(colour))
-                for (size_t i = 0; i < 4; ++i) {
-                    fit.low[i] = std::min(fit.low[i], colour[i]);
-                    fit.high[i] = std::max(fit.high[i], colour[i]);
-                }
-        *this = fit;
-    }
-};
-
-std::vector<Box> ReferenceBoxes(const std::set<Channels>& colours) {
-    std::vector<Box> boxes = {{{0, 0, 0, 0}, {255, 255, 255, 255}}};
-    boxes[0].Shrink(colours);
+std::vector<Box> ReferenceBoxes(const Box& colours) {
+    std::vector<Box> boxes = {colours};
     while (boxes.size() < 256) {
         int extent = 0;
         size_t box = 0;
         size_t channel = 0;
         for (size_t i = 0; i < boxes.size(); ++i)
             for (size_t k = 0; k < 4; ++k)
-                if (boxes[i].high[k] - boxes[i].low[k] >= extent) {
-                    extent = boxes[i].high[k] - boxes[i].low[k];
+                if (const auto [low, high] = GetBounds(boxes[i], k); high - low >= extent) {
+                    extent = high - low;
                     box = i;
                     channel = k;
                 }
         if (extent == 0)
             break;
-        Box rest = boxes[box];
-        const int cut = boxes[box].low[channel] + extent / 2;
-        boxes[box].high[channel] = cut;
-        rest.low[channel] = cut + 1;
-        boxes[box].Shrink(colours);
-        rest.Shrink(colours);
+        const int cut = GetBounds(boxes[box], channel).first + extent / 2;
+        Box rest;
+        std::erase_if(boxes[box],
+                      [&](const Channels& colour) { return colour[channel] > cut && rest.insert(colour).second; });
         boxes.push_back(rest);
     }
     return boxes;
@@ -65,7 +48,7 @@ std::vector<Box> ReferenceBoxes(const std::set<Channels>& colours) {
 
 void ExpectLikeReference(const Image& source) {
     const std::span<const Colour> pixels = ImageCast<Image_RGBA32>(&source)->GetPixels();
-    std::set<Channels> colours;
+    Box colours;
     for (const Colour pixel : pixels)
         colours.insert(Split(pixel));
     const std::vector<Box> boxes = ReferenceBoxes(colours);
@@ -73,15 +56,11 @@ void ExpectLikeReference(const Image& source) {
     for (size_t i = 0; i < 256; ++i) {
         Channels middle{};
         for (size_t k = 0; k < 4 && i < boxes.size(); ++k)
-            middle[k] = (boxes[i].low[k] + boxes[i].high[k]) / 2;
+            middle[k] = (GetBounds(boxes[i], k).first + GetBounds(boxes[i], k).second) / 2;
         EXPECT_EQ(Split(pResult->GetPalette()[i]), middle) << i;
     }
-    for (size_t i = 0; i < pixels.size(); ++i) {
-        size_t first = 0;
-        while (!boxes[first].Holds(Split(pixels[i])))
-            ++first;
-        ASSERT_EQ(pResult->GetPixels()[i], first) << i;
-    }
+    for (size_t i = 0; i < pixels.size(); ++i)
+        ASSERT_TRUE(boxes.at(pResult->GetPixels()[i]).contains(Split(pixels[i]))) << i;
 }
 
 } // namespace

@@ -4,9 +4,7 @@
 //   fault.down             no server
 //   fault.drop             a number: so many commands lose the connection
 //   fault.hang             a command that never answers
-//   fault.stream           a command whose answer never ends
 //   fault.break            a command that breaks off
-//   fault.flood            a number: so many bytes are printed on both streams ahead of every answer
 //   fault.marked           long descriptions have a mark on each line
 //   fault.say.COMMAND      is printed in place of the answer
 
@@ -51,22 +49,6 @@ int LoseConnection(const std::string& reason) {
     return 1;
 }
 
-void Sleep(int milliseconds) { std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds)); }
-
-// More than a pipe holds, on both streams, ahead of reading the form.
-void Flood(size_t size) {
-    const std::string line(99, 'x');
-    for (size_t i = 0; i < size; i += 100) {
-        std::cerr << line << '\n';
-        std::cout << "text: " << line << '\n';
-    }
-}
-
-[[noreturn]] void Stream() {
-    for (;; Sleep(20))
-        std::cout << "info: more" << std::endl;
-}
-
 int Answer(P4State& state, const std::string& command, const std::vector<std::string>& words) {
     P4Commands commands(state);
     commands.Run(command, words);
@@ -106,15 +88,11 @@ int main(int count, char** ppWords) {
     if (command != "info" && faults.TakeOne("drop"))
         return LoseConnection("Partner exited unexpectedly.");
     if (faults.Is("hang", command))
-        Sleep(1000000);
-    if (faults.Is("stream", command))
-        Stream();
+        std::this_thread::sleep_for(std::chrono::hours(1));
     if (faults.Is("break", command)) {
         std::cout << "info: //depot/x#1 - ope" << std::flush;
         return s_BrokenStatus;
     }
-    if (faults.Has("flood"))
-        Flood(std::stoul(faults.Get("flood")));
     if (faults.Has("say." + command)) {
         std::cout << faults.Get("say." + command);
         return 0;

@@ -33,13 +33,11 @@ struct P4Opened {
 struct P4Other { // opened by somebody else
     std::string name;
     std::string user;
-    std::string action = "edit";
     bool locked = false;
 };
 
 struct P4Change { // pending
     int number = 0;
-    std::string client;
     std::string description; // of one line
 };
 
@@ -80,10 +78,10 @@ struct P4State {
                 files.push_back({f[1], std::stoi(f[2]), f[3], f[4], std::stoi(f[5])});
             else if (f.size() == 4 && f[0] == "opened")
                 opened.push_back({f[1], f[2], std::stoi(f[3])});
-            else if (f.size() == 5 && f[0] == "other")
-                others.push_back({f[1], f[2], f[3], f[4] == "1"});
-            else if (f.size() == 4 && f[0] == "change")
-                changes.push_back({std::stoi(f[1]), f[2], f[3]});
+            else if (f.size() == 4 && f[0] == "other")
+                others.push_back({f[1], f[2], f[3] == "1"});
+            else if (f.size() == 3 && f[0] == "change")
+                changes.push_back({std::stoi(f[1]), f[2]});
         }
     }
     void Save() const {
@@ -95,8 +93,8 @@ struct P4State {
         for (const P4Opened& o : opened)
             stream << "opened\t" << o.name << '\t' << o.action << '\t' << o.change << '\n';
         for (const P4Other& o : others)
-            stream << "other\t" << o.name << '\t' << o.user << '\t' << o.action << '\t' << (o.locked ? 1 : 0) << '\n';
+            stream << "other\t" << o.name << '\t' << o.user << '\t' << (o.locked ? 1 : 0) << '\n';
         for (const P4Change& c : changes)
-            stream << "change\t" << c.number << '\t' << c.client << '\t' << c.description << '\n';
+            stream << "change\t" << c.number << '\t' << c.description << '\n';
     }
 };

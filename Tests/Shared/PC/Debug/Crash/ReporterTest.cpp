@@ -1,9 +1,8 @@
 #include "Shared/PC/Debug/Crash/Reporter.h"
 
-#include <gtest/gtest.h>
+#include "Tests/Shared/PC/FileSystem/TempFolder.h"
 
-#include <filesystem>
-#include <fstream>
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -21,24 +20,19 @@ ReporterCall MakeCall() {
 
 } // namespace
 
-TEST(Reporter, CommandLineOfABareCrash) {
-    EXPECT_EQ(BuildReporterCommandLine(MakeCall()),
-              R"("/opt/my tools/BugReport/BugReport.exe" 4711 "pvxhost" "Crash")");
-}
-
-TEST(Reporter, CommandLineWithAllThereIs) {
+TEST(Reporter, CommandLines) {
     ReporterCall call = MakeCall();
+    const std::string bare = BuildReporterCommandLine(call);
+    EXPECT_EQ(bare, R"("/opt/my tools/BugReport/BugReport.exe" 4711 "pvxhost" "Crash")");
     call.isCrash = false;
-    call.reason = "Bug";
     call.furtherText = "further text";
     call.version = "1.2";
     call.language = "english";
     call.config = "/etc/bugreport.ini";
     call.texts = {R"(say "no")", "two"};
     call.files = {{"/a b.log", false}, {R"(/c"d.log)", true}};
-    EXPECT_EQ(BuildReporterCommandLine(call),
-              R"("/opt/my tools/BugReport/BugReport.exe" 4711 "pvxhost" "Bug" -i "further text" -v 1.2 -l english)"
-              R"( -c /etc/bugreport.ini -m -t "say \"no\"" -t "two" -f "/a b.log" -fd "/c\"d.log")");
+    EXPECT_EQ(BuildReporterCommandLine(call), bare + R"( -i "further text" -v 1.2 -l english -c /etc/bugreport.ini -m)"
+                                                     R"( -t "say \"no\"" -t "two" -f "/a b.log" -fd "/c\"d.log")");
 }
 
 TEST(Reporter, WordsOfACommandLine) {
@@ -61,16 +55,12 @@ TEST(Reporter, TextsComeOutAsTheyWentIn) {
 }
 
 TEST(Reporter, ConfigurationIsTheNearestOne) {
-    std::string pattern = (std::filesystem::temp_directory_path() / "pvxreportXXXXXX").string();
-    const std::filesystem::path folder = mkdtemp(pattern.data());
-    std::filesystem::create_directories(folder / "a/b");
-    std::filesystem::create_directories(folder / "settings");
-    const std::string settings = (folder / "settings/").string();
-    const std::string program = (folder / "a/b/pvxhost").string();
+    const TempFolder folder;
+    const std::string settings = folder.Native("settings/");
+    const std::string program = folder.Native("a/b/pvxhost");
     EXPECT_EQ(FindReporterConfig(settings, program), "");
     for (const char* pPlace : {"bugreport.ini", "a/b/bugreport.ini", "settings/bugreport.ini"}) {
-        std::ofstream(folder / pPlace) << "[mail]\n";
-        EXPECT_EQ(FindReporterConfig(settings, program), (folder / pPlace).string());
+        folder.Write(pPlace, "[mail]\n");
+        EXPECT_EQ(FindReporterConfig(settings, program), folder.Native(pPlace));
     }
-    std::filesystem::remove_all(folder);
 }
