@@ -112,6 +112,13 @@ scene::Node& ExportTest::AddPainted(const std::string& material, scene::Standard
     return scene::AddMesh(m_Scene, "On" + material, MakeQuad(), &AddMaterial(material, std::move(settings)));
 }
 
+scene::StandardSettings ExportTest::WithMaps(const std::vector<std::pair<int, Texmap*>>& maps) {
+    scene::StandardSettings settings;
+    for (const auto& [slot, pMap] : maps)
+        settings.maps[static_cast<size_t>(slot)].pMap = pMap;
+    return settings;
+}
+
 scene::StandardMaterial& ExportTest::AddMaterial(const std::string& name, scene::StandardSettings settings) {
     return m_Scene.Make<scene::StandardMaterial>(name, std::move(settings));
 }

@@ -57,6 +57,7 @@ protected:
     // Such squares as nodes: with the material that all of them share, and with one of its own.
     scene::Node& AddQuad(const std::string& name, scene::Node* pParent = nullptr);
     scene::Node& AddPainted(const std::string& material, scene::StandardSettings settings = {});
+    static scene::StandardSettings WithMaps(const std::vector<std::pair<int, Texmap*>>& maps);
     scene::StandardMaterial& AddMaterial(const std::string& name, scene::StandardSettings settings = {});
 
     scene::Scene m_Scene;

@@ -150,6 +150,7 @@ protected:
         AddNodes();
         for (const Channel& channel : s_Clip)
             AddChannel(channel);
+        m_Json["bufferViews"] = {{{"buffer", 0}, {"byteLength", m_Buffer.size()}}};
         m_Json["buffers"] = {{{"uri", "crane.bin"}, {"byteLength", m_Buffer.size()}}};
         m_Temp.Write("crane.bin", m_Buffer);
         m_Temp.Write("crane.gltf", m_Json.dump());
@@ -165,9 +166,8 @@ protected:
                 store(static_cast<int16_t>(std::lround(value * 32767.0)));
             else
                 store(static_cast<float>(value));
-        m_Json["bufferViews"].push_back(
-            {{"buffer", 0}, {"byteOffset", offset}, {"byteLength", m_Buffer.size() - offset}});
-        m_Json["accessors"].push_back({{"bufferView", m_Json["bufferViews"].size() - 1},
+        m_Json["accessors"].push_back({{"bufferView", 0},
+                                       {"byteOffset", offset},
                                        {"componentType", type},
                                        {"count", values.size() / width},
                                        {"type", pType},

@@ -53,11 +53,10 @@ TEST_F(ShaderExport, ANodeWithoutMaterialShowsItsWireColour) {
 }
 
 TEST_F(ShaderExport, WhatCannotBeUnderstoodIsTold) {
-    scene::StandardSettings shiny;
+    scene::StandardSettings shiny = WithMaps({{ID_DI, &m_Scene.Make<scene::OtherTexmap>("Spots", "Noise")},
+                                              {ID_SS, &AddBitmap("Level")},
+                                              {ID_RL, &AddBitmap("Plain", std::nullopt)}});
     shiny.specularLevel = 0.051f;
-    shiny.maps[ID_DI].pMap = &m_Scene.Make<scene::OtherTexmap>("Spots", "Noise");
-    shiny.maps[ID_SS].pMap = &AddBitmap("Level");
-    shiny.maps[ID_RL].pMap = &AddBitmap("Plain", std::nullopt);
     AddPainted("Shiny", shiny);
     auto& inner = m_Scene.Make<scene::MultiMaterial>("Inner", std::vector<Mtl*>{m_pPaint});
     auto& lava = m_Scene.Make<scene::OtherMaterial>("Lava", "Raytrace");
@@ -85,9 +84,7 @@ TEST_F(ShaderExport, TilesAsBothDirectionsAgree) {
     for (size_t i = 0; i < std::size(tilings); ++i) {
         scene::UVSettings uv;
         uv.tiling = tilings[i].first;
-        scene::StandardSettings settings;
-        settings.maps[ID_DI].pMap = &AddBitmap("Map" + std::to_string(i), uv);
-        AddPainted("Mat" + std::to_string(i), settings);
+        AddPainted("Mat" + std::to_string(i), WithMaps({{ID_DI, &AddBitmap("Map" + std::to_string(i), uv)}}));
     }
     EXPECT_EQ(Export(), 0);
     EXPECT_THAT(m_Messages, ElementsAre("Error   : Mirroring is not properly supported in shader [Mat1].",
@@ -110,9 +107,8 @@ scene::UVSettings ScaledBy(float u, float v, int tiling = U_WRAP | V_WRAP) {
 }
 
 TEST_F(ShaderExport, OneMatrixGoesIntoTheVerticesAndSeveralStayWithTheirChannels) {
-    scene::StandardSettings settings;
-    settings.maps[ID_DI].pMap = &AddBitmap("A", ScaledBy(3, 4));
-    settings.maps[ID_SI].pMap = &AddBitmap("B", ScaledBy(3, 4));
+    scene::StandardSettings settings =
+        WithMaps({{ID_DI, &AddBitmap("A", ScaledBy(3, 4))}, {ID_SI, &AddBitmap("B", ScaledBy(3, 4))}});
     scene::StandardMaterial& shared = AddMaterial("Shared", settings);
     settings.maps[ID_SI].pMap = &AddBitmap("C", ScaledBy(3, 5));
     scene::StandardMaterial& differing = AddMaterial("Differing", settings);

@@ -24,12 +24,6 @@ protected:
     scene::Bitmap& AddBitmap(const std::string& path, scene::UVSettings uv = {}) {
         return m_Scene.Make<scene::Bitmap>("Map", path, uv);
     }
-    void AddPaintedWith(const std::string& name, const std::vector<std::pair<int, Texmap*>>& maps) {
-        scene::StandardSettings settings;
-        for (const auto& [slot, pMap] : maps)
-            settings.maps[static_cast<size_t>(slot)].pMap = pMap;
-        AddPainted(name, settings);
-    }
     size_t CountTextures() const {
         const std::string bytes = ReadBytes("Foo.pvx");
         size_t count = 0;
@@ -49,8 +43,8 @@ protected:
 TEST_F(TextureExport, TheTextureEqualsThePicture) {
     const Bytes opaque = MakeTga(3, 2, 24);
     const Bytes blocks = MakeDds(8, 8, '5', 3);
-    AddPaintedWith("Wall", {{ID_DI, &AddBitmap(WritePicture("Art/Foo/Wood.tga", opaque))},
-                            {ID_RL, &AddBitmap(WritePicture("Art/Sky.dds", blocks))}});
+    AddPainted("Wall", WithMaps({{ID_DI, &AddBitmap(WritePicture("Art/Foo/Wood.tga", opaque))},
+                                 {ID_RL, &AddBitmap(WritePicture("Art/Sky.dds", blocks))}}));
     EXPECT_EQ(Export(), 1);
     EXPECT_THAT(m_Messages, IsEmpty());
     EXPECT_EQ(CountTextures(), 2u);
@@ -80,9 +74,9 @@ TEST_F(TextureExport, TheTextureEqualsThePicture) {
 TEST_F(TextureExport, APictureIsOneTextureHoweverOftenItIsUsed) {
     const std::string path = WritePicture("Art/Wood.tga", MakeTga(2, 2, 32));
     WritePicture("Art/Wood.bmp", MakeBmp(2, 2, 24));
-    AddPaintedWith("A", {{ID_DI, &AddBitmap(path)}, {ID_OP, &AddBitmap(GetPath("DataSource/ART/WOOD.TGA"))}});
+    AddPainted("A", WithMaps({{ID_DI, &AddBitmap(path)}, {ID_OP, &AddBitmap(GetPath("DataSource/ART/WOOD.TGA"))}}));
     // The name is the same, so the first one stands for both.
-    AddPaintedWith("B", {{ID_DI, &AddBitmap(path)}, {ID_SI, &AddBitmap(GetPath("DataSource/Art/Wood.bmp"))}});
+    AddPainted("B", WithMaps({{ID_DI, &AddBitmap(path)}, {ID_SI, &AddBitmap(GetPath("DataSource/Art/Wood.bmp"))}}));
     EXPECT_EQ(Export(), 1);
     EXPECT_THAT(m_Messages, IsEmpty());
     EXPECT_EQ(CountTextures(), 1u);
@@ -102,10 +96,10 @@ TEST_F(TextureExport, AMissingPictureIsAWarning) {
     const std::string missing = GetPath("DataSource/Art/None.tga");
     const std::string broken = WritePicture("Art/Broken.tga", Bytes(30));
     const std::string unknown = WritePicture("Art/Movie.avi", Bytes(30));
-    AddPaintedWith("Wall", {{ID_DI, &AddBitmap(missing)},
-                            {ID_SP, &AddBitmap(broken)},
-                            {ID_SI, &AddBitmap(unknown)},
-                            {ID_OP, &AddBitmap(WritePicture("Art/Wood.tga", MakeTga(1, 1, 24)))}});
+    AddPainted("Wall", WithMaps({{ID_DI, &AddBitmap(missing)},
+                                 {ID_SP, &AddBitmap(broken)},
+                                 {ID_SI, &AddBitmap(unknown)},
+                                 {ID_OP, &AddBitmap(WritePicture("Art/Wood.tga", MakeTga(1, 1, 24)))}}));
     EXPECT_EQ(Export(), 1) << "a warning is no failure";
     EXPECT_THAT(m_Messages, ElementsAre("Warning : Unable to load texture '" + missing + "'!",
                                         "Warning : Unable to load texture '" + broken + "'!",
@@ -122,9 +116,9 @@ TEST_F(TextureExport, AMissingPictureIsAWarning) {
 }
 
 TEST_F(TextureExport, APictureOutsideOfEveryProjectIsInNoFile) {
-    AddPaintedWith("Wall", {{ID_DI, &AddBitmap(WritePicture("../Elsewhere/Wood.tga", MakeTga(1, 1, 24)))},
-                            {ID_SI, &AddBitmap(WritePicture("../Elsewhere/Stone.tga", MakeTga(2, 1, 24)))},
-                            {ID_OP, &AddBitmap(GetPath("Elsewhere/None.tga"))}});
+    AddPainted("Wall", WithMaps({{ID_DI, &AddBitmap(WritePicture("../Elsewhere/Wood.tga", MakeTga(1, 1, 24)))},
+                                 {ID_SI, &AddBitmap(WritePicture("../Elsewhere/Stone.tga", MakeTga(2, 1, 24)))},
+                                 {ID_OP, &AddBitmap(GetPath("Elsewhere/None.tga"))}}));
     EXPECT_EQ(Export(), 1);
     EXPECT_THAT(m_Messages, ElementsAre("Warning : Unable to load texture '" + GetPath("Elsewhere/None.tga") + "'!"));
     EXPECT_EQ(CountTextures(), 0u);
@@ -140,8 +134,8 @@ TEST_F(TextureExport, AShaderIsSharedByTheNameOfItsTexture) {
     EXPECT_FALSE(OmbrelSharedShader::IsSharedTextureName("art\\texture\\share"));
     EXPECT_THROW(OmbrelSharedShader::IsSharedTextureName(nullptr), std::runtime_error);
     scene::Bitmap& map = AddBitmap(WritePicture("Art/Texture_Share_Rock.tga", MakeTga(1, 1, 24)));
-    AddPaintedWith("Rock", {{ID_DI, &map}});
-    AddPaintedWith("Cliff", {{ID_SI, &map}});
+    AddPainted("Rock", WithMaps({{ID_DI, &map}}));
+    AddPainted("Cliff", WithMaps({{ID_SI, &map}}));
     EXPECT_EQ(Export(), 1);
     WithModel([](const RenderModel& model) {
         EXPECT_STREQ(model.GetMeshGroup()->GetShader(0)->GetName(), "Art\\Texture_Share_Rock");
@@ -156,10 +150,10 @@ TEST_F(TextureExport, PlacementFollowsTheMap) {
     moved.transform = IdentityMatrix();
     (*moved.transform)[3] = {0.25f, 0.5f, 0.0f};
     moved.mapChannel = 3;
-    AddPaintedWith("Moved", {{ID_DI, &AddBitmap(path, moved)}, {ID_SP, &AddBitmap(path, moved)}});
+    AddPainted("Moved", WithMaps({{ID_DI, &AddBitmap(path, moved)}, {ID_SP, &AddBitmap(path, moved)}}));
     scene::UVSettings sphere;
     sphere.environment = true;
-    AddPaintedWith("Mirror", {{ID_RL, &AddBitmap(path, sphere)}});
+    AddPainted("Mirror", WithMaps({{ID_RL, &AddBitmap(path, sphere)}}));
     EXPECT_EQ(Export(), 1);
     EXPECT_THAT(m_Messages, IsEmpty());
     const glm::mat4 identity(1.0f);
