@@ -20,14 +20,12 @@ std::string Translate(const char* pName) {
 } // namespace
 
 TEST_F(Inventory, TranslatesNames) {
-    const std::pair<const char*, const char*> names[] = {
-        {"DATA:Art\\Foo.tga", "art/foo"},
-        {"art/foo", "art/foo"},
-        {"A:B:c.d.e", "c.d"},
-        {"v1.2\\Rock", "v1.2/rock"},
-        {"", ""},
-        {"only:", ""},
-    };
+    const std::pair<const char*, const char*> names[] = {{"DATA:Art\\Foo.tga", "art/foo"},
+                                                         {"art/foo", "art/foo"},
+                                                         {"A:B:c.d.e", "c.d"},
+                                                         {"v1.2\\Rock", "v1.2/rock"},
+                                                         {"", ""},
+                                                         {"only:", ""}};
     for (const auto& [pName, pExpected] : names)
         EXPECT_EQ(Translate(pName), pExpected) << pName;
 }

@@ -4,7 +4,6 @@
 #include "Tests/Shared/Cross/Debug/ReportCapture.h"
 
 #include <csignal>
-#include <stdexcept>
 
 using CrashFilter = CrashFolder;
 
@@ -120,9 +119,7 @@ TEST_F(CrashFilter, ADebuggerHasItsCrashForItself) {
 TEST_F(CrashFilter, CallbacksThatCrashAreLeft) {
     const SelfRunResult result = Crash("Callbacks");
     EXPECT_EQ(result.signal, SIGSEGV);
-    const size_t first = result.output.find("first callback\nlast callback\n");
-    EXPECT_NE(first, std::string::npos) << result.output;
-    EXPECT_EQ(result.output.find("last callback", first + 20), std::string::npos) << result.output;
+    EXPECT_NE(result.output.find("first callback\nlast callback\n"), std::string::npos) << result.output;
     EXPECT_TRUE(HasLines(ReadLog(), {"Write to location 0000000000001238 caused .*", "0x.*WriteBadly.*"})) << ReadLog();
 }
 

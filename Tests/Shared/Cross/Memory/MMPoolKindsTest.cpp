@@ -36,50 +36,48 @@ protected:
         uint8_t* pBytes;
         size_t size;
         uint8_t mark;
-    };
 
-    void Fill(Block block) { memset(block.pBytes, block.mark, block.size); }
-    void Check(const Block& block, size_t size) {
-        ASSERT_TRUE(std::all_of(block.pBytes, block.pBytes + std::min(size, block.size),
-                                [&](uint8_t byte) { return byte == block.mark; }));
-    }
+        void Fill() const { memset(pBytes, mark, size); }
+        bool IsKept(size_t count) const {
+            return std::all_of(pBytes, pBytes + std::min(count, size), [this](uint8_t byte) { return byte == mark; });
+        }
+    };
 };
 
 TEST_P(AnyPool, KeepsWhatIsWritten) {
     MMPoolBase& pool = *GetParam().make();
     std::mt19937 random(7);
     const auto pick = [&](size_t count) { return random() % count; };
-    const auto pickSize = [&] { return 1 + (pick(10) == 0 ? pick(40000) : pick(200)); };
     std::vector<Block> blocks;
     for (int step = 0; step < 6000; ++step) {
         const size_t action = blocks.empty() ? 0 : pick(5);
+        const size_t size = 1 + (pick(10) == 0 ? pick(40000) : pick(200));
         if (action < 2) {
-            const size_t size = pickSize();
             blocks.push_back({static_cast<uint8_t*>(MMAlloc(pool, size)), size, static_cast<uint8_t>(step)});
-        } else {
-            std::swap(blocks[pick(blocks.size())], blocks.back());
-            Block& block = blocks.back();
-            Check(block, block.size);
-            if (action == 2) {
-                const size_t size = pickSize();
-                block.pBytes = static_cast<uint8_t*>(MMRealloc(pool, block.pBytes, size));
-                Check(block, size);
-                block.size = size;
-            } else {
-                MMFree(pool, block.pBytes);
-                blocks.pop_back();
-                continue;
-            }
+            blocks.back().Fill();
+            continue;
         }
-        Fill(blocks.back());
+        std::swap(blocks[pick(blocks.size())], blocks.back());
+        Block& block = blocks.back();
+        ASSERT_TRUE(block.IsKept(block.size));
+        if (action == 2) {
+            block.pBytes = static_cast<uint8_t*>(MMRealloc(pool, block.pBytes, size));
+            ASSERT_TRUE(block.IsKept(size));
+            block.size = size;
+            block.Fill();
+        } else {
+            MMFree(pool, block.pBytes);
+            blocks.pop_back();
+        }
     }
-    EXPECT_EQ(pool.GetLiveCount(), blocks.size());
+    const MMPoolCounts counts = MMPoolGetCounts(pool);
+    EXPECT_TRUE(counts.liveCount == blocks.size() && counts.peakCount > counts.liveCount);
+    EXPECT_GE(counts.peakMemory, counts.usedMemory);
     for (const Block& block : blocks) {
-        Check(block, block.size);
+        ASSERT_TRUE(block.IsKept(block.size));
         MMFree(pool, block.pBytes);
     }
-    EXPECT_EQ(pool.GetLiveCount(), 0u);
-    EXPECT_EQ(pool.GetUsedMemory(), 0u);
+    EXPECT_EQ(pool.GetLiveCount() + pool.GetUsedMemory(), 0u);
     pool.Destroy();
 }
 

@@ -77,21 +77,6 @@ TEST(MMPool, BlocksThatArentLiveStop) {
     MMFree(MMPoolStrings(), pOther);
 }
 
-TEST(MMPool, CountsAndPeaks) {
-    for (const MMPoolKind kind : s_AllKinds) {
-        TestPool pool(kind);
-        void* const pFirst = MMAlloc(pool, 100);
-        void* const pSecond = MMAlloc(pool, 20000);
-        MMFree(pool, pFirst);
-        void* const pThird = MMRealloc(pool, pSecond, 30000);
-        const MMPoolCounts counts = MMPoolGetCounts(pool);
-        EXPECT_TRUE(counts.liveCount == 1 && counts.peakCount >= 2) << static_cast<uint32_t>(kind);
-        EXPECT_TRUE(counts.usedMemory >= 30000 && counts.peakMemory >= counts.usedMemory);
-        MMFree(pool, pThird);
-        EXPECT_EQ(MMPoolGetCounts(pool).usedMemory, 0u);
-    }
-}
-
 TEST(MMPool, FillFlagMarksNewMemory) {
     TestPool pool(MMPoolKind::Heap, 0, MMPoolFlag_Fill);
     const MMTotals before = MMGetTotals();

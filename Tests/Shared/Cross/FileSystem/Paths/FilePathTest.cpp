@@ -42,18 +42,18 @@ protected:
         const auto pStream = FilePath::OpenStream(pName, Mode_Write);
         return pStream && pStream->WriteText(pText, false) && pStream->Flush();
     }
-    static std::vector<std::string> Names(const FilePath::FileSet& set) {
-        std::vector<std::string> names;
+    // The names found, each with a blank behind it.
+    static std::string Find(const char* pSpec, bool recurse, FilePath::SEARCH_Type type) {
+        const FilePath::FileSet set = FilePath::FindFiles(pSpec, recurse, type);
+        std::string names;
         for (uint32_t i = 0; i < set.GetCount(); ++i)
-            names.emplace_back(set[i]);
+            names += set[i] + std::string(" ");
         return names;
     }
 
 private:
     std::vector<std::pair<std::string, std::string>> m_Added;
 };
-
-using NameList = std::vector<std::string>;
 
 } // namespace
 
@@ -115,20 +115,18 @@ TEST_F(FilePathTest, MissingAliasesAreLoggedAndEmptyNamesAreNot) {
 }
 
 TEST_F(FilePathTest, OpensFromOneSourceAndTellsFromWhich) {
-    m_Folder.Write("a/x", "a");
-    m_Folder.Write("b/x", "b");
-    ASSERT_TRUE(Mount("DATA", "a", 2));
-    ASSERT_TRUE(Mount("DATA", "b", 1));
-    FilePath::SourceID from;
-    EXPECT_TRUE(FilePath::OpenStreamFrom("DATA:x", Mode_Read, from));
-    EXPECT_EQ(from, FilePath::FindSource("DATA:x", Mode_Read));
-    const FilePath::SourceID second(from.GetValue() + 1);
-    char text = 0;
-    FilePath::OpenStream("DATA:x", Mode_Read, second)->Read(&text, 1);
-    EXPECT_EQ(text, 'b');
-    EXPECT_FALSE(FilePath::OpenStream("DATA:x", Mode_Read, FilePath::SourceID(second.GetValue() + 1)));
+    for (const char* pName : {"b", "a"}) {
+        m_Folder.Write(std::string(pName) + "/x", std::string(*pName - 'a', 'x'));
+        ASSERT_TRUE(Mount("DATA", pName, 1));
+    }
+    FilePath::SourceID last;
+    EXPECT_TRUE(FilePath::OpenStreamFrom("DATA:x", Mode_Read, last));
+    EXPECT_EQ(last, FilePath::FindSource("DATA:x", Mode_Read));
+    EXPECT_EQ(FilePath::OpenStream("DATA:x", Mode_Read, last)->GetLength(), 0u);
+    EXPECT_EQ(FilePath::OpenStream("DATA:x", Mode_Read, last.GetValue() - 1)->GetLength(), 1u);
+    EXPECT_FALSE(FilePath::OpenStream("DATA:x", Mode_Read, last.GetValue() + 1));
     EXPECT_THROW(FilePath::OpenStream("DATA:x", Mode_Read, FilePath::SourceID()), std::runtime_error);
-    EXPECT_THROW(FilePath::OpenStreamFrom("DATA:x", Mode_Read, from), std::runtime_error);
+    EXPECT_THROW(FilePath::OpenStreamFrom("DATA:x", Mode_Read, last), std::runtime_error);
     EXPECT_THROW(FilePath::OpenStream("DATA:x", Mode_None), std::runtime_error);
 }
 
@@ -172,11 +170,10 @@ TEST_F(FilePathTest, FindsEachFileOnce) {
     ASSERT_TRUE(Mount("DATA", "shared", 1, Mode_Read));
     ASSERT_TRUE(Mount("DATA", "own", 2));
     using enum FilePath::SEARCH_Type;
-    EXPECT_EQ(Names(FilePath::FindFiles("data:*.tga", true, SEARCH_Files)),
-              (NameList{"DATA:b.tga", "DATA:Sub\\c.tga", "DATA:a.tga", "DATA:sub\\d.tga", "DATA:sub\\deep\\e.tga"}));
-    EXPECT_EQ(Names(FilePath::FindFiles("DATA:SUB/*", true, SEARCH_Folders)), NameList{"DATA:SUB\\deep"});
-    EXPECT_EQ(Names(FilePath::FindFiles("DATA:*", false, SEARCH_Both)),
-              (NameList{"DATA:b.tga", "DATA:Sub", "DATA:a.tga", "DATA:f.dds"}));
+    EXPECT_EQ(Find("data:*.tga", true, SEARCH_Files),
+              "DATA:b.tga DATA:Sub\\c.tga DATA:a.tga DATA:sub\\d.tga DATA:sub\\deep\\e.tga ");
+    EXPECT_EQ(Find("DATA:SUB/*", true, SEARCH_Folders), "DATA:SUB\\deep ");
+    EXPECT_EQ(Find("DATA:*", false, SEARCH_Both), "DATA:b.tga DATA:Sub DATA:a.tga DATA:f.dds ");
     EXPECT_EQ(FilePath::GetType("DATA:sub\\C.tga"), FilePath::Type_File);
     EXPECT_EQ(FilePath::GetType("DATA:sub\\"), FilePath::Type_Folder);
     EXPECT_EQ(FilePath::GetType("DATA:sub\\*.tga"), FilePath::Type_File);

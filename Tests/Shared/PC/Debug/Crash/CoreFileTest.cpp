@@ -6,8 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include <elf.h>
 #include <signal.h>
 #include <sys/procfs.h>
