@@ -37,7 +37,7 @@ bool ReadAll(ByteStream& stream, std::span<uint8_t> data) {
 // Three bytes a pixel go into the tail of their four bytes' place and from there to its front; so few at a time that
 // they are still in the cache then.
 bool ReadTriples(ByteStream& stream, std::span<uint8_t> data) {
-    constexpr size_t most = 0x10000;
+    constexpr size_t most = 0x40000;
     while (!data.empty()) {
         const std::span<uint8_t> pixels = data.first(std::min(most, data.size()));
         const size_t count = pixels.size() / 4;
