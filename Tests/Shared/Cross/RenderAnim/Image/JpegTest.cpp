@@ -37,22 +37,6 @@ TEST_F(Jpeg, ColoursAndGreyWithTheBottomRowFirst) {
     ExpectNear(GetPixel(*pGrey, 4, 13), 0xFF303030);
 }
 
-TEST_F(Jpeg, WhatIsWrittenComesBack) {
-    const std::unique_ptr<Image> pImage = Image::Create(IMAGETYPE_RGB888, 40, 24);
-    size_t i = 0;
-    for (Colour_RGB888& pixel : ImageCast<Image_RGB888>(pImage.get())->GetPixels()) {
-        pixel = {static_cast<uint8_t>(i % 40 * 6), static_cast<uint8_t>(i / 40 * 10), 200};
-        ++i;
-    }
-    Bytes file;
-    std::string error;
-    ASSERT_TRUE(JpegLibrary::Get().Write(ImageCast<Image_RGB888>(pImage.get())->GetPixels(), 40, 24, file, error));
-    const std::unique_ptr<Image> pRead = Read(ReadDefault, file);
-    for (uint32_t y = 0; y < 24; ++y)
-        for (uint32_t x = 0; x < 40; ++x)
-            ExpectNear(GetPixel(*pRead, x, y), 0xFFC80000 | y * 10 << 8 | x * 6);
-}
-
 TEST_F(Jpeg, WithoutTheLibraryNothingIsRead) {
     ExpectRefused(ReadWithout, MakeGreyJpeg(), "'DATA:pic': no JPEG can be read: libnosuchjpeg.so.0");
     EXPECT_FALSE(JpegLibrary("libc.so.6").IsLoaded()) << "a library without the operations";
