@@ -130,6 +130,12 @@ void Anim::SetBoneStreams(int32_t boneIndex, std::unique_ptr<Vec3Stream> pPositi
     }
 }
 
+void Anim::TakeBones(std::vector<BoneStream> bones) {
+    SetBoneCount(static_cast<uint32_t>(bones.size()));
+    m_boneAnims = std::move(bones);
+    m_BoneIndices.reset();
+}
+
 const Anim::CameraStream& Anim::GetCamera(int32_t cameraIndex) const { return GetStream(m_cameraAnims, cameraIndex); }
 
 Anim::CameraStream* Anim::GetOwnCamera(int32_t cameraIndex) { return GetOwnStream(m_cameraAnims, cameraIndex); }

@@ -77,6 +77,8 @@ public:
     void SetBoneAnimated(int32_t boneIndex, bool isAnimated);
     void SetBoneStreams(int32_t boneIndex, std::unique_ptr<Vec3Stream> pPosition,
                         std::unique_ptr<QuatStream> pRotation);
+    // In place of all bones, each with its name.
+    void TakeBones(std::vector<BoneStream> bones);
 
     uint32_t GetCameraCount() const { return static_cast<uint32_t>(m_cameraAnims.size()); }
     const CameraStream& GetCamera(int32_t cameraIndex) const;

@@ -57,15 +57,15 @@ void Mesh::SetPolyCount(uint32_t level, uint32_t count) {
         m_polyCount[level] = count;
 }
 
-const ShaderRef& Mesh::GetShader(uint32_t shaderIndex) const {
-    dbAssert(shaderIndex < m_PrimSets.size());
-    return shaderIndex < m_PrimSets.size() ? m_PrimSets[shaderIndex].shader : GetNoShader();
+const ShaderRef& Mesh::GetShader(uint32_t index) const {
+    dbAssert(index < m_PrimSets.size());
+    return index < m_PrimSets.size() ? m_PrimSets[index].shader : GetNoShader();
 }
 
-void Mesh::SetShader(uint32_t shaderIndex, const ShaderRef& shader) {
-    dbAssert(shaderIndex < m_PrimSets.size());
-    if (shaderIndex < m_PrimSets.size())
-        m_PrimSets[shaderIndex].shader = shader;
+void Mesh::SetShader(uint32_t index, const ShaderRef& shader) {
+    dbAssert(index < m_PrimSets.size());
+    if (index < m_PrimSets.size())
+        m_PrimSets[index].shader = shader;
 }
 
 gz::PrimSet* Mesh::GetPrimSet(uint32_t shaderIndex, uint32_t level) const {

@@ -57,8 +57,8 @@ public:
     // One place for each shader of the mesh, with a primitive set for each level or none.
     uint32_t GetShaderCount() const { return static_cast<uint32_t>(m_PrimSets.size()); }
     void SetShaderCount(uint32_t count) { m_PrimSets.resize(count); }
-    const ShaderRef& GetShader(uint32_t shaderIndex) const;
-    void SetShader(uint32_t shaderIndex, const ShaderRef& shader);
+    const ShaderRef& GetShader(uint32_t index) const;
+    void SetShader(uint32_t index, const ShaderRef& shader);
     // Null when no triangle of the level has the shader.
     gz::PrimSet* GetPrimSet(uint32_t shaderIndex, uint32_t level) const;
     void SetPrimSet(uint32_t shaderIndex, uint32_t level, std::unique_ptr<gz::PrimSet> pPrimSet);

@@ -11,7 +11,7 @@ ReferencePose::ReferencePose(const RenderModel& model) {
         for (uint32_t i = 0; i < pMeshGroup->GetShaderCount(); ++i) {
             const Shader& shader = *pMeshGroup->GetShader(i).GetData();
             for (uint32_t n = 0; n < ChannelCount; ++n)
-                m_ShaderPoses[i][n].value = GetAnimatableValue(n, shader.GetChannelColour(n));
+                m_ShaderPoses[i][n].value = GetAnimatableValue(n, shader.GetChannelAnimatedColour(n));
         }
     }
     if (const Skeleton* pSkeleton = model.GetSkeleton()) {

@@ -33,8 +33,7 @@ struct SelectionInfo {
 
 // A model, everywhere in the pipeline: the exporter fills one, the merge adds animations to it, the burner writes it in
 // its run-time form. It owns its parts and answers look-ups across them. What it is saved as and loaded from lies in
-// Intermediate, Generic and Final. Shaders and meshes are shared with the
-// inventory, which has to outlive the model.
+// Intermediate, Generic and Final. Shaders and meshes are shared with the inventory, which has to outlive the model.
 class RenderModel : public Inv::NamedResource {
 public:
     static constexpr int32_t InvalidIndex = -1;

@@ -18,7 +18,7 @@ constexpr char s_MissingTexture[] = "art/textures/missingtexture";
 
 constinit ra::ResourceLoaders<Texture> s_textureLoaders;
 
-// Bytes used, width, height, whether both sides are powers of two, and the type.
+// The columns "Bytes Used,Width,Height,Power of Two,Texture Type" of a dump of textures.
 std::string Describe(const Texture& texture) {
     const bool powerOfTwo = std::has_single_bit(texture.GetWidth()) && std::has_single_bit(texture.GetHeight());
     char text[128];

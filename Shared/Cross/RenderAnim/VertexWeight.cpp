@@ -57,6 +57,6 @@ VertexWeight VertexWeightBuilder::Finish() const {
     const std::array<float, 4>& weight = m_Weight;
     dbAssert(weight[0] + weight[1] + weight[2] + weight[3] <= 1.001f);
     const float sum = GetSum();
-    const float scale = sum > 0.0f ? 1.0f / sum : sum;
+    const float scale = sum > 0.0f ? 1.0f / sum : 1.0f;
     return {.weight = {weight[0] * scale, weight[1] * scale, weight[2] * scale}, .bone = m_Bone};
 }

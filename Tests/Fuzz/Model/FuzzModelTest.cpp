@@ -5,14 +5,14 @@
 
 namespace {
 
-void RunFile(ToolsFile file) {
-    for (const Mutator::Input& seed : MakeToolsSeeds(file))
-        ASSERT_TRUE(FeedToolsReader(file, seed));
-    Mutator mutator(MakeToolsSeeds(file));
+void RunFile(ModelFile file) {
+    for (const Mutator::Input& seed : MakeModelSeeds(file))
+        ASSERT_TRUE(FeedModelReader(file, seed));
+    Mutator mutator(MakeModelSeeds(file));
     const int runs = GetFuzzRuns();
     int taken = 0;
     for (int i = 0; i < runs; ++i)
-        taken += FeedToolsReader(file, mutator.Next());
+        taken += FeedModelReader(file, mutator.Next());
     // Neither all nor none: the mutations reach past the header and they do harm.
     EXPECT_GT(taken, runs / 100);
     EXPECT_LT(taken, runs);
@@ -21,6 +21,8 @@ void RunFile(ToolsFile file) {
 
 } // namespace
 
-TEST(FuzzModel, Intermediate) { RunFile(ToolsFile::Intermediate); }
-TEST(FuzzModel, Generic) { RunFile(ToolsFile::Generic); }
-TEST(FuzzModel, Motion) { RunFile(ToolsFile::Motion); }
+TEST(FuzzModel, Intermediate) { RunFile(ModelFile::Intermediate); }
+TEST(FuzzModel, Generic) { RunFile(ModelFile::Generic); }
+TEST(FuzzModel, GenericMotion) { RunFile(ModelFile::GenericMotion); }
+TEST(FuzzModel, Final) { RunFile(ModelFile::Final); }
+TEST(FuzzModel, FinalMotion) { RunFile(ModelFile::FinalMotion); }

@@ -5,11 +5,11 @@
 #include "Shared/Cross/RenderAnim/Generic/GenericFile.h"
 #include "Shared/Cross/RenderAnim/Generic/MotionFile.h"
 #include "Shared/Cross/RenderAnim/Intermediate/IntermediateFile.h"
-#include "Tests/Fuzz/ModelFuzz.h"
+#include "Tests/Fuzz/Model/ModelFuzz.h"
 
 namespace {
 
-class ToolsFiles : public ModelFuzz {
+class ModelFiles : public ModelFuzz {
 public:
     // With its animation as the exporter samples it.
     static std::unique_ptr<RenderModel> MakeSampled() {
@@ -25,12 +25,7 @@ public:
             keys[0] = {0, glm::mat4x3(1.0f)};
             keys[1] = {1, {{0, 1, 0}, {-1, 0, 0}, {0, 0, 1}, {4, 5, 6}}};
         }
-        pAnim->SetControlStream(pAnim->AddControl(ra::Name("Clay"), {.channel = 4, .property = 2}),
-                                MakeStream<float>(0.25f, 0.5f));
-        pAnim->SetControlStream(pAnim->AddControl(ra::Name("Body"), {.type = ControlTarget_Mesh}),
-                                MakeStream<float>(0, 1));
-        pAnim->SetCameraStreams(pAnim->AddCamera(ra::Name("Front")), MakeStream<glm::vec3>({7, 8, 9}, {0, 0, 0}),
-                                nullptr);
+        AddControlsAndCamera(*pAnim);
         ra::AddAnimNode(*pModel, ra::MakeLocalNode(*pModel, std::move(pAnim)), 1);
         return pModel;
     }
@@ -41,52 +36,63 @@ public:
     static std::unique_ptr<RenderModel> ReadGeneric(std::string_view bytes) {
         return ra::ReadGeneric(*MakeReadStream(bytes));
     }
-    static std::unique_ptr<RenderModel> ReadMotion(std::string_view bytes) {
+    static std::unique_ptr<RenderModel> ReadGenericMotion(std::string_view bytes) {
         std::unique_ptr<RenderModel> pModel = MakeBare<AnimListGeneric>();
         return ra::ReadMotionFile(*MakeReadStream(bytes), *pModel) ? std::move(pModel) : nullptr;
     }
+    static std::unique_ptr<RenderModel> ReadFinal(std::string_view bytes) {
+        return ra::ReadFinal(*MakeReadStream(bytes));
+    }
+    static std::unique_ptr<RenderModel> ReadFinalMotion(std::string_view bytes) {
+        std::unique_ptr<RenderModel> pModel = MakeBare<AnimList>();
+        return ra::ReadFinalMotion(*MakeReadStream(bytes), *pModel) ? std::move(pModel) : nullptr;
+    }
 
     static std::string WriteIntermediate(const RenderModel& model) {
-        const auto pStream = MakeWriteStream();
-        ra::WriteIntermediate(*pStream, model, {});
-        return BytesOf(*pStream);
+        return WriteFile([&](ByteStream& stream) { ra::WriteIntermediate(stream, model, {}); });
     }
     static std::string WriteGeneric(const RenderModel& model) {
-        const auto pStream = MakeWriteStream();
-        ra::WriteGeneric(*pStream, model);
-        return BytesOf(*pStream);
+        return WriteFile([&](ByteStream& stream) { ra::WriteGeneric(stream, model); });
     }
-    static std::string WriteMotion(const RenderModel& model) {
-        const auto pStream = MakeWriteStream();
-        ra::WriteMotionFile(*pStream, model);
-        return BytesOf(*pStream);
+    static std::string WriteGenericMotion(const RenderModel& model) {
+        return WriteFile([&](ByteStream& stream) { ra::WriteMotionFile(stream, model); });
     }
+    static std::string WriteFinal(const RenderModel& model) { return Write(model); }
+    static std::string WriteFinalMotion(const RenderModel& model) { return WriteMotion(model); }
 };
 
-std::string MakeSeed(ToolsFile file) {
-    switch (file) {
-    case ToolsFile::Intermediate:
-        return ToolsFiles::WriteIntermediate(*ToolsFiles::MakeSampled());
-    case ToolsFile::Generic:
-        return ToolsFiles::WriteGeneric(*ModelFuzz::MakeModel());
-    default:
-        return ToolsFiles::WriteMotion(*ModelFuzz::MakeMoved());
-    }
+// How a kind of file comes about and is read, and how what was read of it is written and read again.
+struct FileKind {
+    std::unique_ptr<RenderModel> (*pMake)();
+    ModelFuzz::Writer pWriteSeed;
+    ModelFuzz::Reader pReadInput;
+    ModelFuzz::Writer pWrite;
+    ModelFuzz::Reader pRead;
+};
+
+const FileKind& KindOf(ModelFile file) {
+    using F = ModelFiles;
+    static constexpr FileKind s_Kinds[] = {
+        {F::MakeSampled, F::WriteIntermediate, F::ReadIntermediate, F::WriteGeneric, F::ReadGeneric},
+        {F::MakeModel, F::WriteGeneric, F::ReadGeneric, F::WriteGeneric, F::ReadGeneric},
+        {F::MakeMoved, F::WriteGenericMotion, F::ReadGenericMotion, F::WriteGenericMotion, F::ReadGenericMotion},
+        {F::MakeModel, F::WriteFinal, F::ReadFinal, F::WriteFinal, F::ReadFinal},
+        {F::MakeMoved, F::WriteFinalMotion, F::ReadFinalMotion, F::WriteFinalMotion, F::ReadFinalMotion},
+    };
+    return s_Kinds[static_cast<size_t>(file)];
 }
 
 } // namespace
 
-std::vector<std::vector<uint8_t>> MakeToolsSeeds(ToolsFile file) {
+std::vector<std::vector<uint8_t>> MakeModelSeeds(ModelFile file) {
     ModelFuzz::StartServices();
-    const std::string bytes = MakeSeed(file);
+    const std::string bytes = KindOf(file).pWriteSeed(*KindOf(file).pMake());
     ModelFuzz::Forget();
     return {{bytes.begin(), bytes.end()}};
 }
 
-bool FeedToolsReader(ToolsFile file, std::span<const uint8_t> input) {
-    const std::string_view bytes(reinterpret_cast<const char*>(input.data()), input.size());
-    if (file == ToolsFile::Motion)
-        return ModelFuzz::Feed(bytes, ToolsFiles::ReadMotion, ToolsFiles::WriteMotion, ToolsFiles::ReadMotion);
-    return ModelFuzz::Feed(bytes, file == ToolsFile::Generic ? ToolsFiles::ReadGeneric : ToolsFiles::ReadIntermediate,
-                           ToolsFiles::WriteGeneric, ToolsFiles::ReadGeneric);
+bool FeedModelReader(ModelFile file, std::span<const uint8_t> input) {
+    const FileKind& kind = KindOf(file);
+    return ModelFuzz::Feed({reinterpret_cast<const char*>(input.data()), input.size()}, kind.pReadInput, kind.pWrite,
+                           kind.pRead);
 }

@@ -67,11 +67,11 @@ void WriteAnimInfo(Chunky& chunky, const Anim& anim, uint32_t version) {
 
 void SetAnimLength(Anim& anim, const AnimPartReader& reader, int64_t frameCount, float duration) {
     if (frameCount <= 0)
-        reader.Fail("frame count " + std::to_string(frameCount) + " isn't above 0");
+        reader.Fail("frame count", std::to_string(frameCount) + " isn't above 0");
     if (frameCount > INT32_MAX)
-        reader.Fail("frame count " + std::to_string(frameCount) + " is above " + std::to_string(INT32_MAX));
+        reader.Fail("frame count", std::to_string(frameCount) + " is above " + std::to_string(INT32_MAX));
     if (!(duration > 0.0f))
-        reader.Fail("duration " + std::to_string(duration) + " isn't above 0");
+        reader.Fail("duration", std::to_string(duration) + " isn't above 0");
     anim.SetFrameCount(static_cast<int32_t>(frameCount));
     anim.SetDuration(duration);
 }

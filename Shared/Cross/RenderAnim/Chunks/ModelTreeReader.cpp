@@ -16,7 +16,7 @@
 namespace ra {
 
 bool ModelTreeReader::Read() {
-    m_Model.SetAnimList(std::make_unique<AnimListGeneric>(m_Model));
+    m_Model.SetAnimList(MakeAnimList());
     for (ChunkInfo child; m_Chunky.NextChunk(child);)
         if (child.id == s_SkeletonChunk)
             ReadSkeleton(child);
@@ -24,27 +24,19 @@ bool ModelTreeReader::Read() {
             ReadData(child.id);
         else if (!ReadFolder(child))
             return false;
-    if (!m_Model.GetMeshGroup())
-        throw Chunky::Exception(ChunkyError_MissingChunk, "Missing Chunk Type! (mesh group)");
+    BuildReferencePose();
     if (const Skeleton* pSkeleton = m_Model.GetSkeleton())
         m_Model.GetMeshGroup()->BindSkinning(*pSkeleton, m_Model.GetName());
-    m_Model.BuildReferencePose();
     return true;
-}
-
-void ModelTreeReader::SetSkeleton(std::unique_ptr<Skeleton> pSkeleton) {
-    if (m_Model.GetSkeleton())
-        throw Chunky::Exception(ChunkyError_BadChunk, "there is a second skeleton in the file");
-    m_Model.SetSkeleton(std::move(pSkeleton));
 }
 
 bool ModelTreeReader::ReadFolder(const ChunkInfo& child) {
     if (child.id == s_TextureChunk)
-        m_Textures.push_back(AddTexture(TextureLoadGeneric(m_Chunky)));
+        m_Textures.push_back(AddTexture(ReadTexture()));
     else if (child.id == s_ShaderChunk)
-        m_Shaders.push_back(BuildShader(ReadShaderRecord(m_Chunky)));
+        m_Shaders.emplace_back().Set(ReadShader());
     else if (child.id == s_MeshGroupChunk)
-        ReadMeshes();
+        SetMeshGroup(ReadMeshGroup());
     else if (child.id == s_LegacyMeshChunk)
         throw Chunky::Exception(ChunkyError_BadChunk, "chunk \"MESH\" is a mesh section of before there were mesh "
                                                       "groups, which can't be read: export the model again");
@@ -56,6 +48,14 @@ bool ModelTreeReader::ReadFolder(const ChunkInfo& child) {
     return true;
 }
 
+std::unique_ptr<AnimList> ModelTreeReader::MakeAnimList() { return std::make_unique<AnimListGeneric>(m_Model); }
+
+std::unique_ptr<Texture> ModelTreeReader::ReadTexture() { return TextureLoadGeneric(m_Chunky); }
+
+std::unique_ptr<Shader> ModelTreeReader::ReadShader() { return MakeShader(ReadShaderRecord(m_Chunky)); }
+
+std::unique_ptr<MeshGroup> ModelTreeReader::ReadMeshGroup() { return BuildMeshGroup(m_Chunky, m_Model.GetName()); }
+
 void ModelTreeReader::ReadData(uint32_t id) {
     if (id == s_SharedShaderChunk)
         m_Shaders.push_back(GetSharedShader(ReadSharedShaderName(m_Chunky)));
@@ -65,12 +65,23 @@ void ModelTreeReader::ReadData(uint32_t id) {
         m_Model.AddCamera(ReadCamera(m_Chunky));
 }
 
-void ModelTreeReader::ReadMeshes() {
+void ModelTreeReader::SetSkeleton(std::unique_ptr<Skeleton> pSkeleton) {
+    if (m_Model.GetSkeleton())
+        throw Chunky::Exception(ChunkyError_BadChunk, "there is a second skeleton in the file");
+    m_Model.SetSkeleton(std::move(pSkeleton));
+}
+
+void ModelTreeReader::SetMeshGroup(std::unique_ptr<MeshGroup> pGroup) {
     if (m_Model.GetMeshGroup())
         throw Chunky::Exception(ChunkyError_BadChunk, "there is a second mesh group in the file");
-    std::unique_ptr<MeshGroup> pGroup = BuildMeshGroup(m_Chunky, m_Model.GetName());
     OnMeshGroup(*pGroup);
     m_Model.SetMeshGroup(std::move(pGroup));
+}
+
+void ModelTreeReader::BuildReferencePose() {
+    if (!m_Model.GetMeshGroup())
+        throw Chunky::Exception(ChunkyError_MissingChunk, "Missing Chunk Type! (mesh group)");
+    m_Model.BuildReferencePose();
 }
 
 } // namespace ra

@@ -10,8 +10,8 @@
 
 namespace ra {
 
-// One pass over the children of a model's chunk, in the order of the file, for the intermediate and the generic form.
-// A child is read as soon as it is met, and refers to those ahead of it. What isn't known is stepped over.
+// One pass over the children of a model's chunk, in the order of the file. A child is read as soon as it is met, and
+// refers to those ahead of it. What isn't known is stepped over.
 class ModelTreeReader {
 public:
     ModelTreeReader(Chunky& chunky, RenderModel& model) : m_Chunky(chunky), m_Model(model) {}
@@ -24,22 +24,31 @@ public:
 
 protected:
     // What the forms have of their own. The next chunk is a "SKEL" of either kind, which `child` describes; the model
-    // has just been given its meshes; the next chunk is an "ANIM", and the model has a skeleton.
+    // is about to be given its meshes; the next chunk is an "ANIM", and the model has a skeleton.
     virtual void ReadSkeleton(const ChunkInfo& child) = 0;
     virtual void OnMeshGroup(MeshGroup&) {}
     virtual void ReadAnim() = 0;
 
+    // What the tools' forms have in common: the list, still empty; the next chunk is a "TXTR", a "SHDR", a "MSGR", or
+    // data other than a skeleton.
+    virtual std::unique_ptr<AnimList> MakeAnimList();
+    virtual std::unique_ptr<Texture> ReadTexture();
+    virtual std::unique_ptr<Shader> ReadShader();
+    virtual std::unique_ptr<MeshGroup> ReadMeshGroup();
+    virtual void ReadData(uint32_t id);
+
     // Throws for a second one, since what has been read goes by the first.
     void SetSkeleton(std::unique_ptr<Skeleton> pSkeleton);
+    // Throws for a model that has no meshes yet.
+    void BuildReferencePose();
 
     Chunky& m_Chunky;
     RenderModel& m_Model;
-    std::vector<ShaderRef> m_Shaders; // read so far
+    std::vector<ShaderRef> m_Shaders; // read so far, and held until the meshes that want them have come
 
 private:
     bool ReadFolder(const ChunkInfo& child);
-    void ReadData(uint32_t id);
-    void ReadMeshes();
+    void SetMeshGroup(std::unique_ptr<MeshGroup> pGroup);
 
     std::vector<TextureRef> m_Textures; // held until the shaders that want them have come
 };

@@ -6,14 +6,21 @@ PayloadReader::PayloadReader(Chunky& chunky, const char* pKind, const char* pNam
     // The container has held the size against the stream.
     const uint32_t size = chunky.GetRemaining();
     m_pPayload = std::make_unique_for_overwrite<std::byte[]>(size);
-    if (chunky.GetStream().Read(m_pPayload.get(), size) != size)
-        Fail("data", "is cut off");
-    m_Rest = {m_pPayload.get(), size};
+    ReadPayload(chunky, {m_pPayload.get(), size});
 }
 
-void PayloadReader::Fail(const char* pField, const std::string& reason) const {
-    const std::string name = *m_pName ? std::string(" '") + m_pName + "'" : std::string();
-    throw Chunky::Exception(ChunkyError_BadChunk, m_pKind + name + ": " + pField + " " + reason);
+void PayloadReader::ReadPayload(Chunky& chunky, std::span<std::byte> payload) {
+    if (chunky.GetStream().Read(payload.data(), static_cast<uint32_t>(payload.size())) != payload.size())
+        Fail("data", "is cut off");
+    m_Rest = payload;
+}
+
+std::string PayloadReader::Describe() const {
+    return *m_pName ? std::string(m_pKind) + " '" + m_pName + '\'' : std::string(m_pKind);
+}
+
+void PayloadReader::Fail(const std::string& field, const std::string& reason) const {
+    throw Chunky::Exception(ChunkyError_BadChunk, Describe() + ": " + field + ' ' + reason);
 }
 
 std::span<const std::byte> PayloadReader::ReadBytes(size_t size, const char* pField) {

@@ -16,7 +16,7 @@
 
 // The payload of a data chunk, taken from the stream in one piece and read field by field. Every fault throws
 // Chunky::Exception with what is being read and the field; a string that no buffer of ours holds throws
-// ByteStream::Exception. Nothing is allocated by a number of the file before CheckCount has seen it.
+// ByteStream::Exception. Nothing is allocated by a number of the file before ReadCount has seen it.
 class PayloadReader {
 public:
     static constexpr uint32_t MaxStringLength = 259;
@@ -24,6 +24,9 @@ public:
     // What is left of the data chunk that chunky has entered. `pKind` and `pName` tell messages whose data it is, such
     // as "mesh" and its name, and have to stay.
     PayloadReader(Chunky& chunky, const char* pKind, const char* pName);
+    virtual ~PayloadReader() = default;
+    PayloadReader(const PayloadReader&) = delete;
+    PayloadReader& operator=(const PayloadReader&) = delete;
 
     template <StreamScalar T>
     T Read(const char* pField) {
@@ -43,14 +46,23 @@ public:
     uint32_t ReadCount(size_t leastBytes, const char* pField);
     size_t GetRemaining() const { return m_Rest.size(); }
 
-    [[noreturn]] void Fail(const char* pField, const std::string& reason) const;
+    [[noreturn]] void Fail(const std::string& field, const std::string& reason) const;
 
     // The payload, for those who keep spans into it. Reading goes on.
     std::unique_ptr<std::byte[]> TakePayload() { return std::move(m_pPayload); }
 
+protected:
+    // For a payload that lies elsewhere: ReadPayload comes next.
+    PayloadReader() = default;
+    // Fills all of it from the chunk.
+    void ReadPayload(Chunky& chunky, std::span<std::byte> payload);
+
 private:
-    const char* m_pKind;
-    const char* m_pName;
+    // Whose data it is.
+    virtual std::string Describe() const;
+
+    const char* m_pKind = "";
+    const char* m_pName = "";
     std::unique_ptr<std::byte[]> m_pPayload;
     std::span<const std::byte> m_Rest;
 };

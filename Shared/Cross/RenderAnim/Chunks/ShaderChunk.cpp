@@ -189,12 +189,6 @@ std::unique_ptr<Shader> MakeShader(const ShaderRecord& record, ShaderForm form) 
     return pShader;
 }
 
-ShaderRef BuildShader(const ShaderRecord& record, ShaderForm form) {
-    ShaderRef shader;
-    shader.Set(MakeShader(record, form));
-    return shader;
-}
-
 ShaderRef GetSharedShader(const std::string& name) {
     const Inv::RootFrameScope root;
     ShaderRef shaderRef;

@@ -55,8 +55,6 @@ std::string ReadSharedShaderName(Chunky& chunky);
 
 // The textures are those of the inventory. One that isn't there is logged and becomes a colour that shows it.
 std::unique_ptr<Shader> MakeShader(const ShaderRecord& record, ShaderForm form = ShaderForm::Generic);
-// Enters such a shader in the inventory.
-ShaderRef BuildShader(const ShaderRecord& record, ShaderForm form = ShaderForm::Generic);
 // A shader that lies in a file of its own, by its name and from the root; now known to be shared. Loaded at need.
 ShaderRef GetSharedShader(const std::string& name);
 

@@ -7,9 +7,9 @@
 
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/FileSystem/Chunky.h"
-#include "Shared/Cross/FileSystem/FileReplacement.h"
 #include "Shared/Cross/FileSystem/Paths/FilePath.h"
 #include "Shared/Cross/FileSystem/Paths/FilePathUtil.h"
+#include "Shared/Cross/RenderAnim/Chunks/SaveFile.h"
 #include "Shared/Cross/RenderAnim/Chunks/ShaderChunk.h"
 #include "Shared/Cross/RenderAnim/Chunks/TextureChunk.h"
 #include "Shared/Cross/RenderAnim/Files/SharedShaderLayout.h"
@@ -31,22 +31,6 @@ std::vector<const Texture*> TexturesOf(const Shader& shader) {
 void FlushFile(ByteStream& stream) {
     if (!stream.Flush())
         throw std::runtime_error("Unable to write to file!");
-}
-
-template <class WriteContent>
-bool SaveFile(const char* pPath, WriteContent&& write) {
-    try {
-        const std::unique_ptr<FileReplacement> pFile = FilePath::ReplaceFile(pPath);
-        if (!pFile)
-            throw Chunky::Exception(ChunkyError_OpenFailed, "Unable to open file!");
-        const bool complete = write(pFile->GetStream());
-        if (!pFile->Finish())
-            throw std::runtime_error("Unable to write to file!");
-        return complete;
-    } catch (const std::exception& exception) {
-        dbWarningf("RENDER ANIM -- %s: %s", pPath, exception.what());
-        return false;
-    }
 }
 
 // Shaders' names may hold points, so that only a file's own extension counts as one.
@@ -132,14 +116,13 @@ bool WriteSharedShaderFinal(ByteStream& stream, const Shader& shader, uint32_t u
 }
 
 bool SaveSharedShader(const char* pPath, const Shader& shader) {
-    return SaveFile(pPath, [&](ByteStream& stream) {
-        WriteSharedShader(stream, shader);
-        return true;
-    });
+    return SaveFile(pPath, [&](ByteStream& stream) { WriteSharedShader(stream, shader); });
 }
 
 bool SaveSharedShaderFinal(const char* pPath, const Shader& shader, uint32_t useDXTC) {
-    return SaveFile(pPath, [&](ByteStream& stream) { return WriteSharedShaderFinal(stream, shader, useDXTC); });
+    bool complete = true;
+    const auto write = [&](ByteStream& stream) { complete = WriteSharedShaderFinal(stream, shader, useDXTC); };
+    return SaveFile(pPath, write) && complete;
 }
 
 std::unique_ptr<Shader> ReadSharedShaderGeneric(ByteStream& stream) {

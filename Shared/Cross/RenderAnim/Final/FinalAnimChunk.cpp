@@ -4,7 +4,6 @@
 
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/AnimListNode.h"
-#include "Shared/Cross/RenderAnim/Chunks/AnimNodes.h"
 #include "Shared/Cross/RenderAnim/Chunks/AnimParts.h"
 #include "Shared/Cross/RenderAnim/Chunks/ModelLayout.h"
 #include "Shared/Cross/RenderAnim/Chunks/PayloadReader.h"
@@ -101,36 +100,37 @@ void WriteData(Chunky& chunky, PayloadWriter& writer, const Anim& anim, size_t b
 }
 
 void ReadBones(AnimPartReader& reader, Anim& anim) {
-    const uint32_t count = reader.ReadCount(s_BoneKeysMinBytes, "bone count");
-    anim.SetBoneCount(count);
-    for (uint32_t i = 0; i < count; ++i) {
-        const auto index = static_cast<int32_t>(i);
-        anim.SetBoneName(index, Name(reader.ReadString("bone name").c_str()));
-        std::unique_ptr<Vec3Stream> pPosition = reader.ReadKeys<glm::vec3>("position key");
-        anim.SetBoneStreams(index, std::move(pPosition), reader.ReadKeys<glm::quat>("rotation key"));
-        anim.SetBoneAnimated(index, reader.Read<uint8_t>("animated mark") != 0);
+    std::vector<Anim::BoneStream> bones(reader.ReadCount(s_BoneKeysMinBytes, "bone count"));
+    for (Anim::BoneStream& bone : bones) {
+        bone.name = Name(reader.ReadString("bone name").c_str());
+        bone.pPosition = reader.ReadKeys<glm::vec3>("position key");
+        bone.pRotation = reader.ReadKeys<glm::quat>("rotation key");
+        bone.isAnimated = reader.Read<uint8_t>("animated mark") != 0;
     }
+    anim.TakeBones(std::move(bones));
 }
 
 void ReadControls(AnimPartReader& reader, Anim& anim) {
     const uint32_t count = reader.ReadCount(s_ControlMinBytes, "control count");
     for (uint32_t i = 0; i < count; ++i) {
-        const Name name(reader.ReadString("control's target").c_str());
-        ControlRef ref;
-        ref.type = reader.Read<int32_t>("target kind");
-        ref.property = reader.Read<int32_t>("parameter");
-        ref.channel = reader.Read<int32_t>("channel");
-        const int32_t index = anim.AddControl(name, ref);
-        anim.SetControlStream(index, reader.ReadKeys<float>("control key"));
+        Anim::ControlStream control;
+        control.name = Name(reader.ReadString("control's target").c_str());
+        control.ref.type = reader.Read<int32_t>("target kind");
+        control.ref.property = reader.Read<int32_t>("parameter");
+        control.ref.channel = reader.Read<int32_t>("channel");
+        control.pValues = reader.ReadKeys<float>("control key");
+        anim.TakeControl(std::move(control));
     }
 }
 
 void ReadCameras(AnimPartReader& reader, Anim& anim) {
     const uint32_t count = reader.ReadCount(s_CameraKeysMinBytes, "camera count");
     for (uint32_t i = 0; i < count; ++i) {
-        const int32_t index = anim.AddCamera(Name(reader.ReadString("camera name").c_str()));
-        std::unique_ptr<Vec3Stream> pPosition = reader.ReadKeys<glm::vec3>("camera position key");
-        anim.SetCameraStreams(index, std::move(pPosition), reader.ReadKeys<glm::quat>("camera rotation key"));
+        Anim::CameraStream camera;
+        camera.name = Name(reader.ReadString("camera name").c_str());
+        camera.pPosition = reader.ReadKeys<glm::vec3>("camera position key");
+        camera.pRotation = reader.ReadKeys<glm::quat>("camera rotation key");
+        anim.TakeCamera(std::move(camera));
     }
 }
 
@@ -197,14 +197,11 @@ AnimRecord ReadFinalAnimRecord(Chunky& chunky) {
     return record;
 }
 
-bool AppendFinalAnim(Chunky& chunky, const ChunkInfo& child, RenderModel& model) {
-    if (!CanHoldAnim(model, child))
-        return false;
+void AppendFinalAnim(Chunky& chunky, RenderModel& model) {
     AnimRecord record = ReadFinalAnimRecord(chunky);
     if (record.pAnim)
         CheckBones(*record.pAnim, *model.GetSkeleton());
     AppendAnimRecord(model, std::move(record));
-    return true;
 }
 
 } // namespace ra

@@ -13,7 +13,7 @@ namespace ra {
 void WriteFinalAnim(Chunky& chunky, PayloadWriter& writer, const AnimListNode& node);
 // The next chunk is an "ANIM".
 AnimRecord ReadFinalAnimRecord(Chunky& chunky);
-// Reads it into the inventory and the model's list. False, with a line in the log, for a model without a skeleton.
-bool AppendFinalAnim(Chunky& chunky, const ChunkInfo& child, RenderModel& model);
+// Reads it into the inventory and the model's list. The model has a skeleton.
+void AppendFinalAnim(Chunky& chunky, RenderModel& model);
 
 } // namespace ra

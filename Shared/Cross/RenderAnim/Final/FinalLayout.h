@@ -12,11 +12,6 @@
 //   "MARK"            one, if the model has markers
 //   "CAMS"            one, if the model has cameras
 //   "ANIM"            one for each animation of the model's own
-//
-// "QEBP", folder, version 4, without a name, in the motion file beside it:
-//   "ANIM"            one for each animation of another model
-//   "EVCT", "CLST", "CONL", "MODL", "MTRE", "ACTS"
-//   "SEUI"
 
 namespace ra {
 

@@ -17,9 +17,8 @@ namespace ra {
 // less than 4 pixels a side aren't stored. False, with a line in the log, when a level couldn't be converted; it is not
 // in the file then.
 bool WriteFinalTexture(Chunky& chunky, PayloadWriter& writer, const Texture& texture, uint32_t useDXTC);
-// The next chunk is such a "TXTR". The texture has its name and is nobody's yet. The largest levels can be dropped,
-// as many as leave one. Throws Chunky::Exception for one that is
-// damaged or has no level.
+// The next chunk is such a "TXTR". The texture has its name and is nobody's yet. The largest levels can be dropped, as
+// many as leave one. Throws Chunky::Exception for one that is damaged or has no level.
 std::unique_ptr<Texture> TextureLoadFinal(Chunky& chunky, uint32_t levelsToSkip = 0);
 
 } // namespace ra

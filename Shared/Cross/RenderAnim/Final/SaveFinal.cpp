@@ -2,7 +2,6 @@
 #include "Shared/Cross/RenderAnim/AnimList.h"
 #include "Shared/Cross/RenderAnim/Chunks/MeshGroupChunk.h"
 #include "Shared/Cross/RenderAnim/Chunks/SaveFile.h"
-#include "Shared/Cross/RenderAnim/Chunks/SelectionChunk.h"
 #include "Shared/Cross/RenderAnim/Chunks/TextureChunk.h"
 #include "Shared/Cross/RenderAnim/Final/FinalAnimChunk.h"
 #include "Shared/Cross/RenderAnim/Final/FinalFile.h"
@@ -12,7 +11,6 @@
 #include "Shared/Cross/RenderAnim/Final/FinalSkeletonChunk.h"
 #include "Shared/Cross/RenderAnim/Final/FinalTextureChunk.h"
 #include "Shared/Cross/RenderAnim/MeshGroup.h"
-#include "Shared/Cross/RenderAnim/Motion/Chunks/MotionChunks.h"
 #include "Shared/Cross/RenderAnim/RenderModel.h"
 #include "Shared/Cross/RenderAnim/Shader.h"
 #include "Shared/Cross/RenderAnim/Skeleton.h"
@@ -28,10 +26,10 @@ void WriteOwnShaders(Chunky& chunky, PayloadWriter& writer, const MeshGroup& gro
             WriteFinalShader(chunky, writer, *group.GetShader(i).GetData());
 }
 
-void WriteAnims(Chunky& chunky, PayloadWriter& writer, const RenderModel& model, bool areLocal) {
+void WriteOwnAnims(Chunky& chunky, PayloadWriter& writer, const RenderModel& model) {
     const AnimList* pAnimList = model.GetAnimList();
     for (uint32_t i = 0; pAnimList && i < pAnimList->GetCount(); ++i)
-        if (const AnimListNode& node = *pAnimList->GetNode(i); node.IsLocal() == areLocal)
+        if (const AnimListNode& node = *pAnimList->GetNode(i); node.IsLocal())
             WriteFinalAnim(chunky, writer, node);
 }
 
@@ -56,34 +54,18 @@ bool SaveFinal(const RenderModel& model, Chunky& chunky, uint32_t useDXTC) {
         WriteFinalMarkers(chunky, writer, model.GetOwnMarkers());
     if (!model.GetCameras().empty())
         WriteFinalCameras(chunky, writer, model.GetCameras());
-    WriteAnims(chunky, writer, model, true);
+    WriteOwnAnims(chunky, writer, model);
     chunky.EndChunk();
     return complete;
 }
 
-void SaveFinalMotion(const RenderModel& model, Chunky& chunky) {
-    PayloadWriter writer;
-    chunky.BeginFolder(s_MotionFileChunk, s_MotionFileVersion);
-    WriteAnims(chunky, writer, model, false);
-    WriteMotionParts(chunky, writer, model.GetMotionParts(), MotionForm::Final);
-    WriteSelection(chunky, writer, model.GetSelectionInfo());
-    chunky.EndChunk();
-}
-
 bool SaveFinal(const RenderModel& model, const char* pPath, uint32_t useDXTC) {
     bool complete = true;
-    const bool saved = SaveFile(pPath, [&](ByteStream& stream) {
+    const auto write = [&](ByteStream& stream) {
         Chunky chunky{ByteStreamAdapter(&stream)};
         complete = SaveFinal(model, chunky, useDXTC);
-    });
-    return saved && complete;
-}
-
-bool SaveFinalMotion(const RenderModel& model, const char* pPath) {
-    return SaveFile(pPath, [&](ByteStream& stream) {
-        Chunky chunky{ByteStreamAdapter(&stream)};
-        SaveFinalMotion(model, chunky);
-    });
+    };
+    return SaveFile(pPath, write) && complete;
 }
 
 } // namespace ra

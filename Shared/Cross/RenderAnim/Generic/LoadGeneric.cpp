@@ -30,9 +30,7 @@ private:
             SetSkeleton(generic::BuildSkeleton(generic::ReadBoneRecords(m_Chunky)));
     }
     void ReadAnim() override {
-        if (!m_Model.GetMeshGroup())
-            throw Chunky::Exception(ChunkyError_BadChunk, "there is an animation ahead of the mesh group");
-        m_Model.BuildReferencePose();
+        BuildReferencePose();
         generic::AppendAnim(m_Chunky, m_Model);
     }
 };

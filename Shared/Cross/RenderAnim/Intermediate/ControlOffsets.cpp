@@ -48,7 +48,7 @@ float GetBase(const ControlRef& ref, const Shader& shader) {
         return 0.0f;
     switch (ref.property) {
     case ControlProperty_Amount:
-        return ReferencePose::GetAnimatableValue(channel, shader.GetChannelColour(channel));
+        return ReferencePose::GetAnimatableValue(channel, shader.GetChannelAnimatedColour(channel));
     case ControlProperty_OffsetU:
         return GetTextureOffset(shader, channel, 0);
     case ControlProperty_OffsetV:

@@ -1,7 +1,3 @@
-#include <stdexcept>
-
-#include <gmock/gmock.h>
-
 #include "Tests/Shared/Cross/RenderAnim/ModelFixture.h"
 
 namespace {

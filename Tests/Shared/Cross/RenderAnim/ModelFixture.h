@@ -10,13 +10,14 @@
 
 #include "Shared/Cross/Assist/Inventory.h"
 #include "Shared/Cross/Glaze/Device.h"
+#include "Shared/Cross/RenderAnim/Anim.h"
 #include "Shared/Cross/RenderAnim/Mesh.h"
 #include "Shared/Cross/RenderAnim/MeshGroup.h"
 #include "Shared/Cross/RenderAnim/RenderModel.h"
 #include "Shared/Cross/RenderAnim/Shader.h"
 #include "Shared/Cross/RenderAnim/Skeleton.h"
 #include "Tests/Shared/Cross/Debug/ReportCapture.h"
-#include "Tests/Shared/Cross/RenderAnim/Chunks/PayloadBytes.h"
+#include "Tests/Shared/Cross/RenderAnim/Chunks/ChunkVerbs.h"
 
 // What models stand on, started for each test and empty at its end, and verbs that make their parts.
 class ModelFixture : public testing::Test {
@@ -111,6 +112,40 @@ protected:
         pModel->AddMarker({.name = ra::Name("Lost"), .m_parentName = ra::Name("tail")});
         pModel->AddCamera({.name = ra::Name("Front"), .position = {1, 2, 3}, .target = {4, 5, 6}, .fieldOfView = 1});
         return pModel;
+    }
+
+    // One for the walker: its first bone stands still, the second one moves; a control of a mesh and one of a shader;
+    // and the camera.
+    static std::unique_ptr<Anim> MakeAnim(const char* pName) {
+        auto pAnim = std::make_unique<Anim>();
+        pAnim->SetName(pName);
+        pAnim->SetFrameCount(3);
+        pAnim->SetDuration(0.5f);
+        pAnim->SetBoneCount(2);
+        pAnim->SetBoneName(0, ra::Name("hip"));
+        pAnim->SetBoneName(1, ra::Name("knee"));
+        pAnim->SetBoneAnimated(1, true);
+        pAnim->SetBoneStreams(1, MakeStream<glm::vec3>({1, 2, 3}, {4, 5, 6}),
+                              MakeStream<glm::quat>({1, 0, 0, 0}, {0, 1, 0, 0}));
+        AddControlsAndCamera(*pAnim);
+        return pAnim;
+    }
+    static void AddControlsAndCamera(Anim& anim) {
+        anim.TakeControl(
+            {.name = ra::Name("Body"), .ref = {.type = ControlTarget_Mesh}, .pValues = MakeStream<float>(0, 1)});
+        anim.TakeControl({.name = ra::Name("Clay"),
+                          .ref = {.channel = 4, .property = 2},
+                          .pValues = MakeStream<float>(0.25f, 0.5f)});
+        anim.TakeCamera({.name = ra::Name("Front"),
+                         .pPosition = MakeStream<glm::vec3>({7, 8, 9}, {0, 0, 0}),
+                         .pRotation = nullptr});
+    }
+    template <class V>
+    static std::unique_ptr<AnimStream<V>> MakeStream(const V& first, const V& last) {
+        auto pStream = std::make_unique<AnimStream<V>>();
+        pStream->AddKey(0, first);
+        pStream->AddKey(1, last);
+        return pStream;
     }
 
     // A file's mesh group without meshes.

@@ -3,9 +3,7 @@
 #include "Shared/Cross/Assist/DebugToolDumpInfo.h"
 #include "Shared/Cross/Glaze/Texture.h"
 #include "Shared/Cross/RenderAnim/Image/MipMap.h"
-#include "Shared/Cross/RenderAnim/LoadSwitch.h"
 #include "Shared/Cross/RenderAnim/TextureConvert.h"
-#include "Shared/Cross/RenderAnim/TextureTypeInfo.h"
 #include "Tests/Shared/Cross/RenderAnim/Image/ImageTesting.h"
 #include "Tests/Shared/Cross/RenderAnim/ModelFixture.h"
 
@@ -23,15 +21,11 @@ protected:
 };
 
 TEST_F(TextureTest, TheTypeFollowsFromThePicture) {
-    const std::pair<ImageType, const char*> types[] = {
-        {IMAGETYPE_RGBA32, "RGBA"},       {IMAGETYPE_LUMINANCE8, "Luminance"},
-        {IMAGETYPE_PALETTE8, "Palette"},  {IMAGETYPE_RGB565, "RGB"},
-        {IMAGETYPE_RGBA5551, "RGBAMask"}, {IMAGETYPE_RGBA4444, "RGBA"},
-        {IMAGETYPE_RGB888, "RGB"},        {IMAGETYPE_DXT1, "DXT1"},
-        {IMAGETYPE_DXT3, "DXT3"},         {IMAGETYPE_DXT5, "DXT5"},
-    };
-    for (const auto& [type, pName] : types)
-        EXPECT_STREQ(GetTextureTypeName(GuessFormat(type)), pName) << type;
+    std::string names;
+    for (const ImageType type : {IMAGETYPE_RGB565, IMAGETYPE_RGBA32, IMAGETYPE_RGBA5551, IMAGETYPE_LUMINANCE8,
+                                 IMAGETYPE_PALETTE8, IMAGETYPE_DXT1, IMAGETYPE_DXT3, IMAGETYPE_DXT5})
+        names += std::string(GetTextureTypeName(GuessFormat(type))) + ' ';
+    EXPECT_EQ(names, "RGB RGBA RGBAMask Luminance Palette DXT1 DXT3 DXT5 ");
     EXPECT_STREQ(GetTextureTypeName(8), "Invalid");
 }
 
@@ -42,8 +36,6 @@ TEST_F(TextureTest, TheDeviceLooksOnAtThePicture) {
     const std::shared_ptr<gz::Texture> pDevice = pTexture->GetDeviceTexture();
     ASSERT_TRUE(pDevice);
     EXPECT_EQ(pDevice->GetFormat(), TextureType_DXT1);
-    EXPECT_EQ(pDevice->GetWidth(), 16u);
-    EXPECT_EQ(pDevice->GetHeight(), 8u);
     EXPECT_EQ(pDevice->GetLevelCount(), 3u);
     EXPECT_EQ(pDevice->GetLevel(1).data(), pPixels) << "pixels aren't copied";
     pTexture.reset();
@@ -140,27 +132,6 @@ TEST_F(TextureTest, ShortNamesAreFoundAsTheyStand) {
     std::string name;
     Texture::GetTypeInfo().TranslateName(name, "DATA:Art\\Foo.v2\\Wood.tga");
     EXPECT_EQ(name, "art/foo.v2/wood");
-}
-
-std::unique_ptr<Texture> LoadGenericForTest(const char* pName) {
-    return std::string_view(pName) == "art\\good" ? Image2Texture(MakeRandomImage(IMAGETYPE_RGB888, 2, 2)) : nullptr;
-}
-
-std::unique_ptr<Texture> LoadFinalForTest(const char*) { return Image2Texture(MakeRandomImage(IMAGETYPE_DXT1, 4, 4)); }
-
-TEST_F(TextureTest, LoadsFollowTheSwitchAndWhatIsMissingIsPink) {
-    TextureTypeInfo::SetLoaders(LoadGenericForTest, LoadFinalForTest);
-    ra::SetGenericLoad(true);
-    TextureRef texture;
-    EXPECT_TRUE(texture.Get("art\\good"));
-    EXPECT_EQ(texture->GetType(), TextureType_RGB);
-    EXPECT_TRUE(texture.Get("art\\bad"));
-    EXPECT_EQ(GetPixel(*texture->GetImages()[0], 0, 0).GetValue(), 0xFFFF00FFu);
-    EXPECT_TRUE(ReportCapture::HasWarning("Unable to load 'Texture' resource 'art\\bad', using default!"));
-    ra::SetGenericLoad(false);
-    EXPECT_TRUE(texture.Get("art\\final"));
-    EXPECT_EQ(texture->GetType(), TextureType_DXT1);
-    TextureTypeInfo::SetLoaders(nullptr, nullptr);
 }
 
 TEST_F(TextureTest, ADumpTellsItsSizeAndType) {

@@ -1,8 +1,5 @@
-#include <gmock/gmock.h>
-
 #include "Shared/Cross/RenderAnim/Chunks/ShaderChunk.h"
 #include "Shared/Cross/RenderAnim/Texture.h"
-#include "Tests/Shared/Cross/RenderAnim/Chunks/PayloadBytes.h"
 #include "Tests/Shared/Cross/RenderAnim/ModelFixture.h"
 
 using testing::HasSubstr;
@@ -26,23 +23,15 @@ protected:
         const std::string info = PayloadBytes().U32(6).U32(7).F32({0.5f}).U32(3).U8(1).Get();
         return NamedFolder("SHDR", "Clay", ChunkBytes::Data("INFO", info) + channels, 1);
     }
-    static std::string MakeBytes(const char* pTexture = "", uint32_t textureChannel = 0) {
+    static std::string MakeBytes(const char* pTexture = "", uint32_t textureChannel = 0, uint32_t version = 3) {
         std::string channels;
         for (uint32_t n = 0; n < 6; ++n)
-            channels += MakeChannel(n, n == textureChannel ? pTexture : "");
+            channels += MakeChannel(n, n == textureChannel ? pTexture : "", version);
         return MakeBytes(channels);
     }
-    static ra::ShaderRecord Read(const std::string& chunk) {
-        const auto pStream = MakeReadStream(ChunkBytes::FileHeader() + chunk);
-        Chunky chunky{ByteStreamAdapter(pStream.get())};
-        return ra::ReadShaderRecord(chunky);
-    }
+    static ra::ShaderRecord Read(const std::string& chunk) { return ReadChunks(chunk, ra::ReadShaderRecord); }
     static std::string Write(const Shader& shader) {
-        const auto pStream = MakeWriteStream();
-        Chunky chunky{ByteStreamAdapter(pStream.get())};
-        PayloadWriter writer;
-        ra::WriteShader(chunky, writer, shader);
-        return BytesOf(*pStream).substr(24);
+        return WriteChunks([&](Chunky& chunky, PayloadWriter& writer) { ra::WriteShader(chunky, writer, shader); });
     }
 };
 
@@ -57,23 +46,13 @@ TEST_F(ShaderChunk, ReadsAndWritesBytesTypedByHand) {
     EXPECT_EQ(record.channels[5].colour, (Colour{.b = 0x30, .g = 0x20, .r = 0x10, .a = 0xFF}));
     EXPECT_EQ(record.channels[5].filter, 4);
     EXPECT_EQ(record.channels[5].matrix[3], glm::vec4(4, 5, 0, 1));
-    const ShaderRef shader = ra::BuildShader(record);
-    EXPECT_EQ(Write(*shader.GetData()), MakeBytes());
-    EXPECT_EQ(shader->GetChannelMode(CN_Extra), 0);
-}
-
-TEST_F(ShaderChunk, ChannelsOfVersion2HaveAByteMore) {
-    std::string channels;
-    for (uint32_t n = 0; n < 6; ++n)
-        channels += MakeChannel(n, "", 2);
-    const ra::ShaderRecord record = Read(MakeBytes(channels));
-    EXPECT_EQ(record.channels[0].tile, 1);
-    EXPECT_EQ(record.channels[0].matrix[3], glm::vec4(4, 5, 0, 1));
+    EXPECT_EQ(Write(*ra::MakeShader(record)), MakeBytes());
+    EXPECT_EQ(Write(*ra::MakeShader(Read(MakeBytes("", 0, 2)))), MakeBytes()) << "with a byte more";
 }
 
 TEST_F(ShaderChunk, AMissingTextureIsPink) {
-    const ShaderRef shader = ra::BuildShader(Read(MakeBytes("art/wood")));
-    EXPECT_EQ(shader->GetChannelColour(CN_Diffuse).GetValue(), 0xFFFF00FFu);
+    const std::unique_ptr<Shader> pShader = ra::MakeShader(Read(MakeBytes("art/wood")));
+    EXPECT_EQ(pShader->GetChannelColour(CN_Diffuse).GetValue(), 0xFFFF00FFu);
     EXPECT_TRUE(ReportCapture::HasWarning("TEXTURES -- 'Clay': unable to find texture 'art/wood'. Using pink!"));
     EXPECT_FALSE(ReportCapture::HasWarning("has texture on"));
 }
@@ -84,30 +63,29 @@ TEST_F(ShaderChunk, ATextureOfTheInventoryIsTaken) {
     pTexture->SetName("art\\Wood.old");
     TextureRef texture;
     texture.Set(std::move(pTexture));
-    const ShaderRef shader = ra::BuildShader(Read(MakeBytes("art\\Wood.old", 3)));
-    EXPECT_EQ(shader->GetChannelTexture(3), texture);
+    const std::unique_ptr<Shader> pShader = ra::MakeShader(Read(MakeBytes("art\\Wood.old", 3)));
+    EXPECT_EQ(pShader->GetChannelTexture(3), texture);
     EXPECT_TRUE(ReportCapture::HasWarning("SHADER -- 'Clay': has texture on 'Self Illumination' channel!"));
-    EXPECT_EQ(Write(*shader.GetData()), MakeBytes("art\\Wood.old", 3));
+    EXPECT_EQ(Write(*pShader), MakeBytes("art\\Wood.old", 3));
 }
 
 TEST_F(ShaderChunk, TheFinalLevelHasWordsOfItsOwn) {
-    std::unique_ptr<Shader> pShader = ra::MakeShader(Read(MakeBytes("art/wood", 5)), ra::ShaderForm::Final);
-    EXPECT_STREQ(pShader->GetName(), "Clay");
+    ra::MakeShader(Read(MakeBytes("art/wood", 5)), ra::ShaderForm::Final);
     EXPECT_TRUE(ReportCapture::HasWarning("TEXTURES -- 'Clay': has texture on 'Specular' channel!"));
     EXPECT_FALSE(ReportCapture::HasWarning("SHADER --"));
-    EXPECT_TRUE(ReportCapture::HasWarning("TEXTURES -- 'Clay': opacity channel has mode 'Add'."));
-    const std::pair<int32_t, const char*> modes[] = {{0, nullptr},      {2, "'Blend'."},   {3, "'Blend'."},
-                                                     {4, "'Invalid'."}, {9, "'Invalid'."}, {-1, "'Invalid'."}};
-    for (const auto& [mode, pText] : modes) {
+    const std::pair<int32_t, const char*> modes[] = {{0, nullptr},   {1, "Add"},     {2, "Blend"},   {3, "Blend"},
+                                                     {4, "Invalid"}, {9, "Invalid"}, {-1, "Invalid"}};
+    for (const auto& [mode, pName] : modes) {
         ra::ShaderRecord record = Read(MakeBytes());
         record.channels[CN_Opacity].mode = mode;
         ReportCapture::Clear();
-        ra::MakeShader(record, ra::ShaderForm::Final);
-        EXPECT_EQ(ReportCapture::HasWarning("opacity channel has mode"), pText != nullptr) << mode;
-        EXPECT_TRUE(!pText || ReportCapture::HasWarning(pText)) << mode;
-        ReportCapture::Clear();
         ra::MakeShader(record);
         EXPECT_FALSE(ReportCapture::HasWarning("opacity channel has mode")) << "not at the generic level";
+        ra::MakeShader(record, ra::ShaderForm::Final);
+        const std::string text =
+            pName ? std::string("TEXTURES -- 'Clay': opacity channel has mode '") + pName + "'." : "";
+        EXPECT_EQ(ReportCapture::CountWarnings("opacity channel has mode"), pName ? 1u : 0u) << mode;
+        EXPECT_TRUE(text.empty() || ReportCapture::HasWarning(text)) << mode;
     }
 }
 
@@ -128,9 +106,7 @@ TEST_F(ShaderChunk, ASharedShaderIsOnlyNamed) {
     shader->SetShared(true);
     const std::string bytes = Write(*shader.GetData());
     EXPECT_EQ(bytes, NamedData("SSHR", "art/shared", PayloadBytes().Text("art/shared").Get(), 1));
-    const auto pStream = MakeReadStream(ChunkBytes::FileHeader() + bytes);
-    Chunky chunky{ByteStreamAdapter(pStream.get())};
-    EXPECT_EQ(ra::ReadSharedShaderName(chunky), "art/shared");
+    EXPECT_EQ(ReadChunks(bytes, ra::ReadSharedShaderName), "art/shared");
 }
 
 } // namespace

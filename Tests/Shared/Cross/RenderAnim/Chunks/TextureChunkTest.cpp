@@ -1,9 +1,6 @@
 #include "Shared/Cross/RenderAnim/Chunks/TextureChunk.h"
 
-#include <gmock/gmock.h>
-
 #include "Shared/Cross/RenderAnim/Texture.h"
-#include "Tests/Shared/Cross/RenderAnim/Chunks/PayloadBytes.h"
 #include "Tests/Shared/Cross/RenderAnim/Image/ImageTesting.h"
 #include "Tests/Shared/Cross/RenderAnim/ModelFixture.h"
 
@@ -31,24 +28,13 @@ protected:
                            1);
     }
     static std::unique_ptr<Texture> Read(const std::string& chunk) {
-        const auto pStream = MakeReadStream(ChunkBytes::FileHeader() + chunk);
-        Chunky chunky{ByteStreamAdapter(pStream.get())};
-        return ra::TextureLoadGeneric(chunky);
+        return ReadChunks(chunk, [](Chunky& chunky) { return ra::TextureLoadGeneric(chunky); });
     }
     static std::string Write(const Texture& texture) {
-        const auto pStream = MakeWriteStream();
-        Chunky chunky{ByteStreamAdapter(pStream.get())};
-        PayloadWriter writer;
-        ra::WriteTexture(chunky, writer, texture);
-        return BytesOf(*pStream).substr(24);
+        return WriteChunks([&](Chunky& chunky, PayloadWriter& writer) { ra::WriteTexture(chunky, writer, texture); });
     }
-    static void ExpectFault(const std::string& chunk, const char* pText) {
-        try {
-            Read(chunk);
-            ADD_FAILURE() << "read in spite of: " << pText;
-        } catch (const Chunky::Exception& exception) {
-            EXPECT_THAT(exception.what(), HasSubstr(pText));
-        }
+    static std::string Fault(const std::string& chunk) {
+        return FaultOf([&] { Read(chunk); });
     }
     static TextureRef Add(const char* pName) {
         std::unique_ptr<Texture> pTexture = Image2Texture(MakeRandomImage(IMAGETYPE_RGBA32, 2, 2));
@@ -70,13 +56,13 @@ TEST_F(TextureChunk, ReadsAndWritesBytesTypedByHand) {
 }
 
 TEST_F(TextureChunk, OldOnesHaveThreeNumbersMore) {
+    const std::string image = MakeImage(IMAGETYPE_LUMINANCE8, 3, 1, 3);
     for (const uint32_t version : {1u, 2u}) {
         const std::string info = PayloadBytes().U32(7).U32(8).U32(9).U32(1).Get();
-        const std::string image = MakeImage(IMAGETYPE_LUMINANCE8, 3, 1, 3);
-        const auto pTexture = Read(NamedFolder("TXTR", "old", ChunkBytes::Data("INFO", info, version) + image, 1));
-        EXPECT_EQ(pTexture->GetWidth(), 3u) << version;
+        EXPECT_EQ(Read(NamedFolder("TXTR", "old", ChunkBytes::Data("INFO", info, version) + image, 1))->GetWidth(), 3u);
     }
-    ExpectFault(NamedFolder("TXTR", "old", ChunkBytes::Data("INFO", PayloadBytes().U32(1).Get(), 2), 1), "image count");
+    EXPECT_THAT(Fault(NamedFolder("TXTR", "old", ChunkBytes::Data("INFO", "1234", 2) + image, 1)),
+                HasSubstr("image count"));
 }
 
 TEST_F(TextureChunk, SeveralImagesAreTheLevelsOfOneTexture) {
@@ -84,30 +70,23 @@ TEST_F(TextureChunk, SeveralImagesAreTheLevelsOfOneTexture) {
         MakeImage(IMAGETYPE_LUMINANCE8, 2, 2, 4) + MakeImage(IMAGETYPE_LUMINANCE8, 1, 1, 1, 1, 9);
     const std::unique_ptr<Texture> pTexture = Read(MakeBytes(levels, 2));
     EXPECT_EQ(pTexture->GetLevelCount(), 2u);
-    EXPECT_EQ(pTexture->GetLevel(1).pImage->GetData()[0], 9);
     // The writer puts them into one.
     const std::unique_ptr<Texture> pAgain = Read(Write(*pTexture));
     EXPECT_EQ(pAgain->GetImages().size(), 1u);
-    EXPECT_EQ(pAgain->GetLevelCount(), 2u);
     EXPECT_EQ(pAgain->GetImages()[0]->GetData(1)[0], 9);
     // A compressed one is whole, whatever the count says.
     EXPECT_EQ(Read(MakeBytes(MakeImage(IMAGETYPE_DXT1, 4, 4, 8), 5))->GetLevelCount(), 1u);
 }
 
 TEST_F(TextureChunk, DamageIsRefused) {
-    ExpectFault(MakeBytes("", 0), "Unable to load image(s) for texture 'art\\wood'!");
-    ExpectFault(MakeBytes("", 1), "");
-    ExpectFault(MakeBytes(MakeImage(IMAGETYPE_LUMINANCE8, 2, 2, 4), 0xFFFFFFFF), "");
-    ExpectFault(MakeBytes(MakeImage(IMAGETYPE_LUMINANCE8, 2, 2, 4) + MakeImage(IMAGETYPE_LUMINANCE8, 2, 2, 4), 2),
-                "no levels of one texture");
-    ExpectFault(MakeBytes(MakeImage(IMAGETYPE_LUMINANCE8, 2, 2, 3)), "3 bytes of pixels");
-    ExpectFault(NamedFolder("TXTR", "new", "", 2), "");
-    const std::string whole = ChunkBytes::FileHeader() + MakeBytes(MakeImage(IMAGETYPE_RGB888, 2, 1, 6));
-    for (size_t size = 24; size < whole.size(); ++size) {
-        const auto pStream = MakeReadStream(std::string_view(whole).substr(0, size));
-        Chunky chunky{ByteStreamAdapter(pStream.get())};
-        EXPECT_THROW(ra::TextureLoadGeneric(chunky), std::runtime_error) << "cut to " << size;
-    }
+    const std::string grey = MakeImage(IMAGETYPE_LUMINANCE8, 2, 2, 4);
+    EXPECT_EQ(Fault(MakeBytes("", 0)), "Unable to load image(s) for texture 'art\\wood'!");
+    EXPECT_NE(Fault(MakeBytes("", 1)), "");
+    EXPECT_NE(Fault(MakeBytes(grey, 0xFFFFFFFF)), "");
+    EXPECT_THAT(Fault(MakeBytes(grey + grey, 2)), HasSubstr("no levels of one texture"));
+    EXPECT_THAT(Fault(MakeBytes(MakeImage(IMAGETYPE_LUMINANCE8, 2, 2, 3))), HasSubstr("3 bytes of pixels"));
+    EXPECT_NE(Fault(NamedFolder("TXTR", "new", "", 2)), "");
+    ExpectEveryTruncationRefused(MakeBytes(grey), Read);
 }
 
 TEST_F(TextureChunk, EachTextureOfTheGroupsOwnShadersIsWrittenOnce) {

@@ -1,10 +1,7 @@
-#include <gmock/gmock.h>
-
 #include "Shared/Cross/RenderAnim/Final/FinalShaderChunk.h"
 #include "Shared/Cross/RenderAnim/Final/FinalTextureChunk.h"
 #include "Shared/Cross/RenderAnim/Texture.h"
 #include "Shared/Cross/RenderAnim/TextureConvert.h"
-#include "Tests/Shared/Cross/RenderAnim/Chunks/PayloadBytes.h"
 #include "Tests/Shared/Cross/RenderAnim/Image/ImageTesting.h"
 #include "Tests/Shared/Cross/RenderAnim/ModelFixture.h"
 
@@ -20,16 +17,12 @@ protected:
         return pTexture;
     }
     static std::string Write(const Texture& texture, uint32_t useDXTC = 0, bool complete = true) {
-        const auto pStream = MakeWriteStream();
-        Chunky chunky{ByteStreamAdapter(pStream.get())};
-        PayloadWriter writer;
-        EXPECT_EQ(ra::WriteFinalTexture(chunky, writer, texture, useDXTC), complete);
-        return BytesOf(*pStream).substr(24);
+        return WriteChunks([&](Chunky& chunky, PayloadWriter& writer) {
+            EXPECT_EQ(ra::WriteFinalTexture(chunky, writer, texture, useDXTC), complete);
+        });
     }
     static std::unique_ptr<Texture> Read(const std::string& chunk, uint32_t levelsToSkip = 0) {
-        const auto pStream = MakeReadStream(ChunkBytes::FileHeader() + chunk);
-        Chunky chunky{ByteStreamAdapter(pStream.get())};
-        return ra::TextureLoadFinal(chunky, levelsToSkip);
+        return ReadChunks(chunk, [&](Chunky& chunky) { return ra::TextureLoadFinal(chunky, levelsToSkip); });
     }
     static std::string MakeGreyLevel(uint32_t side, const std::string& pixels) {
         const std::string attributes = PayloadBytes().U32(IMAGETYPE_LUMINANCE8).U32(side).U32(side).U32(1).Get();
@@ -47,25 +40,13 @@ TEST_F(FinalChunks, ATextureLiesLevelByLevel) {
     const std::unique_ptr<Texture> pTexture = Read(bytes);
     EXPECT_STREQ(pTexture->GetName(), "art\\wood");
     EXPECT_EQ(pTexture->GetLevelCount(), 2u);
-    EXPECT_EQ(pTexture->GetLevel(1).pImage->GetData()[0], 'e');
     EXPECT_EQ(Write(*pTexture), bytes);
     // Level by level or all in one image: the file is the same.
     EXPECT_EQ(Write(*Image2Texture(Texture2Image(*pTexture))).size(), bytes.size() - sizeof("art\\wood"));
-}
-
-TEST_F(FinalChunks, LevelsCanBeLeftOut) {
-    const std::string bytes = MakeBytes(2, MakeGreyLevel(2, "abcd") + MakeGreyLevel(1, "e"));
-    EXPECT_EQ(Read(bytes, 1)->GetWidth(), 1u);
-    EXPECT_EQ(Read(bytes, 9)->GetLevel(0).pImage->GetData()[0], 'e') << "one stays";
-}
-
-TEST_F(FinalChunks, EveryTypeComesBack) {
-    for (uint32_t type = 0; type < IMAGETYPE_KEEP; ++type) {
-        if (!Image::IsTypeKnown(type))
-            continue;
-        const std::unique_ptr<Texture> pTexture = Make(static_cast<ImageType>(type), 32, 16, 3);
-        const std::unique_ptr<Texture> pRead = Read(Write(*pTexture));
-        EXPECT_TRUE(HaveSameData(*Texture2Image(*pRead), *pTexture->GetImages()[0])) << type;
+    for (const uint32_t skip : {1u, 9u}) {
+        const std::unique_ptr<Texture> pLeft = Read(bytes, skip);
+        ASSERT_EQ(pLeft->GetLevelCount(), 1u) << "one stays";
+        EXPECT_EQ(pLeft->GetLevel(0).pImage->GetData()[0], 'e');
     }
 }
 
@@ -82,12 +63,7 @@ TEST_F(FinalChunks, SmallLevelsOfCompressedTexturesArentStored) {
 TEST_F(FinalChunks, ALevelThatCannotBeConvertedIsTold) {
     const std::string bytes = Write(*Make(IMAGETYPE_RGBA32, 12, 8, 1), 1, false);
     EXPECT_TRUE(ReportCapture::HasWarning("TEXTURES -- 'art\\wood': Unable to convert mip-map 0 to an image!"));
-    try {
-        Read(bytes);
-        ADD_FAILURE() << "a texture without levels";
-    } catch (const Chunky::Exception& exception) {
-        EXPECT_STREQ(exception.what(), "TEXTURES -- 'art\\wood': Unable to load images!");
-    }
+    EXPECT_EQ(FaultOf([&] { Read(bytes); }), "TEXTURES -- 'art\\wood': Unable to load images!");
 }
 
 TEST_F(FinalChunks, DamageIsRefused) {
@@ -102,22 +78,15 @@ TEST_F(FinalChunks, DamageIsRefused) {
 
 TEST_F(FinalChunks, ASharedShaderIsKnownByItsChunksName) {
     const ShaderRef shader = MakeShader("art\\shared");
-    const auto write = [&] {
-        const auto pStream = MakeWriteStream();
-        Chunky chunky{ByteStreamAdapter(pStream.get())};
-        PayloadWriter writer;
+    const auto write = [&](Chunky& chunky, PayloadWriter& writer) {
         ra::WriteFinalShader(chunky, writer, *shader.GetData());
-        return BytesOf(*pStream).substr(24);
     };
-    EXPECT_EQ(write().substr(0, 8), "FOLDSHDR");
+    EXPECT_EQ(WriteChunks(write).substr(0, 8), "FOLDSHDR");
     shader->SetShared(true);
-    const std::string bytes = write();
+    const std::string bytes = WriteChunks(write);
     EXPECT_EQ(bytes, NamedData("SSHR", "art\\shared", PayloadBytes().Text("art\\shared").Get(), 2));
-    for (const std::string& chunk : {bytes, NamedData("SSHR", "art\\shared", "", 1)}) {
-        const auto pStream = MakeReadStream(ChunkBytes::FileHeader() + chunk);
-        Chunky chunky{ByteStreamAdapter(pStream.get())};
-        EXPECT_EQ(ra::ReadFinalSharedShaderName(chunky), "art\\shared");
-    }
+    for (const std::string& chunk : {bytes, NamedData("SSHR", "art\\shared", "", 1)})
+        EXPECT_EQ(ReadChunks(chunk, ra::ReadFinalSharedShaderName), "art\\shared");
 }
 
 } // namespace

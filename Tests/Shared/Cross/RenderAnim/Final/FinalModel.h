@@ -3,13 +3,11 @@
 #include <memory>
 #include <string>
 
-#include "Shared/Cross/FileSystem/Chunky.h"
 #include "Shared/Cross/RenderAnim/AnimList.h"
 #include "Shared/Cross/RenderAnim/Chunks/AnimNodes.h"
 #include "Shared/Cross/RenderAnim/Final/FinalFile.h"
 #include "Shared/Cross/RenderAnim/Texture.h"
 #include "Shared/Cross/RenderAnim/TextureConvert.h"
-#include "Tests/Shared/Cross/RenderAnim/Chunks/PayloadBytes.h"
 #include "Tests/Shared/Cross/RenderAnim/Image/ImageTesting.h"
 #include "Tests/Shared/Cross/RenderAnim/ModelFixture.h"
 #include "Tests/Shared/Cross/RenderAnim/Motion/Chunks/MotionSide.h"
@@ -65,45 +63,17 @@ protected:
         mesh.SetPrimSet(0, ra::Mesh::Poly_Low, std::move(pSet));
         mesh.SetVertexSet(ra::Mesh::Poly_Low, std::move(pVertices));
     }
-    // Both bones, the first one standing still; a control of a mesh and one of a shader; and the camera.
     static void AddAnim(RenderModel& model, const char* pName) {
-        auto pAnim = std::make_unique<Anim>();
-        pAnim->SetName(pName);
-        pAnim->SetFrameCount(3);
-        pAnim->SetDuration(0.5f);
-        pAnim->SetBoneCount(2);
-        pAnim->SetBoneName(0, ra::Name("hip"));
-        pAnim->SetBoneName(1, ra::Name("knee"));
-        pAnim->SetBoneAnimated(1, true);
-        pAnim->SetBoneStreams(1, MakeStream<glm::vec3>({1, 2, 3}, {4, 5, 6}),
-                              MakeStream<glm::quat>({1, 0, 0, 0}, {0, 1, 0, 0}));
-        pAnim->SetControlStream(pAnim->AddControl(ra::Name("Body"), {.type = ControlTarget_Mesh}),
-                                MakeStream<float>(0, 1));
-        pAnim->SetControlStream(pAnim->AddControl(ra::Name("Clay"), {.channel = 4, .property = 2}),
-                                MakeStream<float>(0.25f, 0.5f));
-        pAnim->SetCameraStreams(pAnim->AddCamera(ra::Name("Front")), MakeStream<glm::vec3>({7, 8, 9}, {0, 0, 0}),
-                                nullptr);
-        ra::AddAnimNode(model, ra::MakeLocalNode(model, std::move(pAnim)), 3);
-    }
-    template <class V>
-    static std::unique_ptr<AnimStream<V>> MakeStream(const V& first, const V& last) {
-        auto pStream = std::make_unique<AnimStream<V>>();
-        pStream->AddKey(0, first);
-        pStream->AddKey(1, last);
-        return pStream;
+        ra::AddAnimNode(model, ra::MakeLocalNode(model, MakeAnim(pName)), 3);
     }
 
     static std::string Write(const RenderModel& model, uint32_t useDXTC = 0) {
-        const auto pStream = MakeWriteStream();
-        Chunky chunky{ByteStreamAdapter(pStream.get())};
-        EXPECT_TRUE(ra::SaveFinal(model, chunky, useDXTC));
-        return BytesOf(*pStream);
+        return ChunkBytes::FileHeader() +
+               WriteChunks([&](Chunky& chunky, PayloadWriter&) { EXPECT_TRUE(ra::SaveFinal(model, chunky, useDXTC)); });
     }
     static std::string WriteMotion(const RenderModel& model) {
-        const auto pStream = MakeWriteStream();
-        Chunky chunky{ByteStreamAdapter(pStream.get())};
-        ra::SaveFinalMotion(model, chunky);
-        return BytesOf(*pStream);
+        return ChunkBytes::FileHeader() +
+               WriteChunks([&](Chunky& chunky, PayloadWriter&) { ra::SaveFinalMotion(model, chunky); });
     }
     static std::unique_ptr<RenderModel> Read(const std::string& bytes) { return ra::ReadFinal(*MakeReadStream(bytes)); }
     static bool ReadMotion(const std::string& bytes, RenderModel& model) {

@@ -8,16 +8,13 @@
 #include "Shared/Cross/RenderAnim/AnimListGeneric.h"
 #include "Shared/Cross/RenderAnim/Chunks/AnimNodes.h"
 #include "Shared/Cross/RenderAnim/Generic/GenericFile.h"
-#include "Tests/Shared/Cross/RenderAnim/Chunks/PayloadBytes.h"
 #include "Tests/Shared/Cross/RenderAnim/ModelFixture.h"
 
 // Generic models, whole ones and such as are typed by hand.
 class GenericFixture : public ModelFixture {
 protected:
     static std::string Write(const RenderModel& model) {
-        const auto pStream = MakeWriteStream();
-        ra::WriteGeneric(*pStream, model);
-        return BytesOf(*pStream);
+        return WriteFile([&](ByteStream& stream) { ra::WriteGeneric(stream, model); });
     }
     static std::unique_ptr<RenderModel> Read(const std::string& bytes) {
         return ra::ReadGeneric(*MakeReadStream(bytes));
@@ -35,7 +32,7 @@ protected:
         return ChunkBytes::Folder("SKEL", ChunkBytes::Data("INFO", PayloadBytes().U32(count).Get()) + bones, version);
     }
     static std::string TwoBones() { return Bones(Bone("hip", 0xFFFFFFFF) + Bone("knee", 0), 2); }
-    static std::string Info() { return ChunkBytes::Data("INFO", PayloadBytes().U32(3).F32({0.1f}).Get(), 5); }
+    static std::string Info() { return ChunkBytes::Data("INFO", PayloadBytes().U32(3).F32({0.5f}).Get(), 5); }
     static std::string Anim(const char* pName, const std::string& children, uint32_t version = 3) {
         return NamedFolder("ANIM", pName, NamedFolder("DATA", pName, children, version), 2);
     }
@@ -55,25 +52,7 @@ protected:
     }
 
     static AnimListNode& AddAnim(RenderModel& model, const char* pName) {
-        auto pAnim = std::make_unique<::Anim>();
-        pAnim->SetName(pName);
-        pAnim->SetLength(3, 30);
-        for (uint32_t i = 0; i < model.GetSkeleton()->GetBoneCount(); ++i)
-            pAnim->AddBone(model.GetSkeleton()->GetBone(static_cast<int32_t>(i)).GetName());
-        auto pPosition = std::make_unique<Vec3Stream>();
-        auto pRotation = std::make_unique<QuatStream>();
-        for (const float time : {0.0f, 0.5f, 1.0f}) {
-            pPosition->AddKey(time, {time, 2, 3});
-            pRotation->AddKey(time, glm::quat(1, 0, time, 0));
-        }
-        pAnim->SetBoneAnimated(1, true);
-        pAnim->SetBoneStreams(1, std::move(pPosition), std::move(pRotation));
-        auto pValues = std::make_unique<FloatStream>();
-        pValues->AddKey(0.25f, 7);
-        pAnim->TakeControl(
-            {.name = ra::Name("Clay"), .ref = {.channel = 4, .property = 2}, .pValues = std::move(pValues)});
-        pAnim->AddCamera(ra::Name("Front"));
-        ra::AddAnimNode(model, ra::MakeLocalNode(model, std::move(pAnim)), 2);
+        ra::AddAnimNode(model, ra::MakeLocalNode(model, MakeAnim(pName)), 2);
         return *model.GetAnimList()->GetNode(model.GetAnimList()->GetCount() - 1);
     }
     static const ::Anim& GetAnim(const RenderModel& model, uint32_t index = 0) {

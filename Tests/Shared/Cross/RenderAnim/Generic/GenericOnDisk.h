@@ -1,6 +1,5 @@
 #pragma once
 
-#include <stdexcept>
 #include <string>
 
 #include "Shared/Cross/RenderAnim/LoadSwitch.h"
@@ -29,14 +28,13 @@ protected:
         Forget(std::move(pModel));
     }
     static std::string Load(const char* pName, bool withMotionFile = false) {
-        try {
-            std::unique_ptr<RenderModel> pModel = ra::LoadGeneric(pName, withMotionFile);
-            const std::string name = pModel ? pModel->GetName() : "none";
-            Forget(std::move(pModel));
-            return name;
-        } catch (const std::runtime_error& error) {
-            return error.what();
-        }
+        std::string name = "none";
+        const std::string fault = FaultOf([&] {
+            if (const std::unique_ptr<RenderModel> pModel = ra::LoadGeneric(pName, withMotionFile))
+                name = pModel->GetName();
+        });
+        Forget();
+        return fault.empty() ? name : fault;
     }
 
     DataTrees m_Trees;

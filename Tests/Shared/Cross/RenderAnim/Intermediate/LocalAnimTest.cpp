@@ -2,45 +2,23 @@
 
 #include <cmath>
 
-#include <glm/gtc/quaternion.hpp>
-#include <gmock/gmock.h>
-
 #include "Shared/Cross/RenderAnim/AnimInterm.h"
 #include "Shared/Cross/RenderAnim/AnimListGeneric.h"
 #include "Shared/Cross/RenderAnim/Intermediate/AnimChunk.h"
 #include "Shared/Cross/RenderAnim/Intermediate/AppendAnims.h"
 #include "Shared/Cross/RenderAnim/Intermediate/IntermediateFile.h"
-#include "Tests/Shared/Cross/RenderAnim/Chunks/PayloadBytes.h"
 #include "Tests/Shared/Cross/RenderAnim/ModelFixture.h"
+#include <glm/gtc/matrix_transform.hpp>
+#include <glm/gtc/quaternion.hpp>
 
 namespace {
 
-using Matrix = std::array<double, 12>; // three rows and a translation
+// In double precision, and by the library's operations, which aren't the system's.
+glm::dmat4 Turn(double degrees, const glm::dvec3& place) {
+    return glm::rotate(glm::translate(glm::dmat4(1), place), glm::radians(degrees), glm::dvec3(0, 0, 1));
+}
 
-// Independent of the system's own operations.
-Matrix Turn(double degrees, const glm::dvec3& place) {
-    const double angle = degrees * std::acos(-1.0) / 180;
-    return {std::cos(angle), std::sin(angle), 0,      -std::sin(angle), std::cos(angle), 0, 0, 0, 1,
-            place.x,         place.y,         place.z};
-}
-Matrix Combine(const Matrix& first, const Matrix& then) {
-    Matrix result = {};
-    for (size_t row = 0; row < 4; ++row)
-        for (size_t column = 0; column < 3; ++column) {
-            double sum = row == 3 ? then[9 + column] : 0;
-            for (size_t i = 0; i < 3; ++i)
-                sum += first[row * 3 + i] * then[i * 3 + column];
-            result[row * 3 + column] = sum;
-        }
-    return result;
-}
-glm::mat4x3 ToFloats(const Matrix& m) {
-    glm::mat4x3 result;
-    for (int row = 0; row < 4; ++row)
-        for (int column = 0; column < 3; ++column)
-            result[row][column] = static_cast<float>(m[static_cast<size_t>(row * 3 + column)]);
-    return result;
-}
+glm::mat4x3 ToFloats(const glm::dmat4& m) { return glm::mat4x3(glm::mat4(m)); }
 
 class LocalAnim : public ModelFixture {
 protected:
@@ -65,10 +43,7 @@ protected:
             m_Interm.SetBoneAnimated(bone++, true);
         }
     }
-    ~LocalAnim() override {
-        m_pModel.reset();
-        Inv::PurgeUnreferenced();
-    }
+    ~LocalAnim() override { Forget(std::move(m_pModel)); }
 
     void AddControl(const char* pName, const ControlRef& ref, const std::vector<float>& values) {
         auto pValues = std::make_unique<FloatStream>();
@@ -81,17 +56,11 @@ protected:
     }
     // Writes the animation and reads it for the model.
     const Anim& Append() {
-        const auto pStream = MakeWriteStream();
-        {
-            Chunky chunky{ByteStreamAdapter(pStream.get())};
-            ra::intermediate::WriteAnim(chunky, m_Interm);
-        }
-        return AppendBytes(BytesOf(*pStream));
+        return Append(
+            WriteChunks([&](Chunky& chunky, PayloadWriter&) { ra::intermediate::WriteAnim(chunky, m_Interm); }));
     }
-    const Anim& AppendBytes(const std::string& bytes) {
-        const auto pRead = MakeReadStream(bytes);
-        Chunky chunky{ByteStreamAdapter(pRead.get())};
-        ra::intermediate::AppendAnim(chunky, *m_pModel);
+    const Anim& Append(const std::string& chunk) {
+        ReadChunks(chunk, [&](Chunky& chunky) { ra::intermediate::AppendAnim(chunky, *m_pModel); });
         return *GetLastNode().GetAnim().GetData();
     }
     const AnimListNode& GetLastNode() const {
@@ -116,9 +85,9 @@ TEST_F(LocalAnim, KeysBecomeRelativeToTheParent) {
     for (int bone = 0; bone < 3; ++bone) {
         const std::span<MatrixKey> keys = m_Interm.MakeMatrixStream(bone, keyCount);
         for (uint32_t i = 0; i < keyCount; ++i) {
-            Matrix world = local(0, i);
+            glm::dmat4 world = local(0, i);
             for (int child = 1; child <= bone; ++child)
-                world = Combine(local(child, i), world);
+                world *= local(child, i);
             keys[i] = {static_cast<float>(i) / 5 - 0.1f, ToFloats(world)}; // -0.1 to 1.1
         }
     }
@@ -174,23 +143,17 @@ TEST_F(LocalAnim, BonesAreFoundByName) {
     const std::string none = PayloadBytes().U32(0).U8(1).Get();
     const std::string children = ChunkBytes::Data("INFO", PayloadBytes().U32(2).F32({0.5f}).Get()) +
                                  NamedData("BANM", "toe", none, 1) + NamedData("BANM", "wing", "damaged", 1);
-    const std::string bytes =
-        ChunkBytes::FileHeader() + NamedFolder("ANIM", "run", NamedFolder("DATA", "run", children, 1), 1);
-    const Anim& anim = AppendBytes(bytes);
+    const std::string chunk = NamedFolder("ANIM", "run", NamedFolder("DATA", "run", children, 1), 1);
+    const Anim& anim = Append(chunk);
     EXPECT_TRUE(ReportCapture::HasWarning("Unable to find bone wing in skeleton, ignoring it!"));
     ASSERT_EQ(anim.GetBoneCount(), 3u);
     EXPECT_EQ(anim.GetBone(1).name, ra::Name("knee"));
     EXPECT_FALSE(anim.GetBone(1).isAnimated);
     EXPECT_TRUE(anim.GetBone(2).isAnimated);
     m_pModel->SetSkeleton(nullptr);
-    try {
-        AppendBytes(bytes);
-        FAIL();
-    } catch (const std::runtime_error& error) {
-        EXPECT_STREQ(error.what(), "Trying to load bone stream, but render model doesn't have a skeleton.  Make sure "
-                                   "you aren't trying to merge an animation with a ref file that doesn't have a "
-                                   "skeleton");
-    }
+    EXPECT_EQ(FaultOf([&] { Append(chunk); }),
+              "Trying to load bone stream, but render model doesn't have a skeleton.  Make sure you aren't trying to "
+              "merge an animation with a ref file that doesn't have a skeleton");
     EXPECT_EQ(m_pModel->GetAnimList()->GetCount(), 1u);
 }
 

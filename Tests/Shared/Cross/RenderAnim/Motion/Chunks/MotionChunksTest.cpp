@@ -98,20 +98,6 @@ TEST_F(MotionChunks, WhatIsReadAndSavedAgainHasTheSameBytes) {
     EXPECT_EQ(Read(ChunkBytes::Folder("ACTS", "")), 0) << "the other form's";
 }
 
-TEST_F(MotionChunks, EveryFieldOfAMotionIsRead) {
-    MotionSide side;
-    side.AddSamples();
-    Read(side.Write());
-    const ra::Motion& motion = *m_Side.motions.Find(Name("walk"));
-    EXPECT_THAT(motion.m_animNodes, ElementsAre(Name("walk")));
-    EXPECT_EQ(motion.m_randMotions[0].weight, 0.25f);
-    EXPECT_EQ(motion.m_events[0].time, 0.5f);
-    EXPECT_EQ(motion.m_delays[ra::Motion::Delay_Third].min, 5);
-    EXPECT_EQ(motion.m_delays[ra::Motion::Delay_Fourth].max, 8);
-    EXPECT_EQ(motion.m_timingModifier, Name("pace"));
-    EXPECT_TRUE(motion.m_flag && motion.m_ignoreTransitions && motion.m_secondFlag);
-}
-
 TEST_F(MotionChunks, OlderMotionsHaveFewerFields) {
     for (uint32_t version = 1; version <= 4; ++version) {
         m_Side = MotionSide();
