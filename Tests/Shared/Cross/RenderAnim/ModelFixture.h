@@ -114,6 +114,16 @@ protected:
         return pModel;
     }
 
+    // What follows from what a file of it holds.
+    static void ExpectWalker(const RenderModel& model) {
+        EXPECT_STREQ(model.GetName(), "Walker");
+        EXPECT_EQ(model.GetMarkerCount(), 4);
+        EXPECT_EQ(model.GetMarkerTransform(0)[3], glm::vec3(0, 2, 0));
+        EXPECT_EQ(model.GetMeshGroup()->GetSkinnedBone(0, 0), 1);
+        EXPECT_EQ(model.GetSelectionInfo().extentZ, 2);
+        EXPECT_NE(model.GetReferencePose(), nullptr);
+    }
+
     // One for the walker: its first bone stands still, the second one moves; a control of a mesh and one of a shader;
     // and the camera.
     static std::unique_ptr<Anim> MakeAnim(const char* pName) {

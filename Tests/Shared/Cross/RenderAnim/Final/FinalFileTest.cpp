@@ -31,13 +31,9 @@ TEST_F(FinalFile, WhatIsReadAndSavedAgainHasTheSameBytes) {
     ReportCapture::Clear();
     pModel = Read(bytes);
     ASSERT_NE(pModel, nullptr);
-    EXPECT_STREQ(pModel->GetName(), "Walker");
-    EXPECT_EQ(pModel->GetMarkerCount(), 4);
-    EXPECT_EQ(pModel->GetMarkerTransform(0)[3], glm::vec3(0, 2, 0));
-    EXPECT_EQ(pModel->GetMeshGroup()->GetSkinnedBone(0, 0), 1);
+    ExpectWalker(*pModel);
     EXPECT_EQ(pModel->GetMeshGroup()->GetMesh(1)->GetVertexSet(ra::Mesh::Poly_Low), nullptr);
     EXPECT_EQ(pModel->GetMeshGroup()->GetShader(0)->GetChannelTexture(0)->GetLevelCount(), 2u);
-    EXPECT_NE(pModel->GetReferencePose(), nullptr);
     EXPECT_THAT(pModel->GetAnimList()->GetNode(1)->m_ControlMappings, ElementsAre(0, 0));
     EXPECT_THAT(m_Reports.GetErrors(), ElementsAre());
     EXPECT_THAT(m_Reports.GetWarnings(), ElementsAre());

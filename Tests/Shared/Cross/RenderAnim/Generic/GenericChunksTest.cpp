@@ -149,18 +149,6 @@ TEST_F(GenericChunks, StreamsAreChecked) {
     EXPECT_EQ(AnimFault(XRef("run", std::string(260, 'x'), "run")), "String buffer overrun!");
 }
 
-TEST_F(GenericChunks, BoundsBelongToTheNode) {
-    const std::string bounds = NamedData("ANBV", "run", PayloadBytes().F32({-1, -2, -3, 4, 5, 6}).Get(), 1);
-    const std::string data = NamedFolder("DATA", "run", Info(), 3);
-    const auto pModel = ReadAnim(NamedFolder("ANIM", "run", bounds + data, 2) + Anim("stop", Info()));
-    const AnimListNode& node = *pModel->GetAnimList()->GetNode(0);
-    EXPECT_TRUE(node.HasBounds());
-    EXPECT_EQ(node.GetMinimum(), glm::vec3(-1, -2, -3));
-    EXPECT_EQ(node.GetMaximum(), glm::vec3(4, 5, 6));
-    EXPECT_FALSE(pModel->GetAnimList()->GetNode(1)->HasBounds());
-    EXPECT_EQ(dynamic_cast<AnimListGeneric&>(*pModel->GetAnimList()).GetFileVersion(), 2u);
-}
-
 TEST_F(GenericChunks, WhatIsWrittenIsAsTyped) {
     RenderModel model;
     model.SetName("Walker");

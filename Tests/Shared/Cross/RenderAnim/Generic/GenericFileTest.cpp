@@ -15,13 +15,12 @@ TEST_F(GenericFile, WhatIsReadAndSavedAgainHasTheSameBytes) {
     Forget(std::move(pModel));
     pModel = Read(bytes);
     ASSERT_NE(pModel, nullptr);
-    EXPECT_STREQ(pModel->GetName(), "Walker");
-    EXPECT_EQ(pModel->GetMarkerTransform(0)[3], glm::vec3(0, 2, 0));
-    EXPECT_EQ(pModel->GetMeshGroup()->GetSkinnedBone(0, 0), 1);
-    EXPECT_NE(pModel->GetReferencePose(), nullptr);
-    EXPECT_EQ(pModel->GetSelectionInfo().extentZ, 2);
+    ExpectWalker(*pModel);
     const AnimList& list = *pModel->GetAnimList();
     EXPECT_EQ(list.FindNode("stop.1"), 1);
+    EXPECT_TRUE(list.GetNode(0)->HasBounds());
+    EXPECT_FALSE(list.GetNode(1)->HasBounds());
+    EXPECT_EQ(dynamic_cast<const AnimListGeneric&>(list).GetFileVersion(), 2u);
     EXPECT_TRUE(list.IsShaderAnimated(0));
     EXPECT_EQ(list.GetShaderMarkCount(), 2u);
     EXPECT_EQ(Write(*pModel), bytes);

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include "Shared/Cross/RenderAnim/Motion/Clause.h"
-#include "Shared/Cross/RenderAnim/Motion/Condition.h"
 #include "Shared/Cross/RenderAnim/Motion/Event.h"
 #include "Shared/Cross/RenderAnim/Motion/Modifier.h"
 #include "Tests/Shared/Cross/Debug/ReportCapture.h"
@@ -67,15 +66,4 @@ TEST(Motion, EventsAreKnownWithoutDriveAndWithForwardSlashes) {
     EXPECT_EQ(ra::NormaliseEventName("C:step"), "step");
     EXPECT_EQ(ra::NormaliseEventName("/art/step.events"), "art/step.events");
     EXPECT_EQ(ra::NormaliseEventName(""), "");
-}
-
-TEST(Motion, TheFirstOfAListsNamesakesIsFound) {
-    ra::ConditionList list;
-    const ra::Condition& first = list.Add(std::make_unique<ra::Condition>(ra::Condition{.m_Name = Name("same")}));
-    list.Add(std::make_unique<ra::Condition>(ra::Condition{.m_Name = Name("same")}));
-    EXPECT_EQ(list.GetCount(), 2u);
-    EXPECT_EQ(list.Find(Name("same")), &first);
-    EXPECT_EQ(list.Find(Name("other")), nullptr);
-    EXPECT_EQ(list.Take().size(), 2u);
-    EXPECT_FALSE(list.Has(Name("same")));
 }
