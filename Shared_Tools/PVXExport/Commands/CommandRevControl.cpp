@@ -2,6 +2,7 @@
 
 #include "Shared/Cross/Pipeline/Pipeline.h"
 #include "Shared/Cross/RevControlAPI/RevControlAPI.h"
+#include "Shared_Tools/PVXExport/Merge/mergeburn.h"
 
 #include <stdexcept>
 
@@ -18,7 +19,7 @@ std::unique_ptr<RevControlAPI> Start(const char* pNoPortText) {
 
 int32_t GetChangelist(RevControlAPI* pRevControl, const char* pFailText) {
     int32_t changelist = 0;
-    if (!pRevControl || !pRevControl->FindOrCreateChangelist("PVX Export Changes", changelist))
+    if (!pRevControl || !pRevControl->FindOrCreateChangelist(s_ToolsChangelist, changelist))
         Fail(pFailText);
     return changelist;
 }

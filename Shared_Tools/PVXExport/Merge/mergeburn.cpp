@@ -12,8 +12,6 @@
 
 namespace {
 
-constexpr const char* s_Changelist = "PVX Export Changes";
-
 constexpr const char* s_OpenAdvice =
     "' in P4!  Please make sure no one else has it checked-out in P4 (Data Generic / Data Final)!\n";
 constexpr const char* s_BurnAdvice =
@@ -35,7 +33,7 @@ bool MergeBurnOpenFile(int32_t& changelist, const char* pFilename) {
     if (!pFilename || !Pipeline::Get()->GetString("p4", "RevControlPort", port, sizeof port))
         return false;
     const std::unique_ptr<RevControlAPI> pRevControl = RevControlAPI::Create(port, RevControlAPI::Type_P4OrLocal);
-    if (!pRevControl || !pRevControl->FindOrCreateChangelist(s_Changelist, changelist))
+    if (!pRevControl || !pRevControl->FindOrCreateChangelist(s_ToolsChangelist, changelist))
         return false;
     pRevControl->Sync(pFilename, false);
     const RevControlAPI::OpenResult result = pRevControl->OpenOrAdd(pFilename, changelist);

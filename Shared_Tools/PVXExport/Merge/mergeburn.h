@@ -6,7 +6,10 @@
 
 // Files that are written and burnt beside a merge. The pipeline configuration is up.
 
-// Makes a file writable under revision control, in the changelist of all tools. False when it can't be, and when the
+// The changelist that all tools share.
+inline constexpr const char* s_ToolsChangelist = "PVX Export Changes";
+
+// Makes a file writable under revision control, in that changelist. False when it can't be, and when the
 // configuration names no server; the changelist is 0 until it was found or made.
 bool MergeBurnOpenFile(int32_t& changelist, const char* pFilename);
 

@@ -65,6 +65,10 @@ public:
     void OpenByOther(const std::string& name, bool locked = false) {
         Change([&](P4State& state) { state.others.push_back({.name = name, .user = "bob", .locked = locked}); });
     }
+    // For edit, without a command.
+    void Open(const std::string& name, int change) {
+        Change([&](P4State& state) { state.opened.push_back({name, "edit", change}); });
+    }
     int MakeChange(const std::string& description) {
         int number = 0;
         Change([&](P4State& state) {

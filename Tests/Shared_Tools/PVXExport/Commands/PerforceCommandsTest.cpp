@@ -51,9 +51,7 @@ TEST_F(PerforceCommands, OpensInTheToolsChangelist) {
 TEST_F(PerforceCommands, FailuresAreToldOnTheListener) {
     m_Server.Submit("theirs", "t");
     const Value theirs(m_Server.Path("theirs"));
-    P4State state = m_Server.Load();
-    state.opened.push_back({"theirs", "edit", 0}); // in another changelist
-    state.Save();
+    m_Server.Open("theirs", 0);
     ExpectFailure({theirs}, "Could not open or add requested file!");
     ExpectFailure({theirs, theirs}, "usage 'ombl_p4_openoradd <file>'");
     ExpectFailure({}, "usage 'ombl_p4_openoradd <file>'");

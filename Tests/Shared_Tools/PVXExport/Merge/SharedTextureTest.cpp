@@ -90,9 +90,7 @@ TEST_F(MergeBurn, FilesAreOpenedInTheToolsChangelistOrStayInTheirs) {
         m_Server.Submit(pName, "old");
     m_Server.SubmitByOther("gen/old.qsh", "newer");
     const int mine = m_Server.MakeChange("my own");
-    P4State state = m_Server.Load();
-    state.opened.push_back({"gen/mine.qsh", "edit", mine});
-    state.Save();
+    m_Server.Open("gen/mine.qsh", mine);
     EXPECT_TRUE(Open("gen/mine.qsh"));
     EXPECT_EQ(m_Server.GetOpened("gen/mine.qsh"), "edit " + std::to_string(mine));
     EXPECT_EQ(m_Server.Load().changes.size(), 1u) << "the empty one is gone again";

@@ -77,8 +77,10 @@ protected:
     };
     template <typename T>
     void ExpectFaultsRefused(Reader pReader, const Bytes& sound, std::initializer_list<Fault> faults) {
-        for (size_t size = 1; size < sound.size(); ++size)
+        for (size_t size = 1; size < sound.size(); ++size) {
+            SCOPED_TRACE("cut to " + std::to_string(size));
             ExpectRefused(pReader, Bytes(sound.begin(), sound.begin() + static_cast<std::ptrdiff_t>(size)), "");
+        }
         for (const auto& [offset, value, pText] : faults) {
             Bytes bytes = sound;
             Put(bytes, offset, static_cast<T>(value));
