@@ -60,9 +60,7 @@ struct Parser {
                          "of OUT for export, that of pvxhost for the others)")
             ->type_name("DIR");
         // Those whom they concern look for them in the whole command line; here they only have to be known.
-        for (const char* pSwitch :
-             {"--nodbg", "--notrace", "--noreport", "--notrap", "--invleaks", "--noimages", "--nomodels"})
-            pCommand->add_flag(pSwitch)->group("");
+        pCommand->add_flag("--nodbg,--notrace,--noreport,--notrap,--invleaks,--noimages,--nomodels")->group("");
         return pCommand;
     }
 
