@@ -83,7 +83,10 @@ def octahedron():
 
 
 VERTEX_COUNT = 24
-BOUNDS = data("BVOL", 2, u8(1) + floats(0, 1, 0, 1, 1, 1, 1, 0, 0, 0, 1, 0, 0, 0, 1))
+
+
+def bounds(version):
+    return data("BVOL", version, u8(1) + floats(0, 1, 0, 1, 1, 1, 1, 0, 0, 0, 1, 0, 0, 0, 1))
 
 
 def mesh(name, final):
@@ -98,12 +101,12 @@ def mesh(name, final):
     payload += u32(1) + text(name) + indices
     if final:
         payload += u32(0) + u32(0, 0, 0)
-    return folder("MSLC", 1, [data("DATA", 2, payload), BOUNDS], name)
+    return folder("MSLC", 1, [data("DATA", 2, payload), bounds(2)], name)
 
 
 def model(name, final):
     table = u32(1) + text(name) + text("") + i32(-1)
-    group = folder("MSGR", 1, [mesh(name, final), data("DATA", 1, table), BOUNDS])
+    group = folder("MSGR", 1, [mesh(name, final), data("DATA", 1, table), bounds(1 if final else 2)])
     return file_header() + folder("QPVX", 3 if final else 1, [shader(name), group], name)
 
 

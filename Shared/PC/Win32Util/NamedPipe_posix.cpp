@@ -169,7 +169,10 @@ bool NamedPipe::OpenClient() {
         return false;
     for (const auto end = Clock::now() + s_BusyLimit;;) {
         bool busy = false;
-        for (const std::string& offer : folder.FindOffers(m_Name, getppid())) {
+        std::vector<std::string> offers = folder.FindOffers(m_Name, getppid());
+        if (offers.empty())
+            offers = folder.FindOffers(m_Name, getpid());
+        for (const std::string& offer : offers) {
             Descriptor socket;
             if (folder.Connect(offer, socket)) {
                 folder.Withdraw(offer);

@@ -107,11 +107,9 @@ void PipeFolder::ClearStale(const std::string& pipeName) const {
             Withdraw(offer);
 }
 
-std::vector<std::string> PipeFolder::FindOffers(const std::string& pipeName, int preferredProcess) const {
+std::vector<std::string> PipeFolder::FindOffers(const std::string& pipeName, int process) const {
     std::vector<std::string> offers = List(pipeName);
-    const auto isOther = [&](const std::string& offer) { return GetProcess(offer, pipeName) != preferredProcess; };
-    if (!std::ranges::all_of(offers, isOther))
-        std::erase_if(offers, isOther);
+    std::erase_if(offers, [&](const std::string& offer) { return GetProcess(offer, pipeName) != process; });
     return offers;
 }
 

@@ -37,8 +37,8 @@ public:
     void Withdraw(const std::string& offer) const;
     // What killed servers have left.
     void ClearStale(const std::string& pipeName) const;
-    // In order; those of that process alone if there are any.
-    std::vector<std::string> FindOffers(const std::string& pipeName, int preferredProcess) const;
+    // Those of that process, in order.
+    std::vector<std::string> FindOffers(const std::string& pipeName, int process) const;
     // errno tells why it failed; EAGAIN for a server that has a client.
     bool Connect(const std::string& offer, Descriptor& socket) const;
 

@@ -179,6 +179,16 @@ TEST_F(NamedPipeTest, EachServerHasOneClient) {
     EXPECT_EQ(CountOffers(), 0u);
 }
 
+TEST_F(NamedPipeTest, JobsOfOthersAreLeftAlone) {
+    ASSERT_TRUE(m_Server.Open());
+    const std::string offer = std::filesystem::directory_iterator(m_Folder.Native("pipes"))->path();
+    const std::string others = m_Folder.Native("pipes/Pipe." + std::to_string(getpid() + getppid()) + ".0");
+    std::filesystem::rename(offer, others);
+    EXPECT_FALSE(m_Client.Open());
+    std::filesystem::rename(others, offer);
+    EXPECT_TRUE(m_Client.Open());
+}
+
 TEST_F(NamedPipeTest, NothingStaysBehind) {
     // A server that is killed before its client comes.
     const pid_t killed = fork();
