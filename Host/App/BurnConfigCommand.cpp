@@ -1,6 +1,7 @@
 #include "Host/App/BurnConfigCommand.h"
 
 #include "Host/App/PipelineScope.h"
+#include "Host/App/TextUtil.h"
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RevControlAPI/RevControlAPI.h"
 #include "Shared/PC/FileSystem/OSFile.h"
@@ -32,10 +33,9 @@ public:
 
 private:
     static void Keep(dbMessage message) {
-        for (const std::string_view line : message) {
-            const size_t place = line.find(":!");
+        for (const char* pLine : message) {
             s_Text += s_Text.empty() ? "" : "; ";
-            s_Text += place == std::string_view::npos ? line : line.substr(place + 2);
+            s_Text += WithoutPlace(pLine);
         }
     }
 

@@ -1,12 +1,12 @@
 #include "Host/App/CommandLine.h"
 
+#include "Host/Sdk/HostSetup.h"
+
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
 
 namespace {
-
-constexpr int s_MaxFramesPerSecond = 4800; // one tick a frame
 
 struct Parser {
     CLI::App app{"Plays the host of the export module: exports scenes, and calls the module's script commands."};
@@ -60,9 +60,7 @@ struct Parser {
                          "of OUT for export, that of pvxhost for the others)")
             ->type_name("DIR");
         // Those whom they concern look for them in the whole command line; here they only have to be known.
-        for (const char* pSwitch :
-             {"--nodbg", "--notrace", "--noreport", "--notrap", "--invleaks", "--noimages", "--nomodels"})
-            pCommand->add_flag(pSwitch)->group("");
+        pCommand->add_flag("--nodbg,--notrace,--noreport,--notrap,--invleaks,--noimages,--nomodels")->group("");
         return pCommand;
     }
 
@@ -82,7 +80,7 @@ struct Parser {
         pExport->add_option("--clip", exported.clip, "The animation to play, or none for the rest pose")
             ->type_name("NAME|INDEX|none");
         pExport->add_option("--fps", exported.framesPerSecond, "Frames a second (default 30)")
-            ->check(CLI::Range(1, s_MaxFramesPerSecond))
+            ->check(CLI::Range(1, TicksPerSecond))
             ->type_name("N");
         pExport->add_flag("--limit-influences", exported.limitInfluences, "Keep the four heaviest bones of a vertex");
     }

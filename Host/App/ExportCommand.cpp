@@ -10,7 +10,6 @@
 #include "Host/Gltf/Loader.h"
 #include "Host/Scene/Scene.h"
 #include "Host/Sdk/ClassIds.h"
-#include "Host/Sdk/HostSetup.h"
 #include "Shared/PC/Console/Terminal.h"
 #include "Shared/PC/FileSystem/OSFile.h"
 #include "Shared/PC/Program/ProgramPath.h"
@@ -24,7 +23,6 @@ std::unique_ptr<scene::Scene> LoadScene(const ExportArguments& arguments, const 
     std::vector<std::string> warnings;
     const gltf::LoadOptions options{
         .clip = arguments.clip, .fps = arguments.framesPerSecond, .limitInfluences = arguments.limitInfluences};
-    SetFrameRate(arguments.framesPerSecond);
     try {
         std::unique_ptr<scene::Scene> pScene = gltf::Load(OSFile::FromNative(arguments.scene), options,
                                                           [&](const std::string& line) { warnings.push_back(line); });
@@ -77,6 +75,7 @@ struct Outcome {
     bool success = false;
     bool cancelled = false;
     bool hadMeshes = false; // there was something to be written
+    bool isWhole = false;   // it was written, from the first byte to the last
 };
 
 int ReportUnwritten(const ExportArguments& arguments, const OutputFile& output, const Messages& messages) {
@@ -93,7 +92,7 @@ int Finish(const ExportArguments& arguments, const OutputFile& output, const Mes
         messages.Print(MessageKind::Note, arguments.output + ": cancelled; nothing was written");
         return 0;
     }
-    if (output.IsWritten() && output.IsWhole())
+    if (outcome.isWhole)
         return outcome.success ? 0 : 1;
     if (output.IsWritten()) {
         output.RemoveIfBroken();
@@ -106,6 +105,20 @@ int Finish(const ExportArguments& arguments, const OutputFile& output, const Mes
         return ReportUnwritten(arguments, output, messages);
     messages.Print(MessageKind::Note, arguments.output + ": nothing was written, since the scene holds no mesh");
     return 0;
+}
+
+// The exporter's answer.
+bool CallExporter(const ExportArguments& arguments, const OutputFile& output, scene::Scene& scene,
+                  const Messages& messages) {
+    const ModuleLoader module(ModuleLoader::GetDefaultPath());
+    messages.PrintDetail(std::string("exporting by ") + module.GetDescription());
+    const std::unique_ptr<SceneExport> pExporter = module.CreateExporter();
+    try {
+        return pExporter->DoExport(output.GetPath().c_str(), nullptr, &scene, arguments.silent) == 1;
+    } catch (...) {
+        output.RemoveIfBroken();
+        throw;
+    }
 }
 
 } // namespace
@@ -134,22 +147,14 @@ int RunExport(const ExportArguments& arguments, const std::string& home, const M
         dialogs.Ask(std::cin, stderr);
     const DialogScope scope(dialogs);
 
-    const ModuleLoader module(ModuleLoader::GetDefaultPath());
-    messages.PrintDetail(std::string("exporting by ") + module.GetDescription());
-    const std::unique_ptr<SceneExport> pExporter = module.CreateExporter();
-    bool success = false;
-    try {
-        success = pExporter->DoExport(output.GetPath().c_str(), nullptr, pScene.get(), arguments.silent) == 1;
-    } catch (...) {
-        output.RemoveIfBroken();
-        throw;
-    }
+    Outcome outcome{.success = CallExporter(arguments, output, *pScene, messages)};
     progress.Clear();
     listener.EndLine();
-    const int status =
-        Finish(arguments, output, messages,
-               {.success = success, .cancelled = dialogs.IsCancelled(), .hadMeshes = progress.GetMeshCount() > 0});
-    if (status == 0 && output.IsWritten())
+    outcome.cancelled = dialogs.IsCancelled();
+    outcome.hadMeshes = progress.GetMeshCount() > 0;
+    outcome.isWhole = output.IsWritten() && output.IsWhole();
+    const int status = Finish(arguments, output, messages, outcome);
+    if (outcome.isWhole)
         PrintProjectNote(arguments, *pScene, start, messages);
     // An exporter that found nothing to convert has said so, and its log holds nothing besides.
     if (status != 0 && !output.IsWritten() && progress.GetMeshCount() == 0)

@@ -1,8 +1,8 @@
 #include "Host/App/OutputFile.h"
 
 #include "Host/App/Messages.h"
-#include "Host/App/TextUtil.h"
 #include "Shared/Cross/FileSystem/Chunky.h"
+#include "Shared/Cross/Util/Hash.h"
 #include "Shared/PC/FileSystem/DiskFileReplacement.h"
 #include "Shared/PC/FileSystem/DiskFileStream.h"
 #include "Shared/PC/FileSystem/OSFile.h"

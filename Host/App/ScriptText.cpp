@@ -1,6 +1,7 @@
 #include "Host/App/ScriptText.h"
 
 #include "Host/App/TextUtil.h"
+#include "Shared/Cross/Util/Hash.h"
 
 #include <charconv>
 #include <cmath>

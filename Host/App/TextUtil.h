@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <string_view>
 
 inline bool IsDigit(char c) { return c >= '0' && c <= '9'; }
@@ -10,11 +9,4 @@ inline std::string_view WithoutPlace(std::string_view line) {
     constexpr std::string_view placeEnd = ":!";
     const size_t end = line.find(placeEnd);
     return end == line.npos ? line : line.substr(end + placeEnd.size());
-}
-
-// Latin letters alone, whatever the locale.
-inline char ToLowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-inline bool EqualNoCase(std::string_view a, std::string_view b) {
-    return std::ranges::equal(a, b, {}, ToLowerAscii, ToLowerAscii);
 }

@@ -31,6 +31,7 @@ struct AccessorView {
     uint8_t components = 0;  // 1..4, or 16 for a 4 by 4 matrix
     bool normalized = false; // whole numbers stand for 0..1 or -1..1
 
+    bool operator==(const AccessorView&) const = default;
     bool IsEmpty() const { return components == 0; }
     bool IsPlainFloat() const { return pData && type == ComponentType::Float; }
     const std::byte* GetElement(uint32_t index) const { return pData + static_cast<size_t>(index) * stride; }

@@ -208,12 +208,11 @@ std::shared_ptr<const MeshData> ReadMesh(const SceneFile& file, const std::share
 
 void CheckJoints(const Place& place, const MeshData& mesh, size_t jointCount) {
     // Primitives often share one set of vertices.
-    const std::byte* pLast = nullptr;
+    const PrimitiveData* pLast = nullptr;
     for (const PrimitiveData& primitive : mesh.primitives) {
-        const std::byte* pJoints = primitive.skinSets.empty() ? nullptr : primitive.skinSets[0].joints.pData;
-        if (!pJoints || pJoints != pLast)
+        if (!pLast || primitive.skinSets != pLast->skinSets)
             CheckJoints(place, primitive, jointCount);
-        pLast = pJoints;
+        pLast = &primitive;
     }
 }
 

@@ -22,6 +22,7 @@ struct PrimitiveData {
     struct SkinSet {
         AccessorView joints;
         AccessorView weights;
+        bool operator==(const SkinSet&) const = default;
     };
     std::vector<SkinSet> skinSets = {};
     struct MorphTarget {

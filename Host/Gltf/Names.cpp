@@ -1,5 +1,7 @@
 #include "Host/Gltf/Names.h"
 
+#include "Shared/Cross/Util/Hash.h"
+
 #include <algorithm>
 #include <cstdio>
 
@@ -7,22 +9,21 @@ namespace gltf {
 
 namespace {
 
-std::string ToLower(std::string_view text) {
+std::string LowerCased(std::string_view text) {
     std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    std::ranges::transform(lower, lower.begin(), ToLower);
     return lower;
 }
 
 } // namespace
 
-bool UniqueNames::Take(std::string_view name) { return m_Taken.insert(ToLower(name)).second; }
+bool UniqueNames::Take(std::string_view name) { return m_Taken.insert(LowerCased(name)).second; }
 
 std::string UniqueNames::Make(std::string_view wanted, std::string_view fallback) {
     if (!wanted.empty() && Take(wanted))
         return std::string(wanted);
     const std::string_view base = wanted.empty() ? fallback : wanted;
-    unsigned& next = m_NextNumbers[ToLower(base)];
+    unsigned& next = m_NextNumbers[LowerCased(base)];
     for (;;) {
         char number[16];
         std::snprintf(number, sizeof number, "%03u", ++next);

@@ -3,6 +3,7 @@
 #include "Host/Gltf/Accessor.h"
 #include "Host/Gltf/Uri.h"
 #include "Host/Sdk/Material.h"
+#include "Shared/Cross/Util/Hash.h"
 
 #include <algorithm>
 #include <array>
@@ -25,8 +26,7 @@ std::string GetExtension(std::string_view name) {
     if (dot == std::string_view::npos || name[dot] != '.')
         return {};
     std::string extension(name.substr(dot));
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    std::ranges::transform(extension, extension.begin(), ToLower);
     return extension;
 }
 

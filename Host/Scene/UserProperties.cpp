@@ -1,14 +1,10 @@
 #include "Host/Scene/UserProperties.h"
 
+#include "Shared/Cross/Util/Hash.h"
+
 #include <algorithm>
 
 namespace scene {
-
-namespace {
-
-char ToLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-} // namespace
 
 const std::string* UserProperties::Find(std::string_view key) const {
     const auto it = std::ranges::find_if(

@@ -1,5 +1,7 @@
 #include "Host/Sdk/Primitive.h"
 
+#include "Shared/Cross/Util/Hash.h"
+
 #include <algorithm>
 #include <string_view>
 
@@ -8,8 +10,6 @@ namespace {
 // The latest registered first. Primitives are static objects of modules: a list through the objects themselves needs
 // nothing to be constructed before them.
 constinit Primitive* s_pFirst = nullptr;
-
-char ToLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 } // namespace
 

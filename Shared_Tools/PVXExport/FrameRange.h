@@ -1,7 +1,6 @@
 // The frames at which a scene's motion is sampled.
 #pragma once
 
-#include <cstdint>
 #include <vector>
 
 #include "Host/Sdk/Types.h"

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <vector>
 
 #include "Shared_Tools/PVXExport/Mesh/HostMesh.h"
@@ -16,7 +15,6 @@ struct ExportContext;
 struct ExportScene;
 struct MeshNode;
 class INode;
-class Mtl;
 class Object;
 
 namespace ra {

@@ -14,7 +14,6 @@ class BitmapTex;
 class INode;
 class Mtl;
 class StdMat;
-class StdUVGen;
 
 // The material of the faces in a slot: the sub-material of a multi-sub one, otherwise the node's. Null without one, and
 // for an empty place among the sub-materials.

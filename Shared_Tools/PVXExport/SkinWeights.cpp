@@ -79,7 +79,7 @@ void SkinWeights::MapBones(ISkin& skin) {
 }
 
 SkinWeights::Result SkinWeights::ReadPoints(INode* pNode, ISkinContextData& data, MeshForm& form) {
-    bool good = true;
+    bool good = !m_Scene.m_BoneNodes.empty(); // otherwise there is no first bone that could stand in for others
     const int count = data.GetNumPoints();
     form.cWeight.assign(static_cast<size_t>(std::max(count, 0)), VertexWeight{});
     for (int point = 0; point < count; ++point)
@@ -90,19 +90,13 @@ SkinWeights::Result SkinWeights::ReadPoints(INode* pNode, ISkinContextData& data
 
 bool SkinWeights::ReadPoint(const char* pMesh, ISkinContextData& data, int point, VertexWeight& out) {
     PVXErrors& errors = PVXErrors::Get();
-    const int assigned = data.GetNumAssignedBones(point);
-    if (assigned < 1) {
-        errors.Error("Mesh '%s', vertex %d is not weighted to any bones!", pMesh, point);
-        return false;
-    }
     bool good = true;
     int count = 0;
     VertexWeightBuilder builder;
+    const int assigned = data.GetNumAssignedBones(point);
     for (int i = 0; i < assigned; ++i) {
         const int skinBone = data.GetAssignedBone(point, i);
-        if (skinBone < 0)
-            continue;
-        const float w = data.GetBoneWeight(point, i);
+        const float w = skinBone < 0 ? 0.0f : data.GetBoneWeight(point, i);
         if (w == 0.0f)
             continue;
         if (!(w >= 0.0f && w <= 1.0f)) {
@@ -111,13 +105,7 @@ bool SkinWeights::ReadPoint(const char* pMesh, ISkinContextData& data, int point
             good = false;
             continue;
         }
-        int32_t bone =
-            static_cast<size_t>(skinBone) < m_BoneOfSkin.size() ? m_BoneOfSkin[static_cast<size_t>(skinBone)] : -1;
-        if (bone < 0) {
-            errors.Error("Mesh '%s', vertex %d is weighted by an invalid bone! (Removed from Skeleton?)", pMesh, point);
-            good = good && !m_Scene.m_BoneNodes.empty(); // without any bone there is no first one to stand in
-            bone = 0;
-        }
+        const int32_t bone = FindBone(pMesh, point, skinBone);
         good = IsWithinLimit(pMesh, bone) && good;
         builder.Add(static_cast<uint8_t>(std::min(bone, s_BoneLimit - 1)), w);
         ++count;
@@ -137,6 +125,17 @@ bool SkinWeights::ReadPoint(const char* pMesh, ISkinContextData& data, int point
     }
     out = builder.Finish();
     return good;
+}
+
+// The first bone in place of one that isn't there.
+int32_t SkinWeights::FindBone(const char* pMesh, int point, int skinBone) const {
+    const auto index = static_cast<size_t>(skinBone);
+    const int32_t bone = index < m_BoneOfSkin.size() ? m_BoneOfSkin[index] : -1;
+    if (bone >= 0)
+        return bone;
+    PVXErrors::Get().Error("Mesh '%s', vertex %d is weighted by an invalid bone! (Removed from Skeleton?)", pMesh,
+                           point);
+    return 0;
 }
 
 // Once for each bone and mesh: it is the skeleton that is too large, not the vertex that is wrong.

@@ -11,7 +11,6 @@ struct ExportScene;
 class INode;
 class ISkin;
 class ISkinContextData;
-class Object;
 
 namespace ra {
 class Mesh;
@@ -37,6 +36,7 @@ private:
     Result BuildForced(INode* pNode, MeshForm& form);
     Result ReadPoints(INode* pNode, ISkinContextData& data, MeshForm& form);
     bool ReadPoint(const char* pMesh, ISkinContextData& data, int point, VertexWeight& out);
+    int32_t FindBone(const char* pMesh, int point, int skinBone) const;
     bool IsWithinLimit(const char* pMesh, int32_t bone);
     void MapBones(ISkin& skin);
     bool ListBones(const MeshForm& form, ra::Mesh& mesh);

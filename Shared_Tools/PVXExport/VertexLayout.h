@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <vector>
 
 #include "Shared_Tools/PVXExport/Mesh/MeshForm.h"

@@ -1,10 +1,8 @@
 // Pictures on their way into a model: eight of 1024 by 1024 pixels in a project of their own, on one quad. Reading them
 // alone stands beside the whole export, and the writing of as many bytes beside both.
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <optional>
 #include <random>
 #include <string>
 #include <vector>
@@ -18,6 +16,7 @@
 #include "Shared_Tools/PVXExport/ModuleResources.h"
 #include "Shared_Tools/PVXExport/PVXExport.h"
 #include "Shared_Tools/PVXExport/PVXUtil.h"
+#include "Tests/Shared/PC/FileSystem/TempFolder.h"
 #include "Tests/Shared_Tools/PVXExport/ProjectFolder.h"
 
 namespace {
@@ -31,23 +30,15 @@ int s_Module;
 // A project with the pictures; gone at its end.
 class PictureFolder {
 public:
-    PictureFolder() : m_Folder(std::filesystem::temp_directory_path() / "pvxexport-pictures") {
-        std::filesystem::create_directories(m_Folder / "DataSource");
-        std::filesystem::create_directories(m_Folder / "REFERENCE");
-        m_Project.emplace(m_Folder);
+    PictureFolder() {
+        m_Folder.MakeFolder("DataSource");
+        m_Folder.MakeFolder("REFERENCE");
         for (uint32_t i = 0; i < s_Count; ++i)
             WritePicture(i);
     }
-    ~PictureFolder() { std::filesystem::remove_all(m_Folder); }
-    PictureFolder(const PictureFolder&) = delete;
-    PictureFolder& operator=(const PictureFolder&) = delete;
 
-    std::filesystem::path GetNative(const std::string& name) const { return m_Folder / name; }
-    std::string GetPath(const std::string& name) const {
-        std::string path = "Z:" + (m_Folder / name).string();
-        std::ranges::replace(path, '/', '\\');
-        return path;
-    }
+    std::filesystem::path GetNative(const std::string& name) const { return m_Folder.Native(name); }
+    std::string GetPath(const std::string& name) const { return m_Folder.Path(name); }
     std::string GetPicture(uint32_t index) const { return GetPath("DataSource/" + std::to_string(index) + ".tga"); }
 
 private:
@@ -59,11 +50,11 @@ private:
         std::mt19937 random(index);
         for (size_t i = 0; i < size_t{s_Side} * s_Side * s_Bits / 8; ++i)
             bytes += static_cast<char>(random());
-        std::ofstream(m_Folder / "DataSource" / (std::to_string(index) + ".tga"), std::ios::binary) << bytes;
+        m_Folder.Write("DataSource/" + std::to_string(index) + ".tga", bytes);
     }
 
-    std::filesystem::path m_Folder;
-    std::optional<ProjectFolder> m_Project;
+    TempFolder m_Folder;
+    ProjectFolder m_Project{m_Folder};
 };
 
 void CountPixels(benchmark::State& state) {

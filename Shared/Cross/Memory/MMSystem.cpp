@@ -21,6 +21,9 @@ constinit std::atomic<MMOutput> s_pOutput = nullptr;
 constinit std::atomic<uint64_t> s_TotalCount = 0;
 constinit std::atomic<uint64_t> s_TotalBytes = 0;
 constinit CellLink* s_pFreeCells = nullptr;
+// What no cell was cut off yet. It is left untouched, since each of its pages costs the process a fault.
+constinit char* s_pUncut = nullptr;
+constinit size_t s_UncutSize = 0;
 
 // Answers the value before. Interlocked as soon as there is a second thread.
 uint64_t Add(std::atomic<uint64_t>& counter, uint64_t amount) {
@@ -103,14 +106,16 @@ void MMFatalf(const char* pFormat, ...) {
 
 void* MMAllocCell() {
     const MMLockScope lock;
-    if (!s_pFreeCells) {
-        char* const pChunk = static_cast<char*>(OSMemory::AllocChunk());
-        if (!pChunk)
+    if (s_pFreeCells)
+        return std::exchange(s_pFreeCells, s_pFreeCells->pNext);
+    if (s_UncutSize == 0) {
+        s_pUncut = static_cast<char*>(OSMemory::AllocChunk());
+        if (!s_pUncut)
             MMFatalf("No memory for the objects of pools");
-        for (size_t at = OSMemory::s_ChunkSize; at > 0; at -= s_MMCellSize)
-            s_pFreeCells = new (pChunk + at - s_MMCellSize) CellLink{s_pFreeCells};
+        s_UncutSize = OSMemory::s_ChunkSize;
     }
-    return std::exchange(s_pFreeCells, s_pFreeCells->pNext);
+    s_UncutSize -= s_MMCellSize;
+    return std::exchange(s_pUncut, s_pUncut + s_MMCellSize);
 }
 
 void MMFreeCell(void* pCell) {

@@ -42,7 +42,9 @@ V SampleKeys(size_t count, KeyAt keyAt, float time, bool loops, uint16_t& hint) 
         time = 0.0f;
     if (loops)
         time = WrapTime(time);
-    size_t index = hint < count && keyAt(hint).time <= time ? hint : 0;
+    // A hint may be that of a longer stream, and a loop comes back to its start by itself.
+    const bool isStale = hint >= count || (loops && time < keyAt(hint).time);
+    size_t index = isStale ? 0 : hint;
     for (; index + 1 < count; ++index) {
         const AnimKey<V>& key = keyAt(index);
         const AnimKey<V>& next = keyAt(index + 1);

@@ -118,8 +118,9 @@ public:
     // The value at a time below 0 is that at 0. With `loops` a time above 1 begins over; without, the last key holds.
     // Between two keys floats and vectors go straight, quaternions the shorter way round. `hint` is the caller's, one
     // for each stream, 0 at first: the key to look from, so that playing on costs the same however long the stream is.
-    // A time ahead of the first key gives the last one's value. An empty stream is a mistake and gives zeros. Matrices
-    // aren't sampled.
+    // With `loops` a time ahead of that key is looked for from the start again; without, whoever goes back sets the
+    // hint to 0. A time ahead of all keys that are looked at gives the last one's value. An empty stream is a mistake
+    // and gives zeros. Matrices aren't sampled.
     V Sample(float time, bool loops, uint16_t& hint) const requires(!std::is_same_v<V, glm::mat4x3>);
 
 private:

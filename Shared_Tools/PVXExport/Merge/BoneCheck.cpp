@@ -9,17 +9,15 @@
 
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/FileSystem/Chunky.h"
-#include "Shared/Cross/RenderAnim/Intermediate/IntermediateLayout.h"
+#include "Shared/Cross/RenderAnim/Chunks/AnimParts.h"
+#include "Shared/Cross/RenderAnim/Intermediate/AnimChunk.h"
 #include "Shared/Cross/RenderAnim/Intermediate/SkeletonChunk.h"
 #include "Shared/Cross/RenderAnim/Skeleton.h"
 #include "Shared/Cross/RenderAnim/Transform.h"
 
 namespace {
 
-constexpr uint32_t s_AnimVersion = 1;
-constexpr uint32_t s_StreamsChunk = FourCC("DATA"); // in "ANIM"
 constexpr uint32_t s_StreamsVersion = 1;
-constexpr uint32_t s_BoneStreamChunk = FourCC("BANM");
 
 // What rounding leaves behind is far below both, and what one sees is far above.
 constexpr float s_RotationTolerance = 1e-3f; // of an axis of length 1
@@ -30,10 +28,10 @@ constexpr size_t s_LineLength = 200; // where a line of names is broken
 // The streams' names alone; the keys are stepped over.
 std::vector<std::string> ReadStreamNames(Chunky& chunky) {
     std::vector<std::string> names;
-    chunky.EnterFolder(ra::s_AnimChunk, s_AnimVersion);
-    chunky.EnterFolder(s_StreamsChunk, s_StreamsVersion);
+    chunky.EnterFolder(ra::s_AnimChunk, ra::intermediate::s_AnimVersion);
+    chunky.EnterFolder(ra::s_AnimDataChunk, s_StreamsVersion);
     for (ChunkInfo child; chunky.NextChunk(child);)
-        if (child.id == s_BoneStreamChunk && child.kind == ChunkKind_Data)
+        if (child.id == ra::s_BoneAnimChunk && child.kind == ChunkKind_Data)
             names.emplace_back(child.name.GetText());
     chunky.EndChunk();
     chunky.EndChunk();

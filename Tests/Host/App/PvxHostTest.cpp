@@ -124,8 +124,14 @@ TEST_F(PvxHost, SaysWhyTheProjectIsUnknown) {
     std::filesystem::create_directories(m_Folder / "proj/art");
     const std::string outside = Write("tile.glb", MakeTileScene());
     const std::string inside = Write("proj/art/tile.glb", MakeTileScene());
-    EXPECT_THAT(Export(outside, At("tile.pvx")).err,
-                HasSubstr("there is no pipeline.ini in \"" + m_Folder.string() + "\" or above it"));
+    // Its material is an error, and the file is there all the same.
+    const std::string faulty =
+        Write("fur.glb", MakeTileScene("", R"("materials":[{"name":"Fur","extras":{"host":{"class":"Fur"}}}])"));
+    for (const std::string& scene : {outside, faulty}) {
+        const ProgramResult result = Export(scene, At("tile.pvx"));
+        EXPECT_EQ(result.status, scene == faulty);
+        EXPECT_THAT(result.err, HasSubstr("there is no pipeline.ini in \"" + m_Folder.string() + "\" or above it"));
+    }
 
     std::string ini = "[project:Tower]\r\n";
     for (const char* pKey : {"DataSource=art", "DataSourceShared=a", "DataBurn=a", "DataIntermediate=a",

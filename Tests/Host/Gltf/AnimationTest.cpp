@@ -160,8 +160,12 @@ TEST_F(GltfSkin, BadSkinsAreRefusedAndUnboundVerticesReported) {
                 ElementsAre(HasSubstr("node \"Skin\": 2 vertices have no weights and hang on the skin's first")));
     lists.skins = R"({"joints":[1,2,1],"inverseBindMatrices":3})";
     EXPECT_THAT(FaultOf(lists), HasSubstr("skin 0: it has not one inverse bind matrix for each joint"));
-    m_Buffer[36] = 7; // the first vertex's first joint
     lists.skins = R"({"joints":[1,2]})";
+    Add(std::vector<uint8_t>{9, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, 5121, "VEC4", 3);
+    const std::string firstSet = "\"POSITION\":0,\"JOINTS_0\":1,\"WEIGHTS_0\":2";
+    lists.meshes = MeshOf(Primitive(firstSet) + "," + Primitive(firstSet + ",\"JOINTS_1\":6,\"WEIGHTS_1\":2"));
+    EXPECT_THAT(FaultOf(lists), HasSubstr("a vertex hangs on joint 9 of a skin that has 2"));
+    m_Buffer[36] = 7; // the first vertex's first joint
     EXPECT_THAT(FaultOf(lists), HasSubstr("a vertex hangs on joint 7 of a skin that has 2"));
 }
 

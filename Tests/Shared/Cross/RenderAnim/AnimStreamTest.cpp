@@ -111,7 +111,8 @@ TEST(AnimStream, TheHintFollowsThePlayback) {
     }
     EXPECT_EQ(stream.Sample(2, false, hint), 100);
     EXPECT_EQ(hint, 100);
-    EXPECT_EQ(stream.Sample(0, false, hint), 0);
+    EXPECT_EQ(stream.Sample(0.25f, true, hint), SampleAt(stream, 0.25f)) << "a loop goes back by itself";
+    EXPECT_EQ(stream.Sample(0, false, hint), 100) << "what plays once doesn't";
     hint = 60000; // of a stream that was longer
     EXPECT_EQ(stream.Sample(0.5f, false, hint), SampleAt(stream, 0.5f));
 }
