@@ -22,10 +22,6 @@ using TextFormat::Vector;
 
 constexpr double s_DegreesPerRadian = 57.29577951308232;
 
-void PrintSection(std::string& out, const std::string& heading, const TextTable& table) {
-    table.PrintSection(out, heading);
-}
-
 std::string FormatBox(const BoundVolume& volume) {
     if (!volume.IsValid())
         return "none";
@@ -122,7 +118,7 @@ void PrintTextures(std::string& out, const std::vector<TextureContent>& textures
             row.push_back(Name(texture.file));
         table.AddRow(std::move(row));
     }
-    PrintSection(out, Count(textures.size(), "texture", "textures"), table);
+    table.PrintSection(out, Count(textures.size(), "texture", "textures"));
 }
 
 void PrintShaders(std::string& out, const ModelContent& content) {
@@ -148,13 +144,13 @@ void PrintShaders(std::string& out, const ModelContent& content) {
                 textures.AddRow(std::move(row));
             }
     }
-    PrintSection(out, Count(content.shaders.size(), "shader", "shaders") + ", colours as red, green, blue and alpha",
-                 shaders);
-    PrintSection(out, "channels with more than a colour", textures);
+    shaders.PrintSection(out, Count(content.shaders.size(), "shader", "shaders") +
+                                  ", colours as red, green, blue and alpha");
+    textures.PrintSection(out, "channels with more than a colour");
     TextTable shared({{"name"}});
     for (const std::string& name : content.sharedShaders)
         shared.AddRow({Name(name)});
-    PrintSection(out, Count(content.sharedShaders.size(), "shared shader", "shared shaders"), shared);
+    shared.PrintSection(out, Count(content.sharedShaders.size(), "shared shader", "shared shaders"));
 }
 
 void PrintSkeleton(std::string& out, const ModelContent& content) {
@@ -164,7 +160,7 @@ void PrintSkeleton(std::string& out, const ModelContent& content) {
                       Vector(content.bones[i].position)});
     const char* pWhere =
         content.level == DataLevel::Intermediate ? ", positions in the world" : ", positions in their parents";
-    PrintSection(out, "skeleton of " + Count(content.bones.size(), "bone", "bones") + pWhere, table);
+    table.PrintSection(out, "skeleton of " + Count(content.bones.size(), "bone", "bones") + pWhere);
 }
 
 std::vector<std::string> MakeMeshRow(const ModelContent& content, const MeshContent& mesh) {
@@ -224,11 +220,11 @@ void PrintMeshes(std::string& out, const ModelContent& content) {
         if (mesh.mesh.minDetail != 0 || !mesh.mesh.childSelection)
             details.AddRow({name, std::to_string(mesh.mesh.minDetail), mesh.mesh.childSelection ? "yes" : "no"});
     }
-    PrintSection(out, Count(content.meshes.size(), "mesh", "meshes") + ", bounds " + FormatBox(content.boundVolume),
-                 meshes);
-    PrintSection(out, "primitive sets", sets);
-    PrintSection(out, "skinned transforms", skins);
-    PrintSection(out, "detail and selection, where they aren't the default", details);
+    meshes.PrintSection(out,
+                        Count(content.meshes.size(), "mesh", "meshes") + ", bounds " + FormatBox(content.boundVolume));
+    sets.PrintSection(out, "primitive sets");
+    skins.PrintSection(out, "skinned transforms");
+    details.PrintSection(out, "detail and selection, where they aren't the default");
 }
 
 void PrintMarkers(std::string& out, const ModelContent& content) {
@@ -237,7 +233,7 @@ void PrintMarkers(std::string& out, const ModelContent& content) {
         table.AddRow({Name(marker.name.GetTextOrEmpty()),
                       marker.m_parentName.IsValid() ? Name(marker.m_parentName.GetText()) : "-",
                       Vector(marker.m_transform[3])});
-    PrintSection(out, Count(content.markers.size(), "marker", "markers"), table);
+    table.PrintSection(out, Count(content.markers.size(), "marker", "markers"));
 }
 
 void PrintCameras(std::string& out, const ModelContent& content) {
@@ -246,7 +242,7 @@ void PrintCameras(std::string& out, const ModelContent& content) {
         table.AddRow({Name(camera.name.GetTextOrEmpty()), Vector(camera.position), Vector(camera.target),
                       Number(static_cast<double>(camera.fieldOfView) * s_DegreesPerRadian, 2) + " degrees",
                       Number(static_cast<double>(camera.nearClip)), Number(static_cast<double>(camera.farClip))});
-    PrintSection(out, Count(content.cameras.size(), "camera", "cameras"), table);
+    table.PrintSection(out, Count(content.cameras.size(), "camera", "cameras"));
 }
 
 } // namespace
@@ -255,7 +251,7 @@ void PrintUndecoded(std::string& out, const UndecodedChunks& chunks) {
     TextTable table({{"chunk"}, {"count", Right}});
     for (const auto& [id, count] : chunks)
         table.AddRow({TextFormat::Code(id), Count(count)});
-    PrintSection(out, "not decoded", table);
+    table.PrintSection(out, "not decoded");
 }
 
 void PrintModel(std::string& out, const ModelContent& content) {

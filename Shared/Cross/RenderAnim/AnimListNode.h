@@ -6,7 +6,7 @@
 #include <glm/vec3.hpp>
 
 #include "Shared/Cross/RenderAnim/Anim.h"
-#include "Shared/Cross/RenderAnim/AnimStream.h"
+#include "Shared/Cross/RenderAnim/AnimPool.h"
 
 // Binds an animation, which several models may share, to one model. The list that it is added to fills the maps.
 class AnimListNode : public MMPooled<AnimStaticPool> {

@@ -1,7 +1,6 @@
 #include "Shared/Cross/RenderAnim/AnimStream.h"
 
 #include <algorithm>
-#include <functional>
 
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/AnimSampling.h"
@@ -16,26 +15,6 @@ void ReportFull(uint32_t limit) {
 
 // Keys of any kind lie behind each other without a gap.
 static_assert(alignof(FloatKey) == 4 && alignof(Vec3Key) == 4 && alignof(QuatKey) == 4 && alignof(MatrixKey) == 4);
-
-AnimKeyBlock::AnimKeyBlock(size_t size)
-    : m_pBytes(MMAllocator<std::byte, AnimStaticPool>().allocate(size)), m_Size(size) {}
-
-std::shared_ptr<AnimKeyBlock> AnimKeyBlock::Make(size_t size) {
-    return std::allocate_shared<AnimKeyBlock>(MMAllocator<AnimKeyBlock, AnimStaticPool>(), size);
-}
-
-void* AnimKeyBlock::Take(size_t size) {
-    if (size > m_Size - m_Used)
-        return nullptr;
-    void* pPlace = m_pBytes.get() + m_Used;
-    m_Used += size;
-    return pPlace;
-}
-
-bool AnimKeyBlock::Holds(const void* pPlace) const {
-    const auto* pByte = static_cast<const std::byte*>(pPlace);
-    return std::greater_equal<>()(pByte, m_pBytes.get()) && std::less<>()(pByte, m_pBytes.get() + m_Size);
-}
 
 template <class V>
 std::span<AnimKey<V>> AnimStream<V>::SetKeyCount(uint32_t count) {

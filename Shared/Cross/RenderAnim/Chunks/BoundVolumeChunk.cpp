@@ -1,6 +1,6 @@
 #include "Shared/Cross/RenderAnim/Chunks/BoundVolumeChunk.h"
 
-// "BVOL", data, version 2:
+// "BVOL", data, version 2, of a mesh group in final files version 1, which holds the same:
 //   uint8     valid
 //   when valid:
 //   vec3      centre
@@ -8,12 +8,6 @@
 //   9 floats  rotation, the three axes as rows
 
 namespace ra {
-
-namespace {
-
-constexpr uint32_t s_BoundVolumeVersion = 2;
-
-} // namespace
 
 void WriteBox(PayloadWriter& writer, const OrientedBox& box) {
     writer.WriteVec3(box.centre);
@@ -31,15 +25,15 @@ OrientedBox ReadBox(PayloadReader& reader) {
     return box;
 }
 
-void WriteBoundVolume(Chunky& chunky, PayloadWriter& writer, const BoundVolume& volume) {
+void WriteBoundVolume(Chunky& chunky, PayloadWriter& writer, const BoundVolume& volume, uint32_t version) {
     writer.Write<uint8_t>(volume.IsValid() ? 1 : 0);
     if (volume.IsValid())
         WriteBox(writer, volume.GetBox());
-    writer.WriteChunk(chunky, s_BoundVolumeChunk, s_BoundVolumeVersion);
+    writer.WriteChunk(chunky, s_BoundVolumeChunk, version);
 }
 
 BoundVolume ReadBoundVolume(Chunky& chunky, const char* pKind, const char* pName) {
-    EnterData(chunky, s_BoundVolumeChunk, s_BoundVolumeVersion, s_BoundVolumeVersion);
+    EnterData(chunky, s_BoundVolumeChunk, s_FinalGroupBoundVersion, s_BoundVolumeVersion);
     PayloadReader reader(chunky, pKind, pName);
     BoundVolume volume;
     if (reader.Read<uint8_t>("bound volume") != 0)

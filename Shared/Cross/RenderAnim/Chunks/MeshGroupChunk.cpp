@@ -49,7 +49,8 @@ void WriteMeshGroup(Chunky& chunky, PayloadWriter& writer, const MeshGroup& grou
         writer.Write(group.GetParentBone(i));
     }
     writer.WriteChunk(chunky, s_GroupDataChunk, s_GroupDataVersion);
-    WriteBoundVolume(chunky, writer, group.GetBoundVolume());
+    WriteBoundVolume(chunky, writer, group.GetBoundVolume(),
+                     form == MeshForm::Final ? s_FinalGroupBoundVersion : s_BoundVolumeVersion);
     chunky.EndChunk();
 }
 

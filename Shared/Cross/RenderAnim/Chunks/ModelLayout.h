@@ -20,7 +20,5 @@ constexpr uint32_t s_ModelChunk = FourCC("QPVX");
 constexpr uint32_t s_ModelVersion = 1;
 constexpr uint32_t s_SkeletonChunk = FourCC("SKEL");
 constexpr uint32_t s_AnimChunk = FourCC("ANIM");
-// A mesh section of before there were mesh groups, which nobody reads any more.
-constexpr uint32_t s_LegacyMeshChunk = FourCC("MESH");
 
 } // namespace ra

@@ -1,5 +1,6 @@
 #include "Shared/Cross/RenderAnim/Chunks/ModelTreeReader.h"
 
+#include <string>
 #include <utility>
 
 #include "Shared/Cross/RenderAnim/AnimListGeneric.h"
@@ -37,9 +38,6 @@ bool ModelTreeReader::ReadFolder(const ChunkInfo& child) {
         m_Shaders.emplace_back().Set(ReadShader());
     else if (child.id == s_MeshGroupChunk)
         SetMeshGroup(ReadMeshGroup());
-    else if (child.id == s_LegacyMeshChunk)
-        throw Chunky::Exception(ChunkyError_BadChunk, "chunk \"MESH\" is a mesh section of before there were mesh "
-                                                      "groups, which can't be read: export the model again");
     else if (child.id == s_AnimChunk) {
         if (!CanHoldAnim(m_Model, child))
             return false;
@@ -78,9 +76,10 @@ void ModelTreeReader::SetMeshGroup(std::unique_ptr<MeshGroup> pGroup) {
     m_Model.SetMeshGroup(std::move(pGroup));
 }
 
-void ModelTreeReader::BuildReferencePose() {
+void ModelTreeReader::BuildReferencePose(const char* pPlace) {
     if (!m_Model.GetMeshGroup())
-        throw Chunky::Exception(ChunkyError_MissingChunk, "Missing Chunk Type! (mesh group)");
+        throw Chunky::Exception(ChunkyError_MissingChunk,
+                                std::string("Missing Chunk Type! (mesh group") + pPlace + ')');
     m_Model.BuildReferencePose();
 }
 

@@ -30,24 +30,24 @@ protected:
     virtual void ReadAnim() = 0;
 
     // What the tools' forms have in common: the list, still empty; the next chunk is a "TXTR", a "SHDR", a "MSGR", or
-    // data other than a skeleton.
+    // any data or folder but a skeleton. False for a folder that makes no sense; that is logged.
     virtual std::unique_ptr<AnimList> MakeAnimList();
     virtual std::unique_ptr<Texture> ReadTexture();
     virtual std::unique_ptr<Shader> ReadShader();
     virtual std::unique_ptr<MeshGroup> ReadMeshGroup();
     virtual void ReadData(uint32_t id);
+    virtual bool ReadFolder(const ChunkInfo& child);
 
     // Throws for a second one, since what has been read goes by the first.
     void SetSkeleton(std::unique_ptr<Skeleton> pSkeleton);
-    // Throws for a model that has no meshes yet.
-    void BuildReferencePose();
+    // Throws for a model that has no meshes yet. `pPlace` tells the message where they should have been.
+    void BuildReferencePose(const char* pPlace = "");
 
     Chunky& m_Chunky;
     RenderModel& m_Model;
     std::vector<ShaderRef> m_Shaders; // read so far, and held until the meshes that want them have come
 
 private:
-    bool ReadFolder(const ChunkInfo& child);
     void SetMeshGroup(std::unique_ptr<MeshGroup> pGroup);
 
     std::vector<TextureRef> m_Textures; // held until the shaders that want them have come

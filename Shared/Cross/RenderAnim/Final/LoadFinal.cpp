@@ -55,7 +55,7 @@ private:
                 m_Model.AddCamera(camera);
     }
     void ReadAnim() override {
-        BuildReferencePose();
+        BuildReferencePose(" ahead of the animations");
         AppendFinalAnim(m_Chunky, m_Model);
     }
 };

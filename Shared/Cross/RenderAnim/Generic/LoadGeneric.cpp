@@ -19,6 +19,8 @@ namespace {
 
 constexpr const char* s_ModelExtension = ".pvx";
 constexpr const char* s_MotionExtension = ".ebp";
+// A mesh section of before there were mesh groups, which only this form has ever had.
+constexpr uint32_t s_LegacyMeshChunk = FourCC("MESH");
 
 class GenericReader : public ModelTreeReader {
 public:
@@ -29,8 +31,14 @@ private:
         if (child.kind == ChunkKind_Folder)
             SetSkeleton(generic::BuildSkeleton(generic::ReadBoneRecords(m_Chunky)));
     }
+    bool ReadFolder(const ChunkInfo& child) override {
+        if (child.id == s_LegacyMeshChunk)
+            throw Chunky::Exception(ChunkyError_BadChunk, "chunk \"MESH\" is a mesh section of before there were mesh "
+                                                          "groups, which can't be read: export the model again");
+        return ModelTreeReader::ReadFolder(child);
+    }
     void ReadAnim() override {
-        BuildReferencePose();
+        BuildReferencePose(" ahead of the animations");
         generic::AppendAnim(m_Chunky, m_Model);
     }
 };

@@ -159,9 +159,9 @@ protected:
     }
 
     // A file's mesh group without meshes.
-    static std::string MakeEmptyGroup() {
+    static std::string MakeEmptyGroup(uint32_t boundVersion = 2) {
         return ChunkBytes::Folder("MSGR", ChunkBytes::Data("DATA", PayloadBytes().U32(0).Get()) +
-                                              ChunkBytes::Data("BVOL", std::string(1, '\0'), 2));
+                                              ChunkBytes::Data("BVOL", std::string(1, '\0'), boundVersion));
     }
     // Nothing of a test's models is left in the inventory for the next one to find.
     static void Forget(std::unique_ptr<RenderModel> pModel = nullptr) {

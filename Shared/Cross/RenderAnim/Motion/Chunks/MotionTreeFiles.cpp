@@ -6,6 +6,7 @@
 
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/FileSystem/Paths/FilePath.h"
+#include "Shared/Cross/RenderAnim/Chunks/SaveFile.h"
 #include "Shared/Cross/RenderAnim/Motion/Chunks/ActionTreeChunk.h"
 #include "Shared/Cross/RenderAnim/Motion/Chunks/CheckReferences.h"
 #include "Shared/Cross/RenderAnim/Motion/Chunks/ConditionChunks.h"
@@ -19,31 +20,24 @@ namespace ra {
 
 namespace {
 
-// False when the file can't be written; a reason that is known is logged.
+// False, with the reason in the log, when the file can't be written.
 template <class WriteContent>
-bool SaveFile(const char* pPath, uint32_t id, WriteContent write) {
-    try {
-        const std::unique_ptr<FileReplacement> pFile = FilePath::ReplaceFile(pPath);
-        if (!pFile)
-            return false;
-        Chunky chunky{ByteStreamAdapter(&pFile->GetStream())};
+bool SaveTree(const char* pPath, uint32_t id, WriteContent write) {
+    return SaveFile(pPath, [&](ByteStream& stream) {
+        Chunky chunky{ByteStreamAdapter(&stream)};
         PayloadWriter writer;
         chunky.BeginFolder(id, s_MotionTreeFileVersion);
         write(chunky, writer);
         chunky.EndChunk();
-        return pFile->Finish();
-    } catch (const std::exception& exception) {
-        dbWarningf("RENDER ANIM -- %s: %s", pPath, exception.what());
-        return false;
-    }
+    });
 }
 
 // The same for reading. References are left to be looked at in their new model.
-bool LoadFile(const char* pPath, uint32_t id, const MotionContext& context, MotionLists& parts) {
+bool LoadTree(const char* pPath, uint32_t id, const MotionContext& context, MotionLists& parts) {
     try {
         const std::unique_ptr<ByteStream> pStream = FilePath::OpenStream(pPath, ByteStream::Mode_Read);
         if (!pStream)
-            return false;
+            throw Chunky::Exception(ChunkyError_OpenFailed, "Unable to open file!");
         Chunky chunky{ByteStreamAdapter(pStream.get())};
         chunky.EnterFolder(id, s_MotionTreeFileVersion);
         const MotionContext loose = {.pModelName = context.pModelName, .hasAnimation = {}, .checksReferences = false};
@@ -68,7 +62,7 @@ void AddMissing(List& list, List& source) {
 } // namespace
 
 bool ExportMotionList(const char* pPath, const ConstMotionParts& parts) {
-    const bool saved = SaveFile(pPath, s_MotionListFileChunk, [&](Chunky& chunky, PayloadWriter& writer) {
+    const bool saved = SaveTree(pPath, s_MotionListFileChunk, [&](Chunky& chunky, PayloadWriter& writer) {
         WriteEvents(chunky, writer, parts.events);
         WriteModifiers(chunky, writer, parts.modifiers);
         WriteMotions(chunky, writer, parts.motions);
@@ -79,7 +73,7 @@ bool ExportMotionList(const char* pPath, const ConstMotionParts& parts) {
 }
 
 bool ExportActionTree(const char* pPath, const ConstMotionParts& parts) {
-    const bool saved = SaveFile(pPath, s_ActionTreeFileChunk, [&](Chunky& chunky, PayloadWriter& writer) {
+    const bool saved = SaveTree(pPath, s_ActionTreeFileChunk, [&](Chunky& chunky, PayloadWriter& writer) {
         WriteClauses(chunky, writer, parts.clauses);
         WriteConditions(chunky, writer, parts.conditions);
         WriteActions(chunky, writer, parts.actions, MotionForm::Generic);
@@ -91,7 +85,7 @@ bool ExportActionTree(const char* pPath, const ConstMotionParts& parts) {
 
 bool ImportMotionList(const char* pPath, const MotionParts& parts, const MotionContext& context) {
     MotionLists loose;
-    if (!LoadFile(pPath, s_MotionListFileChunk, context, loose)) {
+    if (!LoadTree(pPath, s_MotionListFileChunk, context, loose)) {
         dbWarningf("RENDER ANIM -- '%s': Unable to import motion list!", pPath);
         return false;
     }
@@ -105,7 +99,7 @@ bool ImportMotionList(const char* pPath, const MotionParts& parts, const MotionC
 
 bool ImportActionTree(const char* pPath, const MotionParts& parts, const MotionContext& context) {
     MotionLists loose;
-    if (!LoadFile(pPath, s_ActionTreeFileChunk, context, loose)) {
+    if (!LoadTree(pPath, s_ActionTreeFileChunk, context, loose)) {
         dbWarningf("RENDER ANIM -- '%s': Unable to import action tree!", pPath);
         return false;
     }

@@ -38,7 +38,8 @@ TEST_F(GenericFile, ModelsNeedNoBones) {
 
 TEST_F(GenericFile, TheOrderOfTheFileBinds) {
     EXPECT_EQ(Read(File(Anim("run", Info()) + TwoBones() + MakeEmptyGroup())), nullptr);
-    EXPECT_THROW(Read(File(TwoBones() + Anim("run", Info()) + MakeEmptyGroup())), Chunky::Exception);
+    EXPECT_EQ(FaultOf([] { Read(File(TwoBones() + Anim("run", Info()) + MakeEmptyGroup())); }),
+              "Missing Chunk Type! (mesh group ahead of the animations)");
     EXPECT_THROW(Read(File("")), Chunky::Exception);
     EXPECT_THROW(Read(File(MakeEmptyGroup(), 2)), Chunky::Exception);
     EXPECT_THAT(FaultOf([] { Read(File(ChunkBytes::Folder("MESH", ChunkBytes::Folder("GGRP", "")))); }),
