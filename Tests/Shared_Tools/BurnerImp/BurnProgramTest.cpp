@@ -96,6 +96,10 @@ TEST_F(BurnProgram, WhatIsUpToDateIsLeftAlone) {
     EXPECT_EQ(burn(), wrote);
     SetOld("gen/art/a.pvx.burn");
     EXPECT_EQ(burn(), upToDate);
+    m_Folder.Get().Remove("fin/art/a.obm");
+    m_Folder.Get().MakeFolder("fin/art/a.obm");
+    EXPECT_EQ(Burn("gen/art", "a\\.pvx", {.revisionControl = true}), 0); // a folder is no output
+    EXPECT_THAT(m_Texts[0], HasSubstr("DATA:art\\a.obm can't be opened in changelist 0: there is no server"));
 }
 
 TEST_F(BurnProgram, OneBadFileDoesntStopTheOthers) {
