@@ -43,7 +43,7 @@ std::string MakeOutputPath(const BurnSource& source, const std::string& destinat
     if (path.size() >= FilePath::MAXPATH || !FilePathUtil::NormalizeAliasPath(path) ||
         (!extension.empty() && !FilePathUtil::SetExtension(path, extension.c_str())))
         Fail("the output's path '" + path + "' is too long");
-    if (path.find(":..") != path.npos || path.find("\\..") != path.npos)
+    if (path.find(":..\\") != path.npos || path.find("\\..\\") != path.npos)
         Fail("destination '" + destination + "' leads out of its alias");
     return path;
 }
