@@ -43,7 +43,7 @@ std::string MakeOutputPath(const BurnSource& source, const std::string& destinat
     if (path.size() >= FilePath::MAXPATH || !FilePathUtil::NormalizeAliasPath(path) ||
         (!extension.empty() && !FilePathUtil::SetExtension(path, extension.c_str())))
         Fail("the output's path '" + path + "' is too long");
-    if (path.find(":..") != path.npos || path.find("\\..") != path.npos)
+    if (path.find(":..\\") != path.npos || path.find("\\..\\") != path.npos)
         Fail("destination '" + destination + "' leads out of its alias");
     return path;
 }
@@ -60,7 +60,8 @@ int64_t GetNewestTime(const std::vector<std::string>& fullNames) {
 bool AreOutputsNewer(const BurnSource& source, const std::vector<std::string>& outputs, int64_t time) {
     return std::ranges::all_of(outputs, [&](const std::string& output) {
         const std::string name = FindOutput(source, output);
-        return !name.empty() && OSFile::GetWriteTime(name.c_str()) > time;
+        return (OSFile::FileAttr(name.c_str()) & OSFile::F_ATTRIBUTE_FILE) != 0 &&
+               OSFile::GetWriteTime(name.c_str()) > time;
     });
 }
 
@@ -83,9 +84,11 @@ bool OutputControl::Open(const std::string& output) {
              " can't be opened: there is no revision control; see 'RevControlPort' under [p4] in pipeline.ini");
     OSFile::MakeFolders(name.c_str());
     const RevControlAPI::OpenResult result = m_pControl->OpenOrAdd(name.c_str(), m_Changelist);
-    if (result == RevControlAPI::Open_Failed)
+    if (result == RevControlAPI::Open_Failed) {
+        const std::string reason = m_pControl->GetLastError();
         Fail(output + " can't be opened in changelist " + std::to_string(m_Changelist) + ": " +
-             m_pControl->GetLastError());
+             (reason.empty() ? "there is no server, so it has to be a file that can be written" : reason));
+    }
     return result != RevControlAPI::Open_OtherList;
 }
 

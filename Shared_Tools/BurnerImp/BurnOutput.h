@@ -18,7 +18,7 @@ std::string MakeOutputPath(const BurnSource& source, const std::string& destinat
 
 // When the newest of the files was written; a file that isn't there counts as new.
 int64_t GetNewestTime(const std::vector<std::string>& fullNames);
-// Whether all outputs, by alias path, are there and newer than that.
+// Whether all outputs, by alias path, are files that are there and newer than that.
 bool AreOutputsNewer(const BurnSource& source, const std::vector<std::string>& outputs, int64_t time);
 
 // Opens outputs under revision control, in one changelist and over one connection, which is made for the first of them.

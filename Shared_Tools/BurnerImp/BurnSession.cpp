@@ -53,7 +53,7 @@ T Parse(const NamedPipeRawMsg& raw, const char* pName) {
     return msg;
 }
 
-void Send(bool sent) {
+void RequireSent(bool sent) {
     if (!sent)
         throw LostServer();
 }
@@ -97,10 +97,10 @@ bool BurnMessage(const NamedPipeRawMsg& raw, BurnReport& report) {
 void RunJob(NamedPipe& pipe) {
     const BurnerSetupMsg setup = ReceiveSetup(pipe);
     const BurnServices services(setup.pipelinePath);
-    Send(NamedPipeMsg::SendMsg(pipe, BurnerReadyMsg{.version = s_BurnerVersion}));
+    RequireSent(NamedPipeMsg::SendMsg(pipe, BurnerReadyMsg{.version = s_BurnerVersion}));
     BurnReport report(pipe);
     const bool good = BurnMessage(Receive(pipe), report);
-    Send(NamedPipeMsg::SendMsg(pipe, BurnerResultMsg{.result = good ? 1 : 0, .messages = report.Take()}));
+    RequireSent(NamedPipeMsg::SendMsg(pipe, BurnerResultMsg{.result = good ? 1 : 0, .messages = report.Take()}));
 }
 
 void SendError(NamedPipe& pipe, const char* pText) {

@@ -19,16 +19,11 @@ bool HoldsAny(const std::string& line, std::initializer_list<std::string_view> p
     return std::ranges::any_of(phrases, [&](std::string_view phrase) { return Holds(line, phrase); });
 }
 
-// Nothing for the default changelist, which is where commands go by themselves.
-void AddChangelist(Arguments& arguments, int32_t changelist) {
-    if (changelist != 0)
-        arguments.insert(arguments.end(), {"-c", std::to_string(changelist)});
-}
-
+// The default changelist isn't named: it is where commands go by themselves.
 Arguments MakeFileArguments(const char* pName, int32_t changelist) {
-    Arguments arguments;
-    AddChangelist(arguments, changelist);
-    arguments.push_back(ClientArgument::File(pName));
+    Arguments arguments = {ClientArgument::File(pName)};
+    if (changelist != 0)
+        arguments.insert(arguments.begin(), {"-c", std::to_string(changelist)});
     return arguments;
 }
 
@@ -162,7 +157,10 @@ RevControlAPI::SyncResult RevControlP4::Sync(const char* pName, bool directory) 
     if (pLine && HoldsAny(*pLine, {"updating", "added as"}))
         return Sync_Updated;
     const std::string failure = "Failed to sync file: " + InQuotes(name);
-    pError ? m_pConnection->FailWithAnswer(failure, *pError) : m_pConnection->Fail(failure);
+    if (pError)
+        m_pConnection->FailWithAnswer(failure, *pError);
+    else
+        m_pConnection->Fail(failure);
     return Sync_Failed;
 }
 

@@ -94,8 +94,9 @@ bool RevControlP4::GetOpenedChangelist(const char* pName, int32_t& number) {
     number = 0;
     if (!m_pConnection->Run("opened", Arguments{ClientArgument::File(pName)}, user))
         return false;
+    // An answer that names no changelist is none of the server's refusals, and leaves the default one.
     const std::string* pLine = user.GetFirstInfo();
-    if (pLine && pLine->find("default change") == std::string::npos && !ChangelistPatterns::ReadOpened(*pLine, number))
-        return false;
+    if (pLine && pLine->find("default change") == std::string::npos)
+        ChangelistPatterns::ReadOpened(*pLine, number);
     return !user.HasErrors();
 }

@@ -54,6 +54,11 @@ void Descriptor::Set(int value) {
 
 bool PipeFolder::Open() {
     const std::string name = GetFolderName();
+    // Both sides have to find it, and each has a working folder of its own.
+    if (!name.starts_with('/')) {
+        errno = EINVAL;
+        return false;
+    }
     if (mkdir(name.c_str(), s_OwnerOnly) != 0 && errno != EEXIST)
         return false;
     m_Folder.Set(open(name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));

@@ -29,7 +29,7 @@ private:
 // The folder in which the servers of named pipes offer them: for each a socket, "name.<process>.<number>".
 class PipeFolder {
 public:
-    // Makes it if need be. False for a folder that others than the user can enter.
+    // Makes it if need be. False for a folder that others than the user can enter, and for one without a full path.
     bool Open();
 
     // A socket that listens under a name of this process's own, for one client at a time. False when it can't be made.

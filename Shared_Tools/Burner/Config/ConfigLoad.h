@@ -33,7 +33,7 @@ public:
     // the log.
     static bool GetConfigTimestamp(const char* pFilename, int64_t& time);
     // The script of a file or a folder, whether it exists or not. False when `pFilename` is neither. The buffer has to
-    // hold the name and k_DefaultBurnFilename.
+    // hold the name and k_DefaultBurnFilename; false, too, when it has no room for the backslash between them.
     static bool GetBurnFilename(const char* pFilename, char* pOut, size_t bufferSize);
 
     // One script by itself: in place of what `config` holds, or onto it. What they have to say is in the log and, if

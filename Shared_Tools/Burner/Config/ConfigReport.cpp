@@ -1,14 +1,11 @@
 #include "Shared_Tools/Burner/Config/ConfigReport.h"
 
 #include "Shared/Cross/Debug/db.h"
-#include "Shared/Cross/Util/FourCC.h"
 
 #include <cstdarg>
 #include <cstdio>
 
 namespace {
-
-constexpr uint32_t s_BurnTag = FourCC("BURN");
 
 std::string Format(const char* pFormat, va_list arguments) {
     char text[1024];
@@ -16,12 +13,7 @@ std::string Format(const char* pFormat, va_list arguments) {
     return text;
 }
 
-void Log(const std::string& text) {
-    char tag[5] = {};
-    for (int i = 0; i < 4; ++i)
-        tag[i] = static_cast<char>(s_BurnTag >> (24 - 8 * i) & 0xFF);
-    dbPrintf("%s -- %s", tag, text.c_str());
-}
+void Log(const std::string& text) { dbPrintf("BURN -- %s", text.c_str()); }
 
 } // namespace
 

@@ -32,8 +32,9 @@ bool IsSameFolder(std::string a, std::string b) {
 } // namespace
 
 std::string ScriptPath::GetParent(const std::string& path) {
-    const size_t end = path.rfind('\\');
-    return end == std::string::npos ? "" : path.substr(0, end);
+    const std::string name = WithoutFinalBackslash(path);
+    const size_t end = name.rfind('\\');
+    return end == std::string::npos ? "" : name.substr(0, end);
 }
 
 bool ScriptPath::IsFile(const std::string& path) {
@@ -63,7 +64,8 @@ bool ConfigLoad::GetBurnFilename(const char* filename, char* pOut, size_t buffer
         burnFile = std::string(filename) + s_BurnExtension;
     else if (isRoomy && IsFolder(filename))
         burnFile = WithoutFinalBackslash(filename) + "\\" + k_DefaultBurnFilename;
-    if (burnFile.empty())
+    // A folder's script needs room for a backslash, too.
+    if (burnFile.empty() || burnFile.size() >= bufferSize)
         return false;
     std::memcpy(pOut, burnFile.c_str(), burnFile.size() + 1);
     return true;

@@ -18,7 +18,7 @@ struct ScriptChain {
 
 namespace ScriptPath {
 
-// "Z:\a\b" of "Z:\a\b\c"; empty when there is no backslash left.
+// "Z:\a\b" of "Z:\a\b\c" and of "Z:\a\b\c\"; empty when there is no backslash left.
 std::string GetParent(const std::string& path);
 // The folder nearest to `startDir`, itself or one above, that holds a file of that name; `rootDir` is the last to be
 // looked at. False when there is none.

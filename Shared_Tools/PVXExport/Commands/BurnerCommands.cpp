@@ -68,6 +68,8 @@ void StartBurner(const std::string& file) {
 }
 
 bool StopBurner() {
+    // A fault on the way down must not keep the rest up.
+    const dbNoThrowScope noThrow;
     if (Inv::IsInitialized())
         Inv::Shutdown();
     gz::Stop();

@@ -2,7 +2,7 @@
 //
 //     ombl_animergeFlags true false                                          whether the model is merged, and whether
 //                                                                            textures and patterns are written: true
-//     ombl_animerge "Z:\proj\gen\art\x.pvx" "Z:\proj\int\art\ref.pvx" #("Z:\proj\int\art\run.pvx")
+//     ombl_animerge "Z:\\proj\\gen\\x.pvx" "Z:\\proj\\int\\ref.pvx" #("Z:\\proj\\int\\run.pvx")
 //                                                                            true when all was done
 //
 // The animations may stand in an array or one by one. What goes wrong is a line on the listener, and false; the
@@ -13,6 +13,7 @@
 #include "Host/Sdk/Listener.h"
 #include "Host/Sdk/Primitive.h"
 #include "Shared/Cross/Debug/db.h"
+#include "Shared_Tools/PVXExport/Commands/LocalBurnQuestion.h"
 #include "Shared_Tools/PVXExport/Merge/animerge.h"
 
 namespace {
@@ -51,6 +52,7 @@ Value Merge(const Value* pArguments, int count) {
                                   .mergeFile = arguments[0].ToText(),
                                   .modelFile = arguments[1].ToText(),
                                   .animFiles = TakeAnimFiles(arguments.subspan(2))};
+    LocalBurnQuestion::Install();
     return Value(AniMerge(merge, GetAniMergeFlags()));
 }
 

@@ -96,6 +96,10 @@ TEST_F(BurnProgram, WhatIsUpToDateIsLeftAlone) {
     EXPECT_EQ(burn(), wrote);
     SetOld("gen/art/a.pvx.burn");
     EXPECT_EQ(burn(), upToDate);
+    m_Folder.Get().Remove("fin/art/a.obm");
+    m_Folder.Get().MakeFolder("fin/art/a.obm");
+    EXPECT_EQ(Burn("gen/art", "a\\.pvx", {.revisionControl = true}), 0); // a folder is no output
+    EXPECT_THAT(m_Texts[0], HasSubstr("DATA:art\\a.obm can't be opened in changelist 0: there is no server"));
 }
 
 TEST_F(BurnProgram, OneBadFileDoesntStopTheOthers) {
@@ -175,8 +179,8 @@ TEST_F(BurnProgram, JobsByFolder) {
 
 TEST_F(BurnProgram, JobsByList) {
     m_Folder.Write("gen/art/1.txt", "1");
-    m_Folder.Write("gen/2.txt", "2");
-    const std::vector<std::string> files{m_Folder.Path("gen/2.txt"), m_Folder.Path("gen/art/no.txt"),
+    m_Folder.Write("gen/..2.txt", "2");
+    const std::vector<std::string> files{m_Folder.Path("gen/..2.txt"), m_Folder.Path("gen/art/no.txt"),
                                          m_Folder.Path("gen/art/1.txt")};
     BurnerMessageList messages;
     int32_t result = -1;
@@ -184,7 +188,7 @@ TEST_F(BurnProgram, JobsByList) {
     EXPECT_EQ(result, 0);
     ASSERT_EQ(messages.size(), 4u);
     EXPECT_THAT(messages[1].text, HasSubstr("no.txt --there is no such file"));
-    EXPECT_EQ(m_Folder.Read("fin/texts/2.txt"), "2");
+    EXPECT_EQ(m_Folder.Read("fin/texts/..2.txt"), "2");
     EXPECT_EQ(m_Folder.Read("fin/texts/art/1.txt"), "1");
     EXPECT_TRUE(m_pBurner->BurnUpdateFileList(0, std::vector{files[0]}, result, messages));
     EXPECT_EQ(result, 1);

@@ -109,6 +109,9 @@ TEST_F(RevControlP4Test, RevertsOfEachKind) {
     EXPECT_TRUE(m_Control.GetOpenedChangelist(Name("edited"), number));
     EXPECT_EQ(number, change);
     EXPECT_FALSE(m_Control.GetOpenedChangelist(Name("none"), number));
+    m_Server.Say("opened", "info: //depot/edited#1 - edit\nexit: 0\n"); // no refusal
+    EXPECT_TRUE(m_Control.GetOpenedChangelist(Name("edited"), number));
+    EXPECT_EQ(number, 0);
     m_Server.TakeCommands();
     EXPECT_FALSE(m_Control.RevertFile(Name("changed"), 0, true)); // isn't unchanged
     EXPECT_TRUE(m_Control.RevertFile(Name("edited"), change, true));

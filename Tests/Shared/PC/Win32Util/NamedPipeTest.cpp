@@ -4,6 +4,7 @@
 #include "Shared/PC/Win32Util/ChildProcess.h"
 #include "Tests/Shared/PC/FileSystem/TempFolder.h"
 
+#include <filesystem>
 #include <numeric>
 #include <thread>
 
@@ -212,6 +213,9 @@ TEST_F(NamedPipeTest, NobodyElseEntersTheFolder) {
     EXPECT_EQ(facts.st_mode & 0777u, 0700u);
     m_Server.Close();
     chmod(m_Folder.Native("pipes").c_str(), 0755);
+    EXPECT_FALSE(m_Server.Open());
+    // The other side would look for it elsewhere.
+    setenv("PVX_PIPES", std::filesystem::relative(m_Folder.Native("others")).c_str(), 1);
     EXPECT_FALSE(m_Server.Open());
 }
 

@@ -22,6 +22,9 @@ TEST_F(ConfigLoadTest, NamesOfScripts) {
         EXPECT_EQ(name, Path("generic/art/_default.burn"));
     }
     EXPECT_FALSE(ConfigLoad::GetBurnFilename(Path("generic/none").c_str(), name, sizeof name));
+    const std::string script = Path("generic/art/_default.burn");
+    EXPECT_TRUE(ConfigLoad::GetBurnFilename(Path("generic/art").c_str(), name, script.size() + 1));
+    EXPECT_FALSE(ConfigLoad::GetBurnFilename(Path("generic/art").c_str(), name, script.size()));
     EXPECT_THROW(ConfigLoad::GetBurnFilename(Path(s_File).c_str(), name, Path(s_File).size() + 13), std::runtime_error);
 }
 

@@ -130,6 +130,13 @@ TEST_F(ConfigSaveTest, ValidationIsAgainstTheLevelAbove) {
     Set("useDXTC", "0"); // the base's value is a difference here
     ASSERT_TRUE(Save());
     EXPECT_TRUE(m_Server.Has(s_Script));
+    // A folder's own script isn't above it, however the folder is named.
+    const char* const pFolder = "generic/art/";
+    ASSERT_TRUE(Load(pFolder));
+    Set("mipMaps", "false");
+    ASSERT_TRUE(Save(pFolder));
+    ASSERT_TRUE(Load(pFolder));
+    EXPECT_EQ(Value("useDXTC") + Value("mipMaps"), "3false");
 }
 
 TEST_F(ConfigSaveTest, WhatTheLevelAboveDoesntHaveCantBeSaved) {
