@@ -11,9 +11,9 @@
 //
 // Here it is a local socket in a folder that only its user can enter: the one that the environment's PVX_PIPES names by
 // its full path, otherwise one of the temporary files. Any number of servers may offer the same name, each to one
-// client; a client takes that of the process that started it, or else of its own: several jobs at a time must not mix. A
-// name is offered until the client has come or the server closes, and what a killed server leaves is cleared away by the
-// next server.
+// client; a client takes that of the process that started it, or else of its own: several jobs at a time must not mix.
+// A name is offered until the client has come or the server closes, and what a killed server leaves is cleared away by
+// the next server.
 class NamedPipe {
 public:
     enum class Role : uint32_t { Server = 0, Client = 1 };
