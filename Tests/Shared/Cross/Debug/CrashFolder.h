@@ -18,7 +18,8 @@ protected:
     CrashFolder() {
         setenv("PVX_LOGS", (m_Folder / "logs").c_str(), 1);
         // A build with the sanitizer is to die of what the filter leaves alone as any other does.
-        setenv("ASAN_OPTIONS", "handle_segv=0", 0);
+        const char* pOptions = std::getenv("ASAN_OPTIONS");
+        setenv("ASAN_OPTIONS", (std::string(pOptions ? pOptions : "") + ":handle_segv=0").c_str(), 1);
     }
     ~CrashFolder() override {
         for (const char* pName : {"PVX_LOGS", "PVX_CONFIG", "TEST_REPORTER"})
