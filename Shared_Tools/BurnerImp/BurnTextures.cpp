@@ -5,6 +5,7 @@
 #include "Shared/Cross/RenderAnim/Texture.h"
 #include "Shared/Cross/RenderAnim/TextureConvert.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -38,10 +39,25 @@ void SetLevels(Texture& texture, bool mipMaps) {
         texture.NameImages();
 }
 
+bool IsCompressible(const Texture* pTexture) {
+    const Image& image = *pTexture->GetLevel(0).pImage;
+    return Image::AreSidesAllowed(IMAGETYPE_DXT5, image.GetWidth(), image.GetHeight());
+}
+
 } // namespace
 
 void SetMipMaps(std::span<const Texture* const> textures, bool mipMaps) {
     // The textures are this burn's own, which was given them for reading.
     for (const Texture* pTexture : textures)
         SetLevels(const_cast<Texture&>(*pTexture), mipMaps);
+}
+
+std::string ExplainUnconverted(std::span<const Texture* const> textures) {
+    const auto it = std::ranges::find_if_not(textures, IsCompressible);
+    if (it == textures.end())
+        return "a texture can't be converted";
+    const Image& image = *(*it)->GetLevel(0).pImage;
+    return std::string("texture '") + (*it)->GetName() + "' of " + std::to_string(image.GetWidth()) + "x" +
+           std::to_string(image.GetHeight()) +
+           " can't be compressed: its sides have to be powers of two; resize it, or set useDXTC to 0";
 }

@@ -66,7 +66,7 @@ public:
         if (params.burnInfo)
             WriteBurnInfo(model, source);
         if (!ra::SaveFinal(*pModel, model, params.useDXTC))
-            throw std::runtime_error("a texture can't be converted");
+            throw std::runtime_error(ExplainUnconverted(ra::CollectTextures(*pModel->GetMeshGroup())));
         if (!withMotion)
             return;
         Chunky motion{ByteStreamAdapter(outputs[1])};

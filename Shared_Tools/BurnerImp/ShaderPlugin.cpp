@@ -9,6 +9,7 @@
 
 #include <array>
 #include <stdexcept>
+#include <vector>
 
 namespace {
 
@@ -24,12 +25,13 @@ public:
         const std::unique_ptr<Shader> pShader = ra::LoadSharedShaderGeneric(source.alias.c_str());
         if (!pShader)
             throw std::runtime_error("can't be opened");
-        SetMipMaps(ra::CollectTextures(std::array<const Shader*, 1>{pShader.get()}), params.mipMaps);
+        const std::vector<const Texture*> textures = ra::CollectTextures(std::array<const Shader*, 1>{pShader.get()});
+        SetMipMaps(textures, params.mipMaps);
         Chunky chunky{ByteStreamAdapter(outputs[0])};
         if (params.burnInfo)
             WriteBurnInfo(chunky, source);
         if (!ra::WriteSharedShaderFinal(chunky, *pShader, params.useDXTC))
-            throw std::runtime_error("a texture can't be converted");
+            throw std::runtime_error(ExplainUnconverted(textures));
     }
 };
 
