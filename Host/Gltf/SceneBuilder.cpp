@@ -257,7 +257,7 @@ void SceneBuilder::CheckSkin(const Work& work, const std::vector<FaceRange>& ran
         return;
     const Json& skin = (*FindMember(m_File.GetRoot(), "skins"))[static_cast<rapidjson::SizeType>(work.pRecord->skin)];
     CheckJoints(work.place, *work.pMesh, FindMember(skin, "joints")->Size());
-    if (!m_Options.limitInfluences && !HasUnboundVertices(*work.pMesh))
+    if (!HasSeveralSkinSets(*work.pMesh) && !HasUnboundVertices(*work.pMesh))
         return;
     SkinReport report;
     for (const FaceRange& range : ranges)
@@ -267,6 +267,11 @@ void SceneBuilder::CheckSkin(const Work& work, const std::vector<FaceRange>& ran
         m_Messages.Warn(work.place,
                         std::to_string(report.unbound) + " vertices have no weights and hang on the skin's first joint",
                         "weight them");
+    if (report.overfull > 0)
+        m_Messages.Warn(work.place,
+                        std::to_string(report.overfull) +
+                            " vertices hang on more than four joints, which the exporter refuses",
+                        "weight them to four at most, or have --limit-influences keep the four heaviest weights");
     if (report.limited > 0) {
         char percent[16];
         std::snprintf(percent, sizeof percent, "%.1f", double{report.largestLoss} * 100.0);

@@ -68,8 +68,10 @@ void NormalizeInfluences(std::vector<Influence>& influences, bool limit, SkinRep
         ++report.unbound;
         return;
     }
-    if (limit && influences.size() > s_MostInfluences)
+    if (influences.size() > s_MostInfluences && limit)
         KeepHeaviest(influences, report);
+    else if (influences.size() > s_MostInfluences)
+        ++report.overfull;
     ScaleToOne(influences);
 }
 
@@ -96,6 +98,11 @@ scene::SkinWeights BuildWeights(const MeshData& mesh, const MeshShape& shape, bo
 std::shared_ptr<const scene::SkinWeights> SkinDataSource::Build() const {
     SkinReport report;
     return std::make_shared<scene::SkinWeights>(BuildWeights(*m_pMesh, m_Shape, m_Limit, report));
+}
+
+bool HasSeveralSkinSets(const MeshData& mesh) {
+    return std::ranges::any_of(mesh.primitives,
+                               [](const PrimitiveData& primitive) { return primitive.skinSets.size() > 1; });
 }
 
 bool HasUnboundVertices(const MeshData& mesh) {

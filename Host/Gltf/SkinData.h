@@ -8,6 +8,7 @@ namespace gltf {
 // What was done to the weights of a mesh so that they fit the host.
 struct SkinReport {
     uint32_t unbound = 0;  // points without any influence, bound to the first joint
+    uint32_t overfull = 0; // points that keep more than four influences
     uint32_t limited = 0;  // points that lost influences beyond the fourth
     float largestLoss = 0; // the largest share of a point's weight that went with them
 };
@@ -32,6 +33,8 @@ private:
     bool m_Limit;
 };
 
+// Whether a vertex could hang on more than four joints.
+bool HasSeveralSkinSets(const MeshData& mesh);
 // Whether a vertex of the mesh hangs on no joint at all.
 bool HasUnboundVertices(const MeshData& mesh);
 

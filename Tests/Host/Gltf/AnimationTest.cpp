@@ -187,6 +187,19 @@ TEST_F(GltfSkin, WeightsAddUpToOneInAnyOrder) {
     }
 }
 
+TEST_F(GltfSkin, MoreThanFourJointsOfAVertexAreReported) {
+    AddFloats({0, 0, 0, 1, 0, 0, 0, 1, 0}, "VEC3");
+    Add(std::vector<uint8_t>{0, 1, 2, 3, 0, 1, 2, 3, 0, 1, 2, 3}, 5121, "VEC4", 3);
+    AddFloats(std::vector<float>(12, 0.2f), "VEC4");
+    Add(std::vector<uint8_t>{4, 0, 0, 0, /**/ 4, 0, 0, 0, /**/ 3, 0, 0, 0}, 5121, "VEC4", 3);
+    AddFloats({0.2f, 0, 0, 0, /**/ 0, 0, 0, 0, /**/ 0.2f, 0, 0, 0}, "VEC4");
+    Load({.nodes = R"({"name":"Skin","mesh":0,"skin":0},{},{},{},{},{})",
+          .meshes = MeshOf(Primitive(R"("POSITION":0,"JOINTS_0":1,"WEIGHTS_0":2,"JOINTS_1":3,"WEIGHTS_1":4)")),
+          .skins = R"({"joints":[1,2,3,4,5]})"});
+    EXPECT_THAT(m_Warnings, ElementsAre(AllOf(HasSubstr("node \"Skin\": 1 vertices hang on more than four joints"),
+                                              HasSubstr("--limit-influences"))));
+}
+
 TEST_F(GltfSkin, TheFourHeaviestStayWhenAsked) {
     std::vector<scene::SkinWeights::Influence> influences = {{0, 0.1f}, {1, 0.3f}, {2, -1.0f}, {3, 0.2f},
                                                              {4, 0.1f}, {1, 0.1f}, {5, 0.2f}};
