@@ -79,9 +79,11 @@ struct Outcome {
 };
 
 int ReportUnwritten(const ExportArguments& arguments, const OutputFile& output, const Messages& messages) {
-    messages.Print(MessageKind::Error, arguments.output +
-                                           ": could not be written; make room for it, or choose another disk (" +
-                                           OSFile::ToNative(output.GetLogPath()) + " says more)");
+    messages.Print(
+        MessageKind::Error,
+        arguments.output +
+            ": could not be written; make room for it, let another program finish with it, or choose another disk (" +
+            OSFile::ToNative(output.GetLogPath()) + " says more)");
     return 1;
 }
 

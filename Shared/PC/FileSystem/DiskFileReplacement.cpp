@@ -15,8 +15,8 @@ public:
         if (beside.size() <= ByteStream::MaxNameLength && OSFile::IsReplaceable(pName))
             m_Written = std::move(beside);
         // A disk may take the name and not the longer one. What stands under that and can't be written is somebody
-        // else's, though.
-        if (!Open(share) && m_Written != m_Name && !Exists(m_Written)) {
+        // else's, though, who may have finished with it by now.
+        if (!Open(share) && m_Written != m_Name && !OSFile::WasInUse() && !Exists(m_Written)) {
             m_Written = m_Name;
             Open(share);
         }
@@ -25,6 +25,7 @@ public:
         const dbNoThrowScope noThrow;
         if (m_IsOpen)
             TakeAway();
+        Unlock();
     }
     DiskFileReplacement(const DiskFileReplacement&) = delete;
     DiskFileReplacement& operator=(const DiskFileReplacement&) = delete;
@@ -36,10 +37,11 @@ public:
         dbAssert(m_IsOpen);
         if (!std::exchange(m_IsOpen, false))
             return false;
-        if (m_Stream.Close() && Move())
-            return true;
-        TakeAway();
-        return false;
+        const bool isDone = m_Stream.Close() && Move();
+        if (!isDone)
+            TakeAway();
+        Unlock();
+        return isDone;
     }
 
 private:
@@ -47,7 +49,14 @@ private:
 
     bool Open(bool share) {
         m_IsOpen = m_Stream.Open(m_Written.c_str(), ByteStream::Mode_Write, share);
+        if (m_IsOpen)
+            m_Lock = m_Stream.Duplicate();
         return m_IsOpen;
+    }
+
+    void Unlock() {
+        if (const OSFile::Handle lock = std::exchange(m_Lock, {}))
+            OSFile::Close(lock);
     }
 
     bool Move() const {
@@ -61,9 +70,12 @@ private:
     void TakeAway() {
         if (m_Stream.IsOpen())
             m_Stream.Close();
-        if (m_Written != m_Name || m_IsNew)
+        if (m_Written != m_Name || m_IsNew) {
             OSFile::Delete(m_Written.c_str());
-        else if (const OSFile::Handle file = OSFile::Open(m_Written.c_str(), OSFile::Open_Write, true, false))
+            return;
+        }
+        Unlock(); // to be opened, which empties it
+        if (const OSFile::Handle file = OSFile::Open(m_Written.c_str(), OSFile::Open_Write, true, false))
             OSFile::Close(file);
     }
 
@@ -72,6 +84,8 @@ private:
     bool m_IsNew;          // nothing was there under the name
     bool m_IsOpen = false; // opened, and not finished
     DiskFileStream m_Stream;
+    // Outlives the stream: nobody else writes the file before it stands in its place, or is gone.
+    OSFile::Handle m_Lock;
 };
 
 } // namespace

@@ -20,6 +20,8 @@ public:
     // False when anything written is lost.
     virtual bool Close();
     bool IsOpen() const { return static_cast<bool>(m_Handle); }
+    // See OSFile::Duplicate: it keeps other writers away when the stream is closed. The caller closes it.
+    OSFile::Handle Duplicate() const { return OSFile::Duplicate(m_Handle); }
 
     uint32_t Read(void* pDest, uint32_t size) override;
     uint32_t Write(const void* pSource, uint32_t size) override;

@@ -50,6 +50,9 @@ uint32_t Write(Handle handle, const void* pSource, uint32_t size);
 uint32_t ReadAt(Handle handle, uint32_t pos, void* pDest, uint32_t size);
 uint32_t WriteAt(Handle handle, uint32_t pos, const void* pSource, uint32_t size);
 bool Flush(Handle handle); // on to the medium, which takes its time
+// Another handle of the same open file, to be closed by itself: as long as one of the two is open, a second writer is
+// refused.
+Handle Duplicate(Handle handle);
 // 64-bit, since a file that is too large for a stream has to be told from one that isn't.
 uint64_t GetSize(Handle handle);
 
@@ -90,5 +93,7 @@ std::string FromNative(std::string_view nativePath);
 // Why the last operation of this thread failed: the machine's error number, and its text ("No space left on device").
 int LastError();
 std::string LastErrorText();
+// Whether it failed since somebody else is writing the file.
+bool WasInUse();
 
 } // namespace OSFile

@@ -277,6 +277,15 @@ uint32_t WriteAt(Handle handle, uint32_t pos, const void* pSource, uint32_t size
 
 bool Flush(Handle handle) { return IsOpen(handle) && (fdatasync(handle.value) == 0 || Fail()); }
 
+Handle Duplicate(Handle handle) {
+    if (!IsOpen(handle))
+        return {};
+    const int other = fcntl(handle.value, F_DUPFD_CLOEXEC, 0);
+    if (other < 0)
+        Fail();
+    return {other};
+}
+
 uint64_t GetSize(Handle handle) {
     if (!IsOpen(handle))
         return 0;
@@ -448,5 +457,7 @@ std::string FromNative(std::string_view nativePath) {
 int LastError() { return s_LastError; }
 
 std::string LastErrorText() { return std::generic_category().message(s_LastError); }
+
+bool WasInUse() { return s_LastError == EBUSY; }
 
 } // namespace OSFile

@@ -98,8 +98,13 @@ TEST_F(OSFileTest, OpenModes) {
     // One writer at a time; readers don't mind.
     EXPECT_FALSE(OSFile::Open(path.c_str(), OSFile::Open_Write, true, false));
     EXPECT_EQ(OSFile::LastError(), EBUSY);
+    EXPECT_TRUE(OSFile::WasInUse());
     EXPECT_EQ(Read(path), "6789");
+    const OSFile::Handle other = OSFile::Duplicate(handle);
     EXPECT_TRUE(OSFile::Close(handle));
+    EXPECT_FALSE(OSFile::Open(path.c_str(), OSFile::Open_Write, true, false)) << "one of the two is open";
+    EXPECT_TRUE(OSFile::Close(other));
+    EXPECT_TRUE(Write(path, "0"));
 }
 
 TEST_F(OSFileTest, OpensNeitherFoldersNorWhatWouldWait) {
