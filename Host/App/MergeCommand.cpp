@@ -1,24 +1,32 @@
 #include "Host/App/MergeCommand.h"
 
 #include "Host/App/PipelineScope.h"
+#include "Host/App/Replaceable.h"
 #include "Host/App/TextUtil.h"
 #include "Shared/Cross/Debug/db.h"
+#include "Shared/Cross/Util/Hash.h"
 #include "Shared/PC/FileSystem/OSFile.h"
 
+#include <algorithm>
+#include <array>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace {
 
-constexpr std::string_view s_BonesMark = "MERGE -- '";
+// What an artist has to know of: bones that don't fit, what the game gets no new file of, layers that are left out. A
+// file's name comes next.
+constexpr std::array<std::string_view, 4> s_FileMarks = {"MERGE -- '", "BURNER -- '", "TEXTURES -- '",
+                                                         "TEAM COLOUR -- '"};
+constexpr std::string_view s_LayerMark = "Team Pattern Export -- ";
 constexpr std::string_view s_FaultMark = "RENDER ANIM -- "; // a file that couldn't be read or written
 constexpr std::string_view s_StepMark = "MERGE -- ";        // what is being done
 constexpr std::string_view s_ToolAlias = "TOOL:";
 
 // What was logged so far.
 struct Notes {
-    std::vector<std::string> bones;
+    std::vector<std::string> warnings;
     std::string lastFault;
     std::string lastWarning;
 };
@@ -26,19 +34,16 @@ Notes s_Notes;
 Progress* s_pProgress = nullptr;
 
 // A line that goes on with a file, which the module names in the system's form, up to the end mark.
-std::string WithNativeFile(std::string_view line, std::string_view fileEnd) {
+std::string DescribeFile(std::string_view line, std::string_view fileEnd) {
+    if (line.size() > s_ToolAlias.size() && EqualNoCase(line.substr(0, s_ToolAlias.size()), s_ToolAlias))
+        line.remove_prefix(s_ToolAlias.size());
     const size_t end = line.find(fileEnd);
     if (end == line.npos)
         return std::string(line);
     return OSFile::ToNative(line.substr(0, end)) + ": " + std::string(line.substr(end + fileEnd.size()));
 }
 
-std::string DescribeFault(std::string_view line) {
-    line.remove_prefix(s_FaultMark.size());
-    if (line.starts_with(s_ToolAlias))
-        line.remove_prefix(s_ToolAlias.size());
-    return WithNativeFile(line, ": ");
-}
+std::string DescribeFault(std::string_view line) { return DescribeFile(line.substr(s_FaultMark.size()), ": "); }
 
 void KeepFault(dbMessage message) {
     for (const char* pLine : message)
@@ -67,11 +72,24 @@ void KeepWarning(dbMessage message) {
     KeepFault(message);
     for (const char* pLine : message) {
         const std::string_view line = WithoutPlace(pLine);
-        if (line.starts_with(s_BonesMark))
-            s_Notes.bones.push_back(WithNativeFile(line.substr(s_BonesMark.size()), "': "));
+        const auto isMark = [&](std::string_view mark) { return line.starts_with(mark); };
+        if (const auto mark = std::ranges::find_if(s_FileMarks, isMark); mark != s_FileMarks.end())
+            s_Notes.warnings.push_back(DescribeFile(line.substr(mark->size()), "': "));
+        else if (isMark(s_LayerMark))
+            s_Notes.warnings.emplace_back(line.substr(s_LayerMark.size()));
         else
             s_Notes.lastWarning = line;
     }
+}
+
+// Another file's content would be lost, and an input's with it the next merge.
+void CheckOutput(const MergeArguments& arguments) {
+    const auto getPath = [](const std::string& nativePath) { return OSFile::ToNative(OSFile::FromNative(nativePath)); };
+    const std::string output = getPath(arguments.merged);
+    const auto isOutput = [&](const std::string& input) { return getPath(input) == output; };
+    if (isOutput(arguments.model) || std::ranges::any_of(arguments.animations, isOutput))
+        throw HostError(2, arguments.merged + ": is merged itself; choose another name for the merged model");
+    RequireReplaceable(arguments.merged);
 }
 
 void CheckReadable(const std::string& nativePath, const char* pWhat) {
@@ -107,8 +125,8 @@ std::string Describe(const MergeArguments& arguments) {
            std::to_string(count) + (count == 1 ? " animation file" : " animation files");
 }
 
-void PrintBones(const Messages& messages) {
-    for (const std::string& line : s_Notes.bones)
+void PrintWarnings(const Messages& messages) {
+    for (const std::string& line : s_Notes.warnings)
         messages.Print(MessageKind::Warning, line);
 }
 
@@ -119,6 +137,7 @@ void CheckMergeInputs(const MergeArguments& arguments) {
     CheckProjects(arguments);
     if (arguments.noModel)
         return;
+    CheckOutput(arguments);
     for (const std::string& animation : arguments.animations)
         CheckReadable(animation, "name an exported animation");
 }
@@ -138,11 +157,11 @@ MergeNotes::~MergeNotes() {
 
 void MergeNotes::PrintSummary(const MergeArguments& arguments, const Messages& messages) const {
     messages.Print(MessageKind::Note, arguments.merged + ": " + Describe(arguments));
-    PrintBones(messages);
+    PrintWarnings(messages);
 }
 
 void MergeNotes::PrintFailure(const MergeArguments& arguments, bool silent, const Messages& messages) const {
-    PrintBones(messages);
+    PrintWarnings(messages);
     const std::string& reason = s_Notes.lastFault.empty() ? s_Notes.lastWarning : s_Notes.lastFault;
     if (silent)
         messages.Print(MessageKind::Error,

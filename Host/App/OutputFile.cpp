@@ -1,8 +1,10 @@
 #include "Host/App/OutputFile.h"
 
 #include "Host/App/Messages.h"
+#include "Host/App/Replaceable.h"
 #include "Shared/Cross/FileSystem/Chunky.h"
 #include "Shared/Cross/Util/Hash.h"
+#include "Shared/PC/Debug/Process.h"
 #include "Shared/PC/FileSystem/DiskFileReplacement.h"
 #include "Shared/PC/FileSystem/DiskFileStream.h"
 #include "Shared/PC/FileSystem/OSFile.h"
@@ -25,16 +27,18 @@ std::string FolderOf(const std::string& path) {
     return path.substr(0, slash == 0 || path[slash - 1] == ':' ? slash + 1 : slash);
 }
 
-// Opens the file for writing without changing it; one that wasn't there is gone again afterwards.
+// Opens the file for writing without changing it. One that isn't there is tried under another name, which is gone
+// again afterwards: taking away the asked-for one could hit what another export has just put there.
 void ProbeWriting(const std::string& nativePath, const std::string& path) {
-    const bool existed = OSFile::FileAttr(path.c_str()) != 0;
-    const OSFile::Handle handle = OSFile::Open(path.c_str(), OSFile::Open_ReadWrite, true, false);
+    const bool isThere = OSFile::FileAttr(path.c_str()) != 0;
+    const std::string probe = isThere ? path : path + '.' + std::to_string(Process::GetId());
+    const OSFile::Handle handle = OSFile::Open(probe.c_str(), OSFile::Open_ReadWrite, true, false);
     if (!handle)
         throw HostError(2, nativePath + ": can't be written: " + OSFile::LastErrorText() +
                                "; choose another place or change the rights there");
     OSFile::Close(handle);
-    if (!existed)
-        OSFile::Delete(path.c_str());
+    if (!isThere)
+        OSFile::Delete(probe.c_str());
 }
 
 void CheckName(const std::string& nativePath) {
@@ -65,6 +69,7 @@ OutputFile::Checked OutputFile::Check(const std::string& nativePath, const std::
         throw HostError(2, nativePath + ": is a folder; name a file in it");
     if (OSFile::ToNative(checked.path) == OSFile::ToNative(OSFile::FromNative(nativeScene)))
         throw HostError(2, nativePath + ": is the scene itself; choose another name for the output");
+    RequireReplaceable(nativePath);
     ProbeWriting(nativePath, checked.path);
     return checked;
 }
@@ -97,8 +102,13 @@ bool OutputFile::IsWhole() const {
 }
 
 void OutputFile::RemoveIfBroken() const {
-    if (IsWritten() && !IsWhole())
+    if (!IsWritten() || IsWhole())
+        return;
+    // Not while somebody else writes it.
+    if (const OSFile::Handle handle = OSFile::Open(m_Path.c_str(), OSFile::Open_ReadWrite, true, false)) {
         OSFile::Delete(m_Path.c_str());
+        OSFile::Close(handle);
+    }
 }
 
 void OutputFile::RemoveNewLog() const {

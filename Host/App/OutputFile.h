@@ -8,7 +8,8 @@
 class OutputFile {
 public:
     // Throws a HostError with status 2 when no file can come to stand there: its folder is missing or refuses new
-    // files, the name is a folder's, has no extension, or is the scene's own. Nothing on disk is changed.
+    // files, the name is a folder's, has no extension, is the scene's own or that of another kind of file. Nothing on
+    // disk is changed.
     OutputFile(const std::string& nativePath, const std::string& nativeScene);
 
     // In the system's form, absolute.

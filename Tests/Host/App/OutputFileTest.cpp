@@ -54,6 +54,29 @@ TEST_F(Output, RefusesPlacesWhereNothingCanStand) {
     EXPECT_THAT(List(), testing::ElementsAre("folder.pvx", "scene.glb"));
 }
 
+TEST_F(Output, RefusesToReplaceAnotherKindOfFile) {
+    Write("model.txt", MakeModel());
+    Write("empty.txt", "");
+    Write("other.txt", "Vorlo");
+    Write("other.PVX", "of before");
+    for (const char* pName : {"model.txt", "empty.txt", "none.txt", "other.pvx"})
+        EXPECT_EQ(Refusal(At(pName)), "") << pName;
+    EXPECT_THAT(Refusal(At("other.txt")), testing::HasSubstr("other.txt: is another kind of file"));
+}
+
+TEST_F(Output, ABrokenFileThatSomebodyWritesStays) {
+    const OutputFile output(At("out.pvx"), At("scene.glb"));
+    DiskFileStream writer;
+    ASSERT_TRUE(writer.Open(output.GetPath().c_str(), ByteStream::Mode_Write, true));
+    writer.Write("half", 4);
+    writer.Flush();
+    output.RemoveIfBroken();
+    EXPECT_EQ(Read("out.pvx"), "half");
+    writer.Close();
+    output.RemoveIfBroken();
+    EXPECT_THAT(List(), testing::IsEmpty());
+}
+
 TEST_F(Output, LooksWithoutLeavingATrace) {
     Write("old.pvx", "old");
     EXPECT_EQ(Refusal(At("new.pvx")), "");

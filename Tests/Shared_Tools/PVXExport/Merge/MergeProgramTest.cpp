@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "Shared/PC/FileSystem/OSFile.h"
 #include "Tests/Host/App/ChildProgram.h"
 #include "Tests/Host/App/TestFolder.h"
 #include "Tests/Shared_Tools/PVXExport/Merge/ModelFiles.h"
@@ -16,12 +17,15 @@ protected:
     MergeProgram() {
         for (const char* pFolder : {"ToolsData", "Burner", "int"})
             std::filesystem::create_directory(m_Folder / pFolder);
-        Write("pipeline.ini", std::string(s_GlobalSection) +
-                                  "[burner]\r\nburnerPath=Burner\r\n[p4]\r\nRevControlPort=\r\n" + s_ProjectSection);
+        WriteIni("Burner");
         WriteModel({"art\\steel"});
         Write("int/run.pvx", MakeAnimFile({"hip", "knee"}));
     }
 
+    void WriteIni(const std::string& burnerPath) const {
+        Write("pipeline.ini", std::string(s_GlobalSection) + "[burner]\r\nburnerPath=" + burnerPath +
+                                  "\r\n[p4]\r\nRevControlPort=\r\n" + s_ProjectSection);
+    }
     void WriteModel(const std::vector<std::string>& shaders) const {
         Write("int/ref.pvx", ModelServices().MakeModel({"hip", "knee"}, shaders));
     }
@@ -65,6 +69,10 @@ TEST_F(MergeProgram, WhatCannotBeMergedIsRefusedAheadOfTheWork) {
     expectRefused({merged, model, At("int/none.pvx")},
                   At("int/none.pvx") + ": there is no such file; name an exported animation\n");
     expectRefused({merged, model, At("int")}, At("int") + ": is a folder");
+    expectRefused({model, model, "--no-textures"}, model + ": is merged itself; choose another name");
+    expectRefused({At("int/RUN.pvx"), model, At("int/run.pvx"), "--no-textures"}, At("int/RUN.pvx") + ": is merged");
+    const std::string picture = Write("int/tank.tga", "a picture");
+    expectRefused({picture, model, "--no-textures"}, picture + ": is another kind of file");
     expectRefused({At("int/tank.pvx"), model}, At("int/tank.pvx") + ": lies in the generic folder of no project of \"");
     const std::string elsewhere = Write("ref.pvx", "");
     expectRefused({merged, elsewhere}, elsewhere + ": lies in the intermediate folder of no project of \"" +
@@ -91,6 +99,17 @@ TEST_F(MergeProgram, AFailureTellsItsReason) {
     EXPECT_EQ(result.out, "") << "a start that fails says nothing by itself";
     ASSERT_EQ(Lines(result.err).size(), 1u) << result.err;
     EXPECT_THAT(result.err, HasSubstr("tank.pvx: the merge failed: PIPELINE -- Failed to map pipeline alias 'DATA'"));
+}
+
+// The merge counts a burner's answer as success, whatever it says.
+TEST_F(MergeProgram, WhatTheBurnerSaysOfASharedTextureIsTold) {
+    WriteIni(OSFile::FromNative(PVX_PROGRAM_FOLDER));
+    WriteModel({"art\\hull_texture_share"});
+    const ProgramResult result = Merge({});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_THAT(Lines(result.err),
+                testing::Contains(testing::AllOf(HasSubstr(At("gen/art/hull_texture_share.qsh") + ": Error: "),
+                                                 HasSubstr("has no burn configuration that can be used"))));
 }
 
 TEST_F(MergeProgram, ABareTextIsCaughtAndPrinted) {

@@ -1,0 +1,39 @@
+#include "Host/App/Replaceable.h"
+
+#include "Host/App/Messages.h"
+#include "Shared/Cross/FileSystem/Chunky.h"
+#include "Shared/Cross/Util/Hash.h"
+#include "Shared/PC/FileSystem/DiskFileStream.h"
+#include "Shared/PC/FileSystem/OSFile.h"
+
+#include <memory>
+#include <string_view>
+
+namespace {
+
+bool IsCalledModel(std::string_view nativePath) {
+    constexpr std::string_view extension = ".pvx";
+    return nativePath.size() >= extension.size() &&
+           EqualNoCase(nativePath.substr(nativePath.size() - extension.size()), extension);
+}
+
+bool IsOther(const std::string& path) {
+    const std::unique_ptr<ByteStream> pStream = OpenFile(path.c_str(), ByteStream::Mode_Read, true);
+    if (!pStream || pStream->GetLength() == 0)
+        return false;
+    try {
+        const Chunky chunky{ByteStreamAdapter(pStream.get())};
+        return false;
+    } catch (const Chunky::Exception&) {
+        return true;
+    }
+}
+
+} // namespace
+
+void RequireReplaceable(const std::string& nativePath) {
+    if (!IsCalledModel(nativePath) && IsOther(OSFile::FromNative(nativePath)))
+        throw HostError(2, nativePath +
+                               ": is another kind of file, which the model would replace; choose another name, "
+                               "or delete the file first");
+}
