@@ -76,6 +76,7 @@ struct Outcome {
     bool cancelled = false;
     bool hadMeshes = false; // there was something to be written
     bool isWhole = false;   // it was written, from the first byte to the last
+    bool isEmpty = false;   // it holds nothing
 };
 
 int ReportUnwritten(const ExportArguments& arguments, const OutputFile& output, const Messages& messages) {
@@ -94,8 +95,14 @@ int Finish(const ExportArguments& arguments, const OutputFile& output, const Mes
         messages.Print(MessageKind::Note, arguments.output + ": cancelled; nothing was written");
         return 0;
     }
-    if (outcome.isWhole)
+    if (outcome.isWhole) {
+        if (outcome.isEmpty)
+            messages.Print(MessageKind::Warning,
+                           arguments.output +
+                               ": holds neither meshes nor an animation; with --silent the name decides: "
+                               "call it REFERENCE/REF.pvx for the meshes");
         return outcome.success ? 0 : 1;
+    }
     if (output.IsWritten()) {
         output.RemoveIfBroken();
         return ReportUnwritten(arguments, output, messages);
@@ -154,7 +161,11 @@ int RunExport(const ExportArguments& arguments, const std::string& home, const M
     listener.EndLine();
     outcome.cancelled = dialogs.IsCancelled();
     outcome.hadMeshes = progress.GetMeshCount() > 0;
-    outcome.isWhole = output.IsWritten() && output.IsWhole();
+    if (output.IsWritten()) {
+        const OutputFile::Content content = output.GetContent();
+        outcome.isWhole = content != OutputFile::Content::Broken;
+        outcome.isEmpty = content == OutputFile::Content::Empty;
+    }
     const int status = Finish(arguments, output, messages, outcome);
     if (outcome.isWhole)
         PrintProjectNote(arguments, *pScene, start, messages);

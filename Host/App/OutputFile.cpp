@@ -84,25 +84,28 @@ OutputFile::OutputFile(const std::string& nativePath, Checked checked)
 
 std::string OutputFile::GetLogPath() const { return m_Path.substr(0, m_Path.rfind('.')) + ".log"; }
 
-bool OutputFile::IsWhole() const {
+OutputFile::Content OutputFile::GetContent() const {
     try {
         const std::unique_ptr<ByteStream> pStream = OpenFile(m_Path.c_str(), ByteStream::Mode_Read, true);
         if (!pStream)
-            return false;
+            return Content::Broken;
         Chunky chunky{ByteStreamAdapter(pStream.get())};
         ChunkInfo info;
         uint32_t count = 0;
-        while (chunky.NextChunk(info))
-            ++count;
-        return count > 0;
+        uint64_t size = 0;
+        for (; chunky.NextChunk(info); ++count)
+            size += info.size;
+        if (count == 0)
+            return Content::Broken;
+        return size == 0 ? Content::Empty : Content::Full;
     } catch (const std::exception&) {
         // A writer that stopped midway leaves sizes that lead nowhere.
-        return false;
+        return Content::Broken;
     }
 }
 
 void OutputFile::RemoveIfBroken() const {
-    if (!IsWritten() || IsWhole())
+    if (!IsWritten() || GetContent() != Content::Broken)
         return;
     // Not while somebody else writes it.
     if (const OSFile::Handle handle = OSFile::Open(m_Path.c_str(), OSFile::Open_ReadWrite, true, false)) {

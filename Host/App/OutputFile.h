@@ -21,8 +21,13 @@ public:
 
     // Whether the file was written since the check.
     bool IsWritten() const { return m_Guard.IsTouched(); }
-    // Whether what is there is a chunked file from its first to its last byte.
-    bool IsWhole() const;
+    enum class Content {
+        Broken, // no chunked file, or not one from its first byte to its last
+        Empty,  // a model that holds nothing
+        Full
+    };
+    // Of what is there.
+    Content GetContent() const;
     // Takes away what a failed run has left: the file, if this run wrote it and it isn't whole.
     void RemoveIfBroken() const;
     // Takes away the log, unless one had been there before.

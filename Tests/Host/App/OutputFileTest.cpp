@@ -91,14 +91,14 @@ TEST_F(Output, EveryCutOfAFileIsBrokenAndTakenAway) {
         const OutputFile output(At("out.pvx"), At("scene.glb"));
         Write("out.pvx", whole.substr(0, size));
         EXPECT_TRUE(output.IsWritten());
-        EXPECT_FALSE(output.IsWhole()) << "cut to " << size;
+        EXPECT_EQ(output.GetContent(), OutputFile::Content::Broken) << "cut to " << size;
         output.RemoveIfBroken();
         EXPECT_THAT(List(), testing::ElementsAre("model.pvx")) << "cut to " << size;
     }
     const OutputFile output(At("out.pvx"), At("scene.glb"));
     Write("out.pvx", whole);
     output.RemoveIfBroken();
-    EXPECT_TRUE(output.IsWhole());
+    EXPECT_EQ(output.GetContent(), OutputFile::Content::Full);
     EXPECT_EQ(Read("out.pvx"), whole);
 }
 

@@ -108,6 +108,8 @@ TEST_F(PvxHost, SilentExportsGoByTheName) {
     EXPECT_THAT(RunProgram("pvxdump", {At("Tower/REFERENCE/ref.pvx")}).out, HasSubstr("Tile"));
     EXPECT_THAT(Read("Tower/REFERENCE/ref.pvx"), HasSubstr("Tower"));
     EXPECT_THAT(Read("Tower/run.pvx"), Not(HasSubstr("Tile")));
+    EXPECT_THAT(Export(scene, At("Tower/run.pvx"), {"--silent"}).err,
+                HasSubstr("holds neither meshes nor an animation"));
 }
 
 TEST_F(PvxHost, AskingTakesItsAnswersFromTheTerminal) {
