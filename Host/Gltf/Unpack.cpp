@@ -83,7 +83,8 @@ std::string WriteWhole(const std::string& path, std::span<const std::byte> bytes
 
 void WriteImage(const Place& place, const std::string& path, std::span<const std::byte> bytes) {
     if (const std::string error = WriteWhole(path, bytes); !error.empty())
-        Fail(place, "can't write " + Quoted(path) + " (" + error + ")", "make room in a folder that can be written");
+        Fail(place, "can't write " + QuotedWhole(OSFile::ToNative(path)) + " (" + error + ")",
+             "make room in a folder that can be written");
 }
 
 std::optional<std::filesystem::file_time_type> GetTime(const std::string& path) {
