@@ -22,6 +22,10 @@ std::string QuotedWhole(std::string_view text) {
     return quoted + '"';
 }
 
+std::string Counted(size_t count, std::string_view one, std::string_view several) {
+    return (std::to_string(count) + ' ').append(count == 1 ? one : several);
+}
+
 std::string Place::GetText() const {
     std::string text(kind);
     if (kind.empty())

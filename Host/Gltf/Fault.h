@@ -36,4 +36,7 @@ std::string Quoted(std::string_view text);
 // The same for what the user gave, and is to see whole.
 std::string QuotedWhole(std::string_view text);
 
+// `1 vertex hangs` or `7 vertices hang`.
+std::string Counted(size_t count, std::string_view one, std::string_view several);
+
 } // namespace gltf

@@ -27,6 +27,8 @@ scene::GeometryClass GetGeometryClass(const NodeExtras& extras) {
     }
 }
 
+std::string WeightThem(uint32_t vertexCount) { return vertexCount == 1 ? "weight it" : "weight them"; }
+
 } // namespace
 
 SceneBuilder::SceneBuilder(const SceneFile& file, const std::string& path, const LoadOptions& options,
@@ -246,8 +248,9 @@ void SceneBuilder::SetMeshObject(const Work& work, const MeshShape& shape, scene
 void SceneBuilder::CheckSmoothing(const Work& work) {
     if (work.extras.pSmoothing && work.extras.pSmoothing->size() != work.pMesh->faceCount)
         m_Messages.Warn(work.place,
-                        "the member \"extras.host.smoothing\" has " + std::to_string(work.extras.pSmoothing->size()) +
-                            " masks for " + std::to_string(work.pMesh->faceCount) + " faces",
+                        "the member \"extras.host.smoothing\" has " +
+                            Counted(work.extras.pSmoothing->size(), "mask", "masks") + " for " +
+                            Counted(work.pMesh->faceCount, "face", "faces"),
                         "give one for each face");
 }
 
@@ -264,22 +267,25 @@ void SceneBuilder::CheckSkin(const Work& work, const std::vector<FaceRange>& ran
         BuildWeights(*work.pMesh, {.range = range, .morphWeights = work.pMesh->morphWeights, .pSmoothing = {}},
                      m_Options.limitInfluences, report);
     if (report.unbound > 0)
-        m_Messages.Warn(work.place,
-                        std::to_string(report.unbound) + " vertices have no weights and hang on the skin's first joint",
-                        "weight them");
+        m_Messages.Warn(
+            work.place,
+            Counted(report.unbound, "vertex has no weights and hangs", "vertices have no weights and hang") +
+                " on the skin's first joint",
+            WeightThem(report.unbound));
     if (report.overfull > 0)
         m_Messages.Warn(work.place,
-                        std::to_string(report.overfull) +
-                            " vertices hang on more than four joints, which the exporter refuses",
-                        "weight them to four at most, or have --limit-influences keep the four heaviest weights");
+                        Counted(report.overfull, "vertex hangs", "vertices hang") +
+                            " on more than four joints, which the exporter refuses",
+                        WeightThem(report.overfull) +
+                            " to four at most, or have --limit-influences keep the four heaviest weights");
     if (report.limited > 0) {
         char percent[16];
         std::snprintf(percent, sizeof percent, "%.1f", double{report.largestLoss} * 100.0);
         m_Messages.Warn(work.place,
-                        std::to_string(report.limited) +
-                            " vertices kept only their four heaviest weights and lost up to " + percent +
-                            " % of their weight",
-                        "weight them to four joints at most");
+                        Counted(report.limited, "vertex kept only its", "vertices kept only their") +
+                            " four heaviest weights and lost up to " + percent +
+                            (report.limited == 1 ? " % of its weight" : " % of their weight"),
+                        WeightThem(report.limited) + " to four joints at most");
     }
 }
 
