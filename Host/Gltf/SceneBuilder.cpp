@@ -62,11 +62,17 @@ void SceneBuilder::BuildNode(uint32_t index) {
         BuildMeshNodes(work);
         return;
     }
-    scene::Node* pParent = work.pRecord->parent < 0 ? nullptr : m_Nodes[static_cast<size_t>(work.pRecord->parent)];
-    scene::Node& node = m_Scene.AddNode(work.pRecord->name, pParent);
+    scene::Node& node = AddNode(work, work.pRecord->name);
     m_Nodes[index] = &node;
     SetPlainObject(work, node);
     SetCommon(work, node);
+}
+
+// Bones, meshes, markers, cameras, and the shaders of meshes without a material are called as their nodes.
+scene::Node& SceneBuilder::AddNode(const Work& work, std::string name) {
+    CheckLength(work.place, name);
+    const int32_t parent = work.pRecord->parent;
+    return m_Scene.AddNode(std::move(name), parent < 0 ? nullptr : m_Nodes[static_cast<size_t>(parent)]);
 }
 
 std::shared_ptr<const MeshData> SceneBuilder::GetMesh(const Work& work) {
@@ -222,12 +228,11 @@ void SceneBuilder::BuildMeshNodes(const Work& work) {
     shape.skinned = record.skin >= 0;
     if (shape.skinned)
         CheckSkin(work, ranges);
-    scene::Node* pParent = record.parent < 0 ? nullptr : m_Nodes[static_cast<size_t>(record.parent)];
     for (size_t part = 0; part < ranges.size(); ++part) {
         shape.range = ranges[part];
-        scene::Node& node = m_Scene.AddNode(
-            part == 0 ? record.name : m_NodeNames.MakeNumbered(record.name, "_", static_cast<unsigned>(part + 1)),
-            pParent);
+        scene::Node& node =
+            AddNode(work, part == 0 ? record.name
+                                    : m_NodeNames.MakeNumbered(record.name, "_", static_cast<unsigned>(part + 1)));
         if (part == 0)
             m_Nodes[work.index] = &node;
         SetMeshObject(work, shape, node);

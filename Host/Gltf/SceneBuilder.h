@@ -42,6 +42,7 @@ private:
     };
 
     void BuildNode(uint32_t index);
+    scene::Node& AddNode(const Work& work, std::string name);
     Role GetRole(const Work& work) const;
     AxesChange GetAxesChange(const Work& work) const;
     void SetTransform(const Work& work, scene::Node& node);
