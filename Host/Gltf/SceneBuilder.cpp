@@ -13,6 +13,7 @@ namespace gltf {
 namespace {
 
 constexpr float s_DefaultTargetDistance = 1.0f;
+constexpr size_t s_LongestXRefPath = 259; // the system's
 
 scene::GeometryClass GetGeometryClass(const NodeExtras& extras) {
     switch (extras.nodeClass.value_or(NodeClass::Mesh)) {
@@ -161,11 +162,19 @@ void SceneBuilder::SetCommon(const Work& work, scene::Node& node) {
     if (work.extras.visibility)
         node.SetVisibility(*work.extras.visibility);
     if (!work.extras.xref.empty())
-        scene::MakeXRef(node, m_File.GetFullPath(work.extras.xref));
+        scene::MakeXRef(node, GetXRefPath(work));
     if (work.role == Role::Camera)
         m_Pending.push_back({&node, work.extras.target, work.pRecord->camera});
     else if (!work.extras.target.empty())
         m_Pending.push_back({&node, work.extras.target, -1});
+}
+
+std::string SceneBuilder::GetXRefPath(const Work& work) const {
+    std::string path = m_File.GetFullPath(work.extras.xref);
+    if (path.size() > s_LongestXRefPath)
+        Fail(work.place, "the path of its xref has " + std::to_string(path.size()) + " bytes",
+             "a path holds at most " + std::to_string(s_LongestXRefPath) + ": give its folders shorter names");
+    return path;
 }
 
 void SceneBuilder::SetPlainObject(const Work& work, scene::Node& node) {

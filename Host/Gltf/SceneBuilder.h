@@ -47,6 +47,7 @@ private:
     AxesChange GetAxesChange(const Work& work) const;
     void SetTransform(const Work& work, scene::Node& node);
     void SetCommon(const Work& work, scene::Node& node);
+    std::string GetXRefPath(const Work& work) const;
     bool IsBoneSwitchOn(const Work& work) const;
     void SetPlainObject(const Work& work, scene::Node& node);
     void SetLight(const Work& work, scene::Node& node);

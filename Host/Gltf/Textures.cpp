@@ -38,6 +38,9 @@ std::string_view GetStem(std::string_view name) {
 // Names of files end at 255 bytes; this leaves room for numbers and extensions.
 constexpr size_t s_LongestFileName = 120;
 
+// The exporter's paths have at most 260 bytes with the alias "Tool:" in front.
+constexpr size_t s_LongestTexturePath = 260 - 5;
+
 // The uncompressed pixels of the largest PNG, with 16 bits a channel, and something for what stands around them.
 constexpr uint64_t s_LargestImageFile = uint64_t{4096} * 4096 * 8 + (1 << 20);
 
@@ -183,12 +186,18 @@ Textures::ImageBytes Textures::GetBytes(const Place& place, const Json& json, bo
 
 void Textures::Unpack(size_t texture) {
     const int32_t source = m_Sources[texture];
-    if (source < 0 || m_Images[static_cast<size_t>(source)].isUnpacked)
+    if (source < 0)
         return;
     Image& image = m_Images[static_cast<size_t>(source)];
+    const Place place{.kind = "image", .index = static_cast<size_t>(source), .name = image.name};
+    if (image.path.size() > s_LongestTexturePath)
+        Fail(place, "the path of its file has " + std::to_string(image.path.size()) + " bytes",
+             "a texture's path holds at most " + std::to_string(s_LongestTexturePath) +
+                 ": give its folders shorter names");
+    if (image.isUnpacked)
+        return;
     image.isUnpacked = true;
     const Json& json = (*FindMember(m_File.GetRoot(), "images"))[static_cast<rapidjson::SizeType>(source)];
-    const Place place{.kind = "image", .index = static_cast<size_t>(source), .name = image.name};
     try {
         if (const std::array files = {m_Path, GetFile(json)}; !IsNewerThan(image.path, files))
             UnpackImage(place, GetBytes(place, json, false).bytes, image.path);

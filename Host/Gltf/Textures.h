@@ -32,7 +32,7 @@ public:
     const TextureInfo& Get(size_t texture) const { return m_Textures[texture]; }
     // Sees to it that the texture's image lies at its path, unless it is a file that stays where it is. One that was
     // unpacked after the scene's last change, and the image's, is left alone. An image that can't be unpacked is a
-    // warning, once.
+    // warning, once; a path that is longer than any that the exporter opens is a fault.
     void Unpack(size_t texture);
 
 private:

@@ -268,4 +268,23 @@ TEST_F(GltfImages, AFolderThatCantBeWrittenLeavesTheSceneLoaded) {
     EXPECT_THAT(Unpacked(), ElementsAre("image001.tga")) << "nothing unfinished is left";
 }
 
+TEST_F(GltfImages, NoTextureHasAPathThatTheExporterRefuses) {
+    const size_t room = 255 - At("").size() - 1;
+    const std::string fault = ": the path of its file has 256 bytes; a texture's path holds at most 255: give its "
+                              "folders shorter names";
+    const auto inPlace = [](size_t size) { return R"({"uri":")" + std::string(size - 4, 'x') + R"(.tga"})"; };
+    Lists lists = SceneWith({inPlace(room), inPlace(room + 1)});
+    EXPECT_THAT(FaultOf(lists), AllOf(StartsWith("scene.glb: image \"xxx"), EndsWith(fault)));
+    lists.materials = UsedBy(0);
+    EXPECT_EQ(FaultOf(lists), "") << "nobody opens the other one";
+
+    const std::string folder(room - std::strlen("/scene.textures/image001.tga"), 'x');
+    const std::string embedded = MakeGlb(SceneWith({Embedded(s_Plain.Write())}));
+    Write(folder + "/scene.glb", embedded);
+    EXPECT_EQ(FaultOfFile(folder + "/scene.glb"), "");
+    Write(folder + "x/scene.glb", embedded);
+    EXPECT_EQ(FaultOfFile(folder + "x/scene.glb"), "scene.glb: image 0" + fault);
+    EXPECT_FALSE(std::filesystem::exists(m_Folder / (folder + "x/scene.textures")));
+}
+
 } // namespace

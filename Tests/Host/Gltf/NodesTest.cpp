@@ -58,6 +58,18 @@ TEST_F(GltfNodes, NamesThatNoReaderOfAModelTakesAreRefused) {
     EXPECT_EQ(FaultOf({.nodes = named("A") + "," + named(longest + "n"), .scenes = R"({"nodes":[0]})"}), "");
 }
 
+TEST_F(GltfNodes, AReferenceLeadsNoFurtherThanThePathsOfTheSystem) {
+    const auto withFile = [](size_t size) {
+        return R"({"name":"Crew","extras":{"host":{"xref":")" + std::string(size, 'x') + "\"}}}";
+    };
+    const size_t room = 259 - At("").size() - 1;
+    EXPECT_EQ(FaultOf({.nodes = withFile(room)}), "");
+    EXPECT_EQ(
+        FaultOf({.nodes = withFile(room + 1)}),
+        "scene.glb: node \"Crew\": the path of its xref has 260 bytes; a path holds at most 259: give its folders "
+        "shorter names");
+}
+
 TEST_F(GltfNodes, TenThousandEqualNamesTakeNoSquareOfTime) {
     std::string nodes = R"({"name":"Same"})";
     for (int i = 1; i < 10000; ++i)
