@@ -1,12 +1,14 @@
 #include "Host/Gltf/Textures.h"
 
 #include "Host/Gltf/Accessor.h"
+#include "Host/Gltf/Leftovers.h"
 #include "Host/Gltf/Uri.h"
 #include "Host/Sdk/Material.h"
 #include "Shared/Cross/Util/Hash.h"
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace gltf {
 
@@ -98,14 +100,13 @@ void Textures::ReadImages(const std::string& path) {
     const Json* pImages = FindArray({}, m_File.GetRoot(), "images");
     if (!pImages)
         return;
-    const std::string unpackFolder = m_File.GetFolder() + std::string(GetStem(path)) + ".textures\\";
+    m_UnpackFolder = m_File.GetFolder() + std::string(GetStem(path)) + ".textures\\";
     UniqueNames names;
     for (const Json& image : pImages->GetArray())
-        m_Images.push_back(ReadImage(image, m_Images.size(), unpackFolder, names));
+        m_Images.push_back(ReadImage(image, m_Images.size(), names));
 }
 
-Textures::Image Textures::ReadImage(const Json& json, size_t index, const std::string& unpackFolder,
-                                    UniqueNames& names) {
+Textures::Image Textures::ReadImage(const Json& json, size_t index, UniqueNames& names) {
     Place place{.kind = "image", .index = index};
     place.name = ReadString(place, json, "name");
     const std::string_view uri = ReadString(place, json, "uri");
@@ -120,7 +121,7 @@ Textures::Image Textures::ReadImage(const Json& json, size_t index, const std::s
         return image;
     }
     const bool isJpeg = FindKind(place, json) == ImageKind::Jpeg;
-    image.path = unpackFolder + names.Make(ToFileName(image.name), "image") + (isJpeg ? ".jpg" : ".tga");
+    image.path = m_UnpackFolder + names.Make(ToFileName(image.name), "image") + (isJpeg ? ".jpg" : ".tga");
     return image;
 }
 
@@ -197,6 +198,8 @@ void Textures::Unpack(size_t texture) {
     if (image.isUnpacked)
         return;
     image.isUnpacked = true;
+    if (!std::exchange(m_HasCleaned, true))
+        RemoveLeftovers(m_UnpackFolder);
     const Json& json = (*FindMember(m_File.GetRoot(), "images"))[static_cast<rapidjson::SizeType>(source)];
     try {
         if (const std::array files = {m_Path, GetFile(json)}; !IsNewerThan(image.path, files))

@@ -43,7 +43,7 @@ private:
     };
     struct ImageBytes;
     void ReadImages(const std::string& path);
-    Image ReadImage(const Json& json, size_t index, const std::string& unpackFolder, UniqueNames& names);
+    Image ReadImage(const Json& json, size_t index, UniqueNames& names);
     void ReadTexture(const Json& json);
     std::string GetFile(const Json& json) const;
     ImageKind FindKind(const Place& place, const Json& json);
@@ -51,6 +51,8 @@ private:
 
     const SceneFile& m_File;
     std::string m_Path;
+    std::string m_UnpackFolder;
+    bool m_HasCleaned = false; // the folder, of what ended processes left
     BufferStore& m_Buffers;
     const Messages& m_Messages;
     std::vector<Image> m_Images;

@@ -3,6 +3,9 @@
 
 #include <chrono>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 namespace {
 
 using testing::AllOf;
@@ -12,6 +15,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
+using testing::UnorderedElementsAreArray;
 
 const std::string s_Jpeg = "\xff\xd8\xff\xe0 the rest of it is nobody's business here";
 
@@ -285,6 +289,41 @@ TEST_F(GltfImages, NoTextureHasAPathThatTheExporterRefuses) {
     Write(folder + "x/scene.glb", embedded);
     EXPECT_EQ(FaultOfFile(folder + "x/scene.glb"), "scene.glb: image 0" + fault);
     EXPECT_FALSE(std::filesystem::exists(m_Folder / (folder + "x/scene.textures")));
+}
+
+TEST_F(GltfImages, WhatEndedProcessesLeftUnfinishedIsTakenAway) {
+    const pid_t ended = fork();
+    if (ended == 0)
+        _exit(0);
+    waitpid(ended, nullptr, 0);
+    const auto leave = [&](const std::string& name, const std::string& process) {
+        Write("scene.textures/" + name + "." + process + ".unfinished", "half a file");
+        return name + "." + process + ".unfinished";
+    };
+    const std::string gone = std::to_string(ended);
+    const std::string locked = leave("far.tga", gone);
+    const OSFile::Handle lock =
+        OSFile::Open(At("scene.textures/" + locked).c_str(), OSFile::Open_ReadWrite, true, false);
+    // Written by others that live or may, and not ours at all.
+    const std::vector<std::string> stay = {"image001.tga",
+                                           locked,
+                                           leave("a.tga", std::to_string(getppid())),
+                                           leave("a.tga", std::to_string(getpid())),
+                                           leave("a.tga", "0"),
+                                           leave("a.tga", "-" + gone),
+                                           leave("a.tga", gone + "a"),
+                                           leave("a", "")};
+    leave("image001.tga", gone);
+    leave("other.jpg", gone);
+    Load(SceneWith({Embedded(s_Plain.Write())}));
+    EXPECT_THAT(m_Warnings, IsEmpty());
+    EXPECT_THAT(Unpacked(), UnorderedElementsAreArray(stay));
+    EXPECT_EQ(ReadBack("image001.tga"), s_PlainTga);
+    SetAge("scene.glb", 100);
+    leave("image001.tga", gone);
+    LoadFile("scene.glb");
+    EXPECT_THAT(Unpacked(), UnorderedElementsAreArray(stay)) << "with nothing to unpack";
+    OSFile::Close(lock);
 }
 
 } // namespace
