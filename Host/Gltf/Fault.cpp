@@ -10,12 +10,20 @@ constexpr size_t s_LongestQuote = 120;
 } // namespace
 
 std::string Quoted(std::string_view text) {
+    if (text.size() <= s_LongestQuote)
+        return QuotedWhole(text);
+    return QuotedWhole(std::string(text.substr(0, s_LongestQuote)) + "...");
+}
+
+std::string QuotedWhole(std::string_view text) {
     std::string quoted = "\"";
-    for (const char c : text.substr(0, s_LongestQuote))
+    for (const char c : text)
         quoted += static_cast<unsigned char>(c) < 0x20 || c == 0x7f ? '?' : c;
-    if (text.size() > s_LongestQuote)
-        quoted += "...";
     return quoted + '"';
+}
+
+std::string Counted(size_t count, std::string_view one, std::string_view several) {
+    return (std::to_string(count) + ' ').append(count == 1 ? one : several);
 }
 
 std::string Place::GetText() const {

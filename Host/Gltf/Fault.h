@@ -31,7 +31,12 @@ struct Place {
 // The same for damage that only another export of the scene heals.
 [[noreturn]] void FailDamaged(const Place& place, std::string_view what);
 
-// `text` in double quotes, fit for one line of a message.
+// `text` in double quotes, fit for one line of a message: without control characters, and cut if it is long.
 std::string Quoted(std::string_view text);
+// The same for what the user gave, and is to see whole.
+std::string QuotedWhole(std::string_view text);
+
+// `1 vertex hangs` or `7 vertices hang`.
+std::string Counted(size_t count, std::string_view one, std::string_view several);
 
 } // namespace gltf

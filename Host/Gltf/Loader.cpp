@@ -38,6 +38,9 @@ void CheckExtensions(const SceneFile& file, const Messages& messages) {
 } // namespace
 
 std::unique_ptr<scene::Scene> Load(const std::string& path, const LoadOptions& options, const WarningSink& warn) {
+    if (path.empty())
+        throw LoadError("the scene's path is none that the system has; take backslashes and colons out of the names of "
+                        "the file and its folders");
     const Messages messages(NameOf(path), warn);
     try {
         if (!SetFrameRate(options.fps))

@@ -31,9 +31,10 @@ public:
 // the text of a LoadError. May be empty.
 using WarningSink = std::function<void(const std::string& line)>;
 
-// Loads a glTF 2.0 scene, text or binary by its content. `path` is in the system's form; buffers that lie in files of
-// their own are looked for beside the scene. The meshes stay in the file's own layout, which the scene keeps in memory,
-// and take the host's form only while somebody holds one. Throws a LoadError and nothing else but std::bad_alloc.
+// Loads a glTF 2.0 scene, text or binary by its content. `path` is in the system's form, and empty if that can't
+// express it; buffers that lie in files of their own are looked for beside the scene. The meshes stay in the file's own
+// layout, which the scene keeps in memory, and take the host's form only while somebody holds one. Throws a LoadError
+// and nothing else but std::bad_alloc.
 std::unique_ptr<scene::Scene> Load(const std::string& path, const LoadOptions& options, const WarningSink& warn);
 
 } // namespace gltf

@@ -237,6 +237,7 @@ Materials::Materials(const SceneFile& file, const std::string& path, BufferStore
         Place place{.kind = "material", .index = all.size()};
         const std::string name = m_Names.Make(ReadString(place, json, "name"), "Material");
         place.name = name;
+        CheckLength(place, name);
         all.push_back(reader.Read(place, json));
         m_Materials.push_back(all.back().pMtl);
         m_TexCoordSets.push_back(all.back().texCoordSet);

@@ -9,6 +9,9 @@ namespace gltf {
 
 namespace {
 
+// In bytes; longer strings can be written to a model, and nothing reads it then.
+constexpr size_t s_LongestName = 259;
+
 std::string LowerCased(std::string_view text) {
     std::string lower(text);
     std::ranges::transform(lower, lower.begin(), ToLower);
@@ -39,6 +42,13 @@ std::string UniqueNames::MakeNumbered(std::string_view base, std::string_view se
         if (Take(name))
             return name;
     }
+}
+
+void CheckLength(const Place& place, std::string_view name) {
+    if (name.size() > s_LongestName)
+        Fail(place, "its name has " + std::to_string(name.size()) + " bytes",
+             "a name holds at most " + std::to_string(s_LongestName) +
+                 ", with the number that tells it from others: shorten it");
 }
 
 } // namespace gltf

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Host/Gltf/Fault.h"
+
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -23,5 +25,8 @@ private:
     std::unordered_map<std::string, unsigned> m_NextNumbers; // by base in lower case, so that a thousand equal names
                                                              // don't each try all numbers before theirs
 };
+
+// Faults when a name that goes into a model is longer than any reader of one takes.
+void CheckLength(const Place& place, std::string_view name);
 
 } // namespace gltf

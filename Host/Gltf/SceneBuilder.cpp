@@ -13,6 +13,7 @@ namespace gltf {
 namespace {
 
 constexpr float s_DefaultTargetDistance = 1.0f;
+constexpr size_t s_LongestXRefPath = 259; // the system's
 
 scene::GeometryClass GetGeometryClass(const NodeExtras& extras) {
     switch (extras.nodeClass.value_or(NodeClass::Mesh)) {
@@ -26,6 +27,8 @@ scene::GeometryClass GetGeometryClass(const NodeExtras& extras) {
         return scene::GeometryClass::EditMesh;
     }
 }
+
+std::string WeightThem(uint32_t vertexCount) { return vertexCount == 1 ? "weight it" : "weight them"; }
 
 } // namespace
 
@@ -60,11 +63,17 @@ void SceneBuilder::BuildNode(uint32_t index) {
         BuildMeshNodes(work);
         return;
     }
-    scene::Node* pParent = work.pRecord->parent < 0 ? nullptr : m_Nodes[static_cast<size_t>(work.pRecord->parent)];
-    scene::Node& node = m_Scene.AddNode(work.pRecord->name, pParent);
+    scene::Node& node = AddNode(work, work.pRecord->name);
     m_Nodes[index] = &node;
     SetPlainObject(work, node);
     SetCommon(work, node);
+}
+
+// Bones, meshes, markers, cameras, and the shaders of meshes without a material are called as their nodes.
+scene::Node& SceneBuilder::AddNode(const Work& work, std::string name) {
+    CheckLength(work.place, name);
+    const int32_t parent = work.pRecord->parent;
+    return m_Scene.AddNode(std::move(name), parent < 0 ? nullptr : m_Nodes[static_cast<size_t>(parent)]);
 }
 
 std::shared_ptr<const MeshData> SceneBuilder::GetMesh(const Work& work) {
@@ -153,11 +162,19 @@ void SceneBuilder::SetCommon(const Work& work, scene::Node& node) {
     if (work.extras.visibility)
         node.SetVisibility(*work.extras.visibility);
     if (!work.extras.xref.empty())
-        scene::MakeXRef(node, m_File.GetFullPath(work.extras.xref));
+        scene::MakeXRef(node, GetXRefPath(work));
     if (work.role == Role::Camera)
         m_Pending.push_back({&node, work.extras.target, work.pRecord->camera});
     else if (!work.extras.target.empty())
         m_Pending.push_back({&node, work.extras.target, -1});
+}
+
+std::string SceneBuilder::GetXRefPath(const Work& work) const {
+    std::string path = m_File.GetFullPath(work.extras.xref);
+    if (path.size() > s_LongestXRefPath)
+        Fail(work.place, "the path of its xref has " + std::to_string(path.size()) + " bytes",
+             "a path holds at most " + std::to_string(s_LongestXRefPath) + ": give its folders shorter names");
+    return path;
 }
 
 void SceneBuilder::SetPlainObject(const Work& work, scene::Node& node) {
@@ -220,12 +237,11 @@ void SceneBuilder::BuildMeshNodes(const Work& work) {
     shape.skinned = record.skin >= 0;
     if (shape.skinned)
         CheckSkin(work, ranges);
-    scene::Node* pParent = record.parent < 0 ? nullptr : m_Nodes[static_cast<size_t>(record.parent)];
     for (size_t part = 0; part < ranges.size(); ++part) {
         shape.range = ranges[part];
-        scene::Node& node = m_Scene.AddNode(
-            part == 0 ? record.name : m_NodeNames.MakeNumbered(record.name, "_", static_cast<unsigned>(part + 1)),
-            pParent);
+        scene::Node& node =
+            AddNode(work, part == 0 ? record.name
+                                    : m_NodeNames.MakeNumbered(record.name, "_", static_cast<unsigned>(part + 1)));
         if (part == 0)
             m_Nodes[work.index] = &node;
         SetMeshObject(work, shape, node);
@@ -246,8 +262,9 @@ void SceneBuilder::SetMeshObject(const Work& work, const MeshShape& shape, scene
 void SceneBuilder::CheckSmoothing(const Work& work) {
     if (work.extras.pSmoothing && work.extras.pSmoothing->size() != work.pMesh->faceCount)
         m_Messages.Warn(work.place,
-                        "the member \"extras.host.smoothing\" has " + std::to_string(work.extras.pSmoothing->size()) +
-                            " masks for " + std::to_string(work.pMesh->faceCount) + " faces",
+                        "the member \"extras.host.smoothing\" has " +
+                            Counted(work.extras.pSmoothing->size(), "mask", "masks") + " for " +
+                            Counted(work.pMesh->faceCount, "face", "faces"),
                         "give one for each face");
 }
 
@@ -264,22 +281,25 @@ void SceneBuilder::CheckSkin(const Work& work, const std::vector<FaceRange>& ran
         BuildWeights(*work.pMesh, {.range = range, .morphWeights = work.pMesh->morphWeights, .pSmoothing = {}},
                      m_Options.limitInfluences, report);
     if (report.unbound > 0)
-        m_Messages.Warn(work.place,
-                        std::to_string(report.unbound) + " vertices have no weights and hang on the skin's first joint",
-                        "weight them");
+        m_Messages.Warn(
+            work.place,
+            Counted(report.unbound, "vertex has no weights and hangs", "vertices have no weights and hang") +
+                " on the skin's first joint",
+            WeightThem(report.unbound));
     if (report.overfull > 0)
         m_Messages.Warn(work.place,
-                        std::to_string(report.overfull) +
-                            " vertices hang on more than four joints, which the exporter refuses",
-                        "weight them to four at most, or have --limit-influences keep the four heaviest weights");
+                        Counted(report.overfull, "vertex hangs", "vertices hang") +
+                            " on more than four joints, which the exporter refuses",
+                        WeightThem(report.overfull) +
+                            " to four at most, or have --limit-influences keep the four heaviest weights");
     if (report.limited > 0) {
         char percent[16];
         std::snprintf(percent, sizeof percent, "%.1f", double{report.largestLoss} * 100.0);
         m_Messages.Warn(work.place,
-                        std::to_string(report.limited) +
-                            " vertices kept only their four heaviest weights and lost up to " + percent +
-                            " % of their weight",
-                        "weight them to four joints at most");
+                        Counted(report.limited, "vertex kept only its", "vertices kept only their") +
+                            " four heaviest weights and lost up to " + percent +
+                            (report.limited == 1 ? " % of its weight" : " % of their weight"),
+                        WeightThem(report.limited) + " to four joints at most");
     }
 }
 

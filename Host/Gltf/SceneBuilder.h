@@ -42,10 +42,12 @@ private:
     };
 
     void BuildNode(uint32_t index);
+    scene::Node& AddNode(const Work& work, std::string name);
     Role GetRole(const Work& work) const;
     AxesChange GetAxesChange(const Work& work) const;
     void SetTransform(const Work& work, scene::Node& node);
     void SetCommon(const Work& work, scene::Node& node);
+    std::string GetXRefPath(const Work& work) const;
     bool IsBoneSwitchOn(const Work& work) const;
     void SetPlainObject(const Work& work, scene::Node& node);
     void SetLight(const Work& work, scene::Node& node);

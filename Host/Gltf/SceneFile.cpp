@@ -58,6 +58,15 @@ void CheckVersion(const Json& root) {
         Fail({}, "it is glTF version " + Quoted(version), "export it as glTF 2.0");
 }
 
+// The scene's own in full, as the machine has it: the slip may be in a folder's name. Of the files that the scene
+// brings along, whose folder it knows, the name.
+std::string ShownPath(const Place& place, const std::string& path) {
+    if (!place.kind.empty())
+        return Quoted(NameOf(path));
+    const std::string native = OSFile::ToNative(path);
+    return QuotedWhole(native.empty() ? path : native);
+}
+
 } // namespace
 
 std::string NameOf(std::string path) {
@@ -68,20 +77,20 @@ std::string NameOf(std::string path) {
 
 std::shared_ptr<Bytes> ReadFileBytes(const Place& place, const std::string& path, uint64_t longest, size_t extra) {
     if (OSFile::FileAttr(path.c_str()) & OSFile::F_ATTRIBUTE_DIRECTORY)
-        Fail(place, Quoted(NameOf(path)) + " is a folder", "give a file");
+        Fail(place, ShownPath(place, path) + " is a folder", "give a file");
     const OpenFile file(path);
     if (!file.Get())
-        Fail(place, "can't open " + Quoted(NameOf(path)) + " (" + OSFile::LastErrorText() + ")",
+        Fail(place, "can't open " + ShownPath(place, path) + " (" + OSFile::LastErrorText() + ")",
              "check its name and place");
     const uint64_t size = std::min(OSFile::GetSize(file.Get()), longest);
     if (size > std::numeric_limits<uint32_t>::max() - extra)
-        Fail(place, Quoted(NameOf(path)) + " is larger than 4 GB", "split the scene");
+        Fail(place, ShownPath(place, path) + " is larger than 4 GB", "split the scene");
     if (size > s_SmallFile)
         OSMemory::HeapExpect(std::min(size, s_LargeFile) * s_Growth);
     auto pBytes = std::make_shared<Bytes>(static_cast<size_t>(size) + extra);
     const auto wanted = static_cast<uint32_t>(size);
     if (OSFile::Read(file.Get(), pBytes->Get().data(), wanted) != wanted)
-        Fail(place, "can't read " + Quoted(NameOf(path)) + " (" + OSFile::LastErrorText() + ")", "check the disk");
+        Fail(place, "can't read " + ShownPath(place, path) + " (" + OSFile::LastErrorText() + ")", "check the disk");
     return pBytes;
 }
 

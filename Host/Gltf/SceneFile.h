@@ -25,7 +25,8 @@ private:
 // What messages call a file or a folder: the last part of its path.
 std::string NameOf(std::string path);
 
-// Reads a whole file, which must not be longer than `longest`. Faults, with `place` and the file's name.
+// Reads a whole file, which must not be longer than `longest`. Faults, with `place` and the file's name; without a
+// place, which is the scene itself, with its whole path.
 // `extra` more bytes, without content, are added behind it.
 std::shared_ptr<Bytes> ReadFileBytes(const Place& place, const std::string& path, uint64_t longest, size_t extra = 0);
 

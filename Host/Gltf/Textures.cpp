@@ -1,12 +1,14 @@
 #include "Host/Gltf/Textures.h"
 
 #include "Host/Gltf/Accessor.h"
+#include "Host/Gltf/Leftovers.h"
 #include "Host/Gltf/Uri.h"
 #include "Host/Sdk/Material.h"
 #include "Shared/Cross/Util/Hash.h"
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace gltf {
 
@@ -37,6 +39,9 @@ std::string_view GetStem(std::string_view name) {
 
 // Names of files end at 255 bytes; this leaves room for numbers and extensions.
 constexpr size_t s_LongestFileName = 120;
+
+// The exporter's paths have at most 260 bytes with the alias "Tool:" in front.
+constexpr size_t s_LongestTexturePath = 260 - 5;
 
 // The uncompressed pixels of the largest PNG, with 16 bits a channel, and something for what stands around them.
 constexpr uint64_t s_LargestImageFile = uint64_t{4096} * 4096 * 8 + (1 << 20);
@@ -95,14 +100,13 @@ void Textures::ReadImages(const std::string& path) {
     const Json* pImages = FindArray({}, m_File.GetRoot(), "images");
     if (!pImages)
         return;
-    const std::string unpackFolder = m_File.GetFolder() + std::string(GetStem(path)) + ".textures\\";
+    m_UnpackFolder = m_File.GetFolder() + std::string(GetStem(path)) + ".textures\\";
     UniqueNames names;
     for (const Json& image : pImages->GetArray())
-        m_Images.push_back(ReadImage(image, m_Images.size(), unpackFolder, names));
+        m_Images.push_back(ReadImage(image, m_Images.size(), names));
 }
 
-Textures::Image Textures::ReadImage(const Json& json, size_t index, const std::string& unpackFolder,
-                                    UniqueNames& names) {
+Textures::Image Textures::ReadImage(const Json& json, size_t index, UniqueNames& names) {
     Place place{.kind = "image", .index = index};
     place.name = ReadString(place, json, "name");
     const std::string_view uri = ReadString(place, json, "uri");
@@ -117,7 +121,7 @@ Textures::Image Textures::ReadImage(const Json& json, size_t index, const std::s
         return image;
     }
     const bool isJpeg = FindKind(place, json) == ImageKind::Jpeg;
-    image.path = unpackFolder + names.Make(ToFileName(image.name), "image") + (isJpeg ? ".jpg" : ".tga");
+    image.path = m_UnpackFolder + names.Make(ToFileName(image.name), "image") + (isJpeg ? ".jpg" : ".tga");
     return image;
 }
 
@@ -183,12 +187,20 @@ Textures::ImageBytes Textures::GetBytes(const Place& place, const Json& json, bo
 
 void Textures::Unpack(size_t texture) {
     const int32_t source = m_Sources[texture];
-    if (source < 0 || m_Images[static_cast<size_t>(source)].isUnpacked)
+    if (source < 0)
         return;
     Image& image = m_Images[static_cast<size_t>(source)];
-    image.isUnpacked = true;
-    const Json& json = (*FindMember(m_File.GetRoot(), "images"))[static_cast<rapidjson::SizeType>(source)];
     const Place place{.kind = "image", .index = static_cast<size_t>(source), .name = image.name};
+    if (image.path.size() > s_LongestTexturePath)
+        Fail(place, "the path of its file has " + std::to_string(image.path.size()) + " bytes",
+             "a texture's path holds at most " + std::to_string(s_LongestTexturePath) +
+                 ": give its folders shorter names");
+    if (image.isUnpacked)
+        return;
+    image.isUnpacked = true;
+    if (!std::exchange(m_HasCleaned, true))
+        RemoveLeftovers(m_UnpackFolder);
+    const Json& json = (*FindMember(m_File.GetRoot(), "images"))[static_cast<rapidjson::SizeType>(source)];
     try {
         if (const std::array files = {m_Path, GetFile(json)}; !IsNewerThan(image.path, files))
             UnpackImage(place, GetBytes(place, json, false).bytes, image.path);

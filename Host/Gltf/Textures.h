@@ -32,7 +32,7 @@ public:
     const TextureInfo& Get(size_t texture) const { return m_Textures[texture]; }
     // Sees to it that the texture's image lies at its path, unless it is a file that stays where it is. One that was
     // unpacked after the scene's last change, and the image's, is left alone. An image that can't be unpacked is a
-    // warning, once.
+    // warning, once; a path that is longer than any that the exporter opens is a fault.
     void Unpack(size_t texture);
 
 private:
@@ -43,7 +43,7 @@ private:
     };
     struct ImageBytes;
     void ReadImages(const std::string& path);
-    Image ReadImage(const Json& json, size_t index, const std::string& unpackFolder, UniqueNames& names);
+    Image ReadImage(const Json& json, size_t index, UniqueNames& names);
     void ReadTexture(const Json& json);
     std::string GetFile(const Json& json) const;
     ImageKind FindKind(const Place& place, const Json& json);
@@ -51,6 +51,8 @@ private:
 
     const SceneFile& m_File;
     std::string m_Path;
+    std::string m_UnpackFolder;
+    bool m_HasCleaned = false; // the folder, of what ended processes left
     BufferStore& m_Buffers;
     const Messages& m_Messages;
     std::vector<Image> m_Images;

@@ -1,5 +1,6 @@
 #include "Host/Gltf/Unpack.h"
 
+#include "Host/Gltf/Leftovers.h"
 #include "Host/Gltf/Png/PngReader.h"
 #include "Shared/PC/Debug/Process.h"
 #include "Shared/PC/FileSystem/OSFile.h"
@@ -59,12 +60,13 @@ PngPicture ReadPng(const Place& place, std::span<const std::byte> png) {
     return picture;
 }
 
-// Into a name of this process's own first, so that nobody sees half a file and no other export writes into it. The
-// answer is why it failed; empty when it didn't.
+// Into a name of this process's own first, so that nobody sees half a file and no other export writes into it. An end
+// of the process in between leaves that one for a later export to take away. The answer is why it failed; empty when it
+// didn't.
 std::string WriteWhole(const std::string& path, std::span<const std::byte> bytes) {
     if (!OSFile::MakeFolders(path.c_str()))
         return OSFile::LastErrorText();
-    const std::string unfinished = path + '.' + std::to_string(Process::GetId()) + ".unfinished";
+    const std::string unfinished = GetUnfinishedName(path);
     const OSFile::Handle file = OSFile::Open(unfinished.c_str(), OSFile::Open_Write, true, false);
     if (!file)
         return OSFile::LastErrorText();
@@ -83,7 +85,8 @@ std::string WriteWhole(const std::string& path, std::span<const std::byte> bytes
 
 void WriteImage(const Place& place, const std::string& path, std::span<const std::byte> bytes) {
     if (const std::string error = WriteWhole(path, bytes); !error.empty())
-        Fail(place, "can't write " + Quoted(path) + " (" + error + ")", "make room in a folder that can be written");
+        Fail(place, "can't write " + QuotedWhole(OSFile::ToNative(path)) + " (" + error + ")",
+             "make room in a folder that can be written");
 }
 
 std::optional<std::filesystem::file_time_type> GetTime(const std::string& path) {

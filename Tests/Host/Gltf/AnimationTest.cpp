@@ -156,8 +156,12 @@ TEST_F(GltfSkin, VerticesOfDifferentBonesStayApart) {
 TEST_F(GltfSkin, BadSkinsAreRefusedAndUnboundVerticesReported) {
     Lists lists = SkinnedTriangle({1, 0, 0, 0, 0, 0, 0, 0, -1, 0, 0, 0});
     Load(lists);
-    EXPECT_THAT(m_Warnings,
-                ElementsAre(HasSubstr("node \"Skin\": 2 vertices have no weights and hang on the skin's first")));
+    EXPECT_THAT(m_Warnings, ElementsAre(HasSubstr("node \"Skin\": 2 vertices have no weights and hang on the skin's "
+                                                  "first joint; weight them")));
+    m_Buffer.replace(64, 4, m_Buffer.substr(48, 4)); // the second vertex's first weight
+    Load(lists);
+    EXPECT_THAT(m_Warnings, ElementsAre(HasSubstr("node \"Skin\": 1 vertex has no weights and hangs on the skin's "
+                                                  "first joint; weight it")));
     lists.skins = R"({"joints":[1,2,1],"inverseBindMatrices":3})";
     EXPECT_THAT(FaultOf(lists), HasSubstr("skin 0: it has not one inverse bind matrix for each joint"));
     lists.skins = R"({"joints":[1,2]})";
@@ -193,11 +197,21 @@ TEST_F(GltfSkin, MoreThanFourJointsOfAVertexAreReported) {
     AddFloats(std::vector<float>(12, 0.2f), "VEC4");
     Add(std::vector<uint8_t>{4, 0, 0, 0, /**/ 4, 0, 0, 0, /**/ 3, 0, 0, 0}, 5121, "VEC4", 3);
     AddFloats({0.2f, 0, 0, 0, /**/ 0, 0, 0, 0, /**/ 0.2f, 0, 0, 0}, "VEC4");
-    Load({.nodes = R"({"name":"Skin","mesh":0,"skin":0},{},{},{},{},{})",
-          .meshes = MeshOf(Primitive(R"("POSITION":0,"JOINTS_0":1,"WEIGHTS_0":2,"JOINTS_1":3,"WEIGHTS_1":4)")),
-          .skins = R"({"joints":[1,2,3,4,5]})"});
-    EXPECT_THAT(m_Warnings, ElementsAre(AllOf(HasSubstr("node \"Skin\": 1 vertices hang on more than four joints"),
-                                              HasSubstr("--limit-influences"))));
+    const Lists lists{.nodes = R"({"name":"Skin","mesh":0,"skin":0},{},{},{},{},{})",
+                      .meshes =
+                          MeshOf(Primitive(R"("POSITION":0,"JOINTS_0":1,"WEIGHTS_0":2,"JOINTS_1":3,"WEIGHTS_1":4)")),
+                      .skins = R"({"joints":[1,2,3,4,5]})"};
+    Load(lists);
+    EXPECT_THAT(m_Warnings, ElementsAre(AllOf(HasSubstr("node \"Skin\": 1 vertex hangs on more than four joints"),
+                                              HasSubstr("; weight it to four"), HasSubstr("--limit-influences"))));
+    m_Options.limitInfluences = true;
+    LoadFile("scene.glb");
+    EXPECT_THAT(m_Warnings, ElementsAre(AllOf(HasSubstr("1 vertex kept only its four heaviest weights"),
+                                              HasSubstr(" of its weight; weight it to four joints"))));
+    m_Buffer[104] = 4; // a fifth joint for the third vertex
+    Load(lists);
+    EXPECT_THAT(m_Warnings, ElementsAre(AllOf(HasSubstr("2 vertices kept only their four heaviest weights"),
+                                              HasSubstr(" of their weight; weight them to four joints"))));
 }
 
 TEST_F(GltfSkin, TheFourHeaviestStayWhenAsked) {

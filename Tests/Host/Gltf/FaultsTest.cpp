@@ -5,6 +5,7 @@
 namespace {
 
 using GltfFaults = GltfFixture;
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -60,10 +61,16 @@ TEST_F(GltfFaults, KnownExtensionsMayBeRequired) {
 }
 
 TEST_F(GltfFaults, MissingFilesAreNamed) {
-    EXPECT_THAT(FaultOfFile("gone.glb"), StartsWith("gone.glb: can't open \"gone.glb\""));
+    EXPECT_THROW(gltf::Load(OSFile::FromNative("back\\slash.glb"), m_Options, nullptr), gltf::LoadError);
+    // A scene with its folders, however many: any of them may be misspelled.
+    const std::string folders = "Scnes/" + std::string(150, 'x') + "/";
+    const std::string start = (m_Folder / "").string();
+    EXPECT_THAT(FaultOfFile("gone.glb"), StartsWith("gone.glb: can't open \"" + start + "gone.glb\" (No such file"));
+    EXPECT_THAT(FaultOfFile(folders + "gone.glb"), HasSubstr("can't open \"" + start + folders + "gone.glb\" ("));
     std::filesystem::create_directory(m_Folder / "folder.glb");
     for (const char* pName : {"folder.glb", "folder.glb/"})
-        EXPECT_THAT(FaultOfFile(pName), HasSubstr("\"folder.glb\" is a folder"));
+        EXPECT_THAT(FaultOfFile(pName), AllOf(StartsWith("folder.glb: \"" + start + "folder.glb"),
+                                              HasSubstr("\" is a folder; give a file")));
 
     const std::string mesh = TriangleMesh();
     Lists lists{.nodes = "{\"mesh\":0}", .meshes = mesh};

@@ -3,6 +3,9 @@
 
 #include <chrono>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 namespace {
 
 using testing::AllOf;
@@ -12,6 +15,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
+using testing::UnorderedElementsAreArray;
 
 const std::string s_Jpeg = "\xff\xd8\xff\xe0 the rest of it is nobody's business here";
 
@@ -258,12 +262,68 @@ TEST_F(GltfImages, EveryTruncationIsAWarning) {
 TEST_F(GltfImages, AFolderThatCantBeWrittenLeavesTheSceneLoaded) {
     Write("scene.textures", "a file where the folder should be");
     Load(SceneWith({Embedded(s_Plain.Write())}));
-    EXPECT_THAT(m_Warnings, ElementsAre(AllOf(HasSubstr("can't write "), EndsWith("that can be written"))));
+    EXPECT_THAT(m_Warnings, ElementsAre(AllOf(HasSubstr("can't write \"" +
+                                                        (m_Folder / "scene.textures/image001.tga").string() + "\""),
+                                              EndsWith("that can be written"))));
     std::filesystem::remove(m_Folder / "scene.textures");
     std::filesystem::create_directories(m_Folder / "scene.textures" / "image001.tga" / "in the way");
     Load(SceneWith({Embedded(s_Plain.Write())}));
     EXPECT_THAT(m_Warnings, ElementsAre(HasSubstr("can't write ")));
     EXPECT_THAT(Unpacked(), ElementsAre("image001.tga")) << "nothing unfinished is left";
+}
+
+TEST_F(GltfImages, NoTextureHasAPathThatTheExporterRefuses) {
+    const size_t room = 255 - At("").size() - 1;
+    const std::string fault = ": the path of its file has 256 bytes; a texture's path holds at most 255: give its "
+                              "folders shorter names";
+    const auto inPlace = [](size_t size) { return R"({"uri":")" + std::string(size - 4, 'x') + R"(.tga"})"; };
+    Lists lists = SceneWith({inPlace(room), inPlace(room + 1)});
+    EXPECT_THAT(FaultOf(lists), AllOf(StartsWith("scene.glb: image \"xxx"), EndsWith(fault)));
+    lists.materials = UsedBy(0);
+    EXPECT_EQ(FaultOf(lists), "") << "nobody opens the other one";
+
+    const std::string folder(room - std::strlen("/scene.textures/image001.tga"), 'x');
+    const std::string embedded = MakeGlb(SceneWith({Embedded(s_Plain.Write())}));
+    Write(folder + "/scene.glb", embedded);
+    EXPECT_EQ(FaultOfFile(folder + "/scene.glb"), "");
+    Write(folder + "x/scene.glb", embedded);
+    EXPECT_EQ(FaultOfFile(folder + "x/scene.glb"), "scene.glb: image 0" + fault);
+    EXPECT_FALSE(std::filesystem::exists(m_Folder / (folder + "x/scene.textures")));
+}
+
+TEST_F(GltfImages, WhatEndedProcessesLeftUnfinishedIsTakenAway) {
+    const pid_t ended = fork();
+    if (ended == 0)
+        _exit(0);
+    waitpid(ended, nullptr, 0);
+    const auto leave = [&](const std::string& name, const std::string& process) {
+        Write("scene.textures/" + name + "." + process + ".unfinished", "half a file");
+        return name + "." + process + ".unfinished";
+    };
+    const std::string gone = std::to_string(ended);
+    const std::string locked = leave("far.tga", gone);
+    const OSFile::Handle lock =
+        OSFile::Open(At("scene.textures/" + locked).c_str(), OSFile::Open_ReadWrite, true, false);
+    // Written by others that live or may, and not ours at all.
+    const std::vector<std::string> stay = {"image001.tga",
+                                           locked,
+                                           leave("a.tga", std::to_string(getppid())),
+                                           leave("a.tga", std::to_string(getpid())),
+                                           leave("a.tga", "0"),
+                                           leave("a.tga", "-" + gone),
+                                           leave("a.tga", gone + "a"),
+                                           leave("a", "")};
+    leave("image001.tga", gone);
+    leave("other.jpg", gone);
+    Load(SceneWith({Embedded(s_Plain.Write())}));
+    EXPECT_THAT(m_Warnings, IsEmpty());
+    EXPECT_THAT(Unpacked(), UnorderedElementsAreArray(stay));
+    EXPECT_EQ(ReadBack("image001.tga"), s_PlainTga);
+    SetAge("scene.glb", 100);
+    leave("image001.tga", gone);
+    LoadFile("scene.glb");
+    EXPECT_THAT(Unpacked(), UnorderedElementsAreArray(stay)) << "with nothing to unpack";
+    OSFile::Close(lock);
 }
 
 } // namespace

@@ -111,7 +111,7 @@ TEST_F(GltfMeshes, SharpAndSmoothEdgesFollowTheNormals) {
     EXPECT_EQ(told->faces[1].smGroup, 0xffffffffu);
     EXPECT_THAT(m_Warnings, testing::IsEmpty());
     LoadMesh(Primitive("\"POSITION\":0"), R"(,"extras":{"host":{"smoothing":[5]}})");
-    EXPECT_THAT(m_Warnings, ElementsAre(HasSubstr("has 1 masks for 2 faces")));
+    EXPECT_THAT(m_Warnings, ElementsAre(HasSubstr("has 1 mask for 2 faces")));
     // A primitive without normals beside one with: its faces are flat.
     const auto mixed =
         LoadMesh(Primitive("\"POSITION\":0,\"NORMAL\":" + std::to_string(same)) + "," + Primitive("\"POSITION\":0"));

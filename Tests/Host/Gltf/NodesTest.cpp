@@ -27,6 +27,49 @@ TEST_F(GltfNodes, NamesAreUniqueAndNeverEmpty) {
                 testing::ElementsAre("Arm", "arm001", "Arm002", "Node001", "Rock", "Rock001", "Eye", "Node002"));
 }
 
+TEST_F(GltfNodes, NamesThatNoReaderOfAModelTakesAreRefused) {
+    const std::string longest(259, 'n');
+    const std::string start = std::string(120, 'n') + "...\": its name has ";
+    const std::string end = " bytes; a name holds at most 259, with the number that tells it from others: shorten it";
+    const auto named = [](const std::string& name, const std::string& more = "") {
+        return "{\"name\":\"" + name + "\"" + more + "}";
+    };
+    const std::string eye = R"(,"type":"perspective","perspective":{"yfov":1,"znear":0.1})";
+    AddFloats({0, 0, 0, 1, 0, 0, 0, 1, 0}, "VEC3");
+    AddAccessor(R"({"componentType":5123,"count":65538,"type":"SCALAR"})"); // one face more than a node holds
+    const std::string large = MeshOf(Primitive("\"POSITION\":0", 1));
+    EXPECT_EQ(FaultOf({.nodes = named(longest), .materials = named(longest)}), "");
+    for (const Lists& lists : {Lists{.nodes = named(longest + "n")},
+                               Lists{.nodes = R"({"mesh":0})", .meshes = named(longest + "n", ",\"primitives\":[]")},
+                               Lists{.nodes = R"({"camera":0})", .cameras = named(longest + "n", eye)},
+                               Lists{.materials = named(longest + "n")}})
+        EXPECT_EQ(FaultOf(lists),
+                  std::string("scene.glb: ") + (lists.nodes.empty() ? "material \"" : "node \"") + start + "260" + end);
+    // What the host makes of a name counts: numbers, and two bytes a letter.
+    EXPECT_THAT(FaultOf({.nodes = named(longest) + "," + named(longest)}), testing::HasSubstr("has 262" + end));
+    EXPECT_THAT(FaultOf({.materials = named(longest) + "," + named(longest)}), testing::HasSubstr("has 262" + end));
+    EXPECT_THAT(FaultOf({.nodes = named(longest, ",\"mesh\":0"), .meshes = large}),
+                testing::HasSubstr("has 261" + end));
+    std::string letters;
+    for (int i = 0; i < 130; ++i)
+        letters += "\xc3\xa4";
+    EXPECT_THAT(FaultOf({.nodes = named(letters)}), testing::HasSubstr("has 260" + end));
+    // Nothing of what isn't loaded gets into a model.
+    EXPECT_EQ(FaultOf({.nodes = named("A") + "," + named(longest + "n"), .scenes = R"({"nodes":[0]})"}), "");
+}
+
+TEST_F(GltfNodes, AReferenceLeadsNoFurtherThanThePathsOfTheSystem) {
+    const auto withFile = [](size_t size) {
+        return R"({"name":"Crew","extras":{"host":{"xref":")" + std::string(size, 'x') + "\"}}}";
+    };
+    const size_t room = 259 - At("").size() - 1;
+    EXPECT_EQ(FaultOf({.nodes = withFile(room)}), "");
+    EXPECT_EQ(
+        FaultOf({.nodes = withFile(room + 1)}),
+        "scene.glb: node \"Crew\": the path of its xref has 260 bytes; a path holds at most 259: give its folders "
+        "shorter names");
+}
+
 TEST_F(GltfNodes, TenThousandEqualNamesTakeNoSquareOfTime) {
     std::string nodes = R"({"name":"Same"})";
     for (int i = 1; i < 10000; ++i)
