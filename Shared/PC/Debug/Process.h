@@ -25,6 +25,8 @@ std::string GetWorkingFolder();
 uint32_t GetId();
 // Of who started it; another one once that is gone.
 uint32_t GetParentId();
+// Whether a process of this number runs on this machine, anybody's.
+bool IsAlive(uint32_t id);
 // "Unknown" if there's none.
 std::string GetUserName();
 

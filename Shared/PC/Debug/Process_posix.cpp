@@ -1,11 +1,14 @@
 #include "Shared/PC/Debug/Process.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <limits>
 #include <memory>
 
 #include <climits>
@@ -103,6 +106,13 @@ std::string GetWorkingFolder() {
 uint32_t GetId() { return static_cast<uint32_t>(getpid()); }
 
 uint32_t GetParentId() { return static_cast<uint32_t>(getppid()); }
+
+bool IsAlive(uint32_t id) {
+    // 0 and negative numbers stand for groups of processes.
+    if (id == 0 || id > std::numeric_limits<int32_t>::max())
+        return false;
+    return kill(static_cast<pid_t>(id), 0) == 0 || errno != ESRCH;
+}
 
 std::string GetUserName() {
     if (const char* pUser = std::getenv("USER"); pUser && *pUser)

@@ -1,10 +1,11 @@
 #include "Shared/PC/Win32Util/PipeFolder_posix.h"
 
+#include "Shared/PC/Debug/Process.h"
+
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <charconv>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -108,7 +109,7 @@ std::vector<std::string> PipeFolder::List(const std::string& pipeName) const {
 
 void PipeFolder::ClearStale(const std::string& pipeName) const {
     for (const std::string& offer : List(pipeName))
-        if (kill(GetProcess(offer, pipeName), 0) != 0 && errno == ESRCH)
+        if (!Process::IsAlive(static_cast<uint32_t>(GetProcess(offer, pipeName))))
             Withdraw(offer);
 }
 

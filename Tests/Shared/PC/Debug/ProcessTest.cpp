@@ -11,6 +11,14 @@ TEST(Process, StartedJustNow) {
     EXPECT_GT(Process::GetStartTime(), now - 600);
 }
 
+TEST(Process, OnlySomeNumbersAreOfLivingProcesses) {
+    EXPECT_TRUE(Process::IsAlive(Process::GetId()));
+    EXPECT_TRUE(Process::IsAlive(1)) << "somebody else's";
+    EXPECT_FALSE(Process::IsAlive(0));
+    EXPECT_FALSE(Process::IsAlive(0x7FFFFFFF)) << "beyond the system's highest";
+    EXPECT_FALSE(Process::IsAlive(0xFFFFFFFF));
+}
+
 TEST(Process, TheEnvironmentMovesTheSettings) {
     unsetenv("PVX_CONFIG");
     EXPECT_EQ(Process::GetConfigFolder(), Process::GetExecutableFolder());

@@ -3,9 +3,7 @@
 #include "Shared/PC/Debug/Process.h"
 #include "Shared/PC/FileSystem/OSFile.h"
 
-#include <cerrno>
 #include <charconv>
-#include <csignal>
 #include <string_view>
 
 namespace gltf {
@@ -15,17 +13,15 @@ namespace {
 constexpr std::string_view s_Extension = ".unfinished";
 
 // 0 for a name that no process gives.
-pid_t GetWriter(std::string_view name) {
+uint32_t GetWriter(std::string_view name) {
     if (!name.ends_with(s_Extension))
         return 0;
     name.remove_suffix(s_Extension.size());
     const std::string_view digits = name.substr(name.rfind('.') + 1);
-    pid_t id = 0;
+    uint32_t id = 0;
     const auto [pEnd, error] = std::from_chars(digits.data(), digits.data() + digits.size(), id);
-    return error == std::errc() && pEnd == digits.data() + digits.size() && id > 0 ? id : 0;
+    return error == std::errc() && pEnd == digits.data() + digits.size() ? id : 0;
 }
-
-bool HasEnded(pid_t id) { return kill(id, 0) != 0 && errno == ESRCH; }
 
 // A process on another machine that shares the folder can't be asked for, but locks what it writes.
 bool IsFree(const std::string& path) {
@@ -42,9 +38,9 @@ std::string GetUnfinishedName(const std::string& path) {
 // One that can't be taken away does no harm where it is.
 void RemoveLeftovers(const std::string& folder) {
     for (const std::string& name : OSFile::List((folder + '*').append(s_Extension).c_str())) {
-        const pid_t writer = GetWriter(name);
+        const uint32_t writer = GetWriter(name);
         const std::string path = folder + name;
-        if (writer != 0 && HasEnded(writer) && IsFree(path))
+        if (writer != 0 && !Process::IsAlive(writer) && IsFree(path))
             OSFile::Delete(path.c_str());
     }
 }
