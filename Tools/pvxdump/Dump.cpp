@@ -26,6 +26,7 @@
 #include "Tools/pvxdump/MotionJson.h"
 #include "Tools/pvxdump/MotionText.h"
 #include "Tools/pvxdump/PatternDump.h"
+#include "Tools/pvxdump/ScriptDump.h"
 #include "Tools/pvxdump/TextFormat.h"
 #include "Tools/pvxdump/TextureContent.h"
 #include "Tools/pvxdump/TextureFiles.h"
@@ -152,6 +153,15 @@ std::string DumpPatternFile(const Dumper& dumper) {
     return dumper.FinishText(std::move(out));
 }
 
+std::string DumpScriptFile(const Dumper& dumper) {
+    const ScriptContent content = ReadScriptContent(dumper.chunky);
+    if (dumper.options.json)
+        return dumper.FinishJson(ToJson(content));
+    std::string out;
+    PrintScript(out, content);
+    return dumper.FinishText(std::move(out));
+}
+
 // The first top chunk of these decides; others may stand around it.
 constexpr FileKind s_Kinds[] = {
     {ra::s_ModelChunk, ra::s_FinalModelVersion, "model", DumpModel},
@@ -162,6 +172,7 @@ constexpr FileKind s_Kinds[] = {
     {ra::s_ActionTreeFileChunk, ra::s_MotionTreeFileVersion, "action tree", DumpMotionFile},
     {ra::s_EventChunk, ra::s_EventVersion, "event", DumpMotionFile},
     {s_PatternChunk, s_PatternVersion, "pattern", DumpPatternFile},
+    {s_ScriptChunk, s_ScriptVersion, "script", DumpScriptFile},
 };
 
 const FileKind* FindKind(const ChunkInfo& top) {
