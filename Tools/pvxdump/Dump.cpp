@@ -1,11 +1,16 @@
 #include "Tools/pvxdump/Dump.h"
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
+#include <optional>
 #include <stdexcept>
+#include <utility>
 
 #include <nlohmann/json.hpp>
 
 #include "Shared/Cross/FileSystem/Chunky.h"
+#include "Shared/Cross/FileSystem/ChunkyReservedTypes.h"
 #include "Shared/Cross/RenderAnim/Chunks/TextureChunk.h"
 #include "Shared/Cross/RenderAnim/Files/SharedShaderLayout.h"
 #include "Shared/Cross/RenderAnim/Final/FinalLayout.h"
@@ -21,6 +26,7 @@
 #include "Tools/pvxdump/MotionJson.h"
 #include "Tools/pvxdump/MotionText.h"
 #include "Tools/pvxdump/PatternDump.h"
+#include "Tools/pvxdump/ScriptDump.h"
 #include "Tools/pvxdump/TextFormat.h"
 #include "Tools/pvxdump/TextureContent.h"
 #include "Tools/pvxdump/TextureFiles.h"
@@ -48,6 +54,24 @@ std::unique_ptr<TextureFiles> MakeTextureFiles(const DumpOptions& options) {
     return options.texturesFolder.empty() ? nullptr : std::make_unique<TextureFiles>(options.texturesFolder);
 }
 
+FileBurnInfo ReadBurnInfo(Chunky& chunky) {
+    try {
+        return ReadFileBurnInfo(chunky);
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error("who burned it can't be read (" + std::string(error.what()) +
+                                 "); --chunks shows its chunks");
+    }
+}
+
+json ToJson(const FileBurnInfo& info) {
+    return {{"source", info.first}, {"burnerVersion", info.number}, {"user", info.second}, {"date", info.date}};
+}
+
+std::string ToLine(const FileBurnInfo& info) {
+    return "burned from \"" + TextFormat::Name(info.first) + "\" by " + TextFormat::Name(info.second) + ", " +
+           TextFormat::Name(info.date) + ", burner version " + std::to_string(info.number) + '\n';
+}
+
 struct FileKind;
 
 // One file on its way to text. `top` and `kind` are what stands at its top.
@@ -58,13 +82,21 @@ struct Dumper {
     const DumpOptions& options;
     const ChunkInfo& top;
     const FileKind& kind;
+    const std::optional<FileBurnInfo>& burnInfo; // that stands ahead of it
 
-    std::string Finish(json out) const {
-        out["file"] = file;
-        out["size"] = size;
-        return ToText(out);
+    std::string FinishJson(json content) const {
+        content["file"] = file;
+        content["size"] = size;
+        if (burnInfo)
+            content["burnInfo"] = ToJson(*burnInfo);
+        return ToText(content);
     }
-    std::string StartText() const { return file + ": " + TextFormat::Count(size, "byte", "bytes") + ", "; }
+    // The content begins with a line that sums it up.
+    std::string FinishText(std::string content) const {
+        if (burnInfo)
+            content.insert(content.find('\n') + 1, ToLine(*burnInfo));
+        return file + ": " + TextFormat::Count(size, "byte", "bytes") + ", " + content;
+    }
 };
 
 // A kind of file, by its top chunk.
@@ -79,44 +111,58 @@ std::string DumpModel(const Dumper& dumper) {
     const DumpOptions& options = dumper.options;
     const ModelContent content = ReadModelContent(dumper.chunky, options.vertices, MakeTextureFiles(options).get());
     if (options.json)
-        return dumper.Finish(ToJson(content, options.vertices, options.keys));
-    std::string out = dumper.StartText();
+        return dumper.FinishJson(ToJson(content, options.vertices, options.keys));
+    std::string out;
     PrintModel(out, content);
-    return out;
+    return dumper.FinishText(std::move(out));
 }
 
 std::string DumpShaderFile(const Dumper& dumper) {
     const ModelContent content = ReadShaderFileContent(dumper.chunky, MakeTextureFiles(dumper.options).get());
     if (dumper.options.json)
-        return dumper.Finish(ShaderFileToJson(content));
-    std::string out = dumper.StartText();
+        return dumper.FinishJson(ShaderFileToJson(content));
+    std::string out;
     PrintShaderFile(out, content);
-    return out;
+    return dumper.FinishText(std::move(out));
 }
 
 std::string DumpTextureFile(const Dumper& dumper) {
     const TextureContent content = ReadTextureContent(dumper.chunky, MakeTextureFiles(dumper.options).get());
     if (dumper.options.json)
-        return dumper.Finish(TextureFileToJson(content));
-    std::string out = dumper.StartText();
+        return dumper.FinishJson(TextureFileToJson(content));
+    std::string out;
     PrintTextureFile(out, content);
-    return out;
+    return dumper.FinishText(std::move(out));
 }
 
 std::string DumpMotionFile(const Dumper& dumper) {
     MotionContent content = ReadMotionContent(dumper.chunky, dumper.top, dumper.kind.pWords);
     if (dumper.options.json)
-        return dumper.Finish(ToJson(content, dumper.options.keys));
-    std::string out = dumper.StartText();
+        return dumper.FinishJson(ToJson(content, dumper.options.keys));
+    std::string out;
     PrintMotionFile(out, content);
-    return out;
+    return dumper.FinishText(std::move(out));
 }
 
 std::string DumpPatternFile(const Dumper& dumper) {
-    return DumpPattern(dumper.chunky, dumper.file, dumper.size, dumper.options);
+    const PatternContent content = ReadPatternContent(dumper.chunky, dumper.file, dumper.options);
+    if (dumper.options.json)
+        return dumper.FinishJson(ToJson(content));
+    std::string out;
+    PrintPattern(out, content);
+    return dumper.FinishText(std::move(out));
 }
 
-// The first top chunk that is known decides; others, such as a burner's note, may stand around it.
+std::string DumpScriptFile(const Dumper& dumper) {
+    const ScriptContent content = ReadScriptContent(dumper.chunky);
+    if (dumper.options.json)
+        return dumper.FinishJson(ToJson(content));
+    std::string out;
+    PrintScript(out, content);
+    return dumper.FinishText(std::move(out));
+}
+
+// The first top chunk of these decides; others may stand around it.
 constexpr FileKind s_Kinds[] = {
     {ra::s_ModelChunk, ra::s_FinalModelVersion, "model", DumpModel},
     {ra::s_MotionFileChunk, ra::s_MotionFileVersion, "motion file", DumpMotionFile},
@@ -126,25 +172,37 @@ constexpr FileKind s_Kinds[] = {
     {ra::s_ActionTreeFileChunk, ra::s_MotionTreeFileVersion, "action tree", DumpMotionFile},
     {ra::s_EventChunk, ra::s_EventVersion, "event", DumpMotionFile},
     {s_PatternChunk, s_PatternVersion, "pattern", DumpPatternFile},
+    {s_ScriptChunk, s_ScriptVersion, "script", DumpScriptFile},
 };
+
+const FileKind* FindKind(const ChunkInfo& top) {
+    const auto* const pKind = std::ranges::find(s_Kinds, top.id, &FileKind::topChunk);
+    return pKind == std::end(s_Kinds) ? nullptr : pKind;
+}
+
+void CheckVersion(const ChunkInfo& top, const FileKind& kind) {
+    if (top.version > kind.newestVersion)
+        throw std::runtime_error("the " + std::string(kind.pWords) + " has version " + std::to_string(top.version) +
+                                 ", this build decodes up to " + std::to_string(kind.newestVersion) +
+                                 "; --chunks shows its chunks");
+}
 
 std::string DumpContent(ByteStream& stream, const std::string& file, const DumpOptions& options) {
     Chunky chunky{ByteStreamAdapter(&stream)};
-    for (ChunkInfo info; chunky.NextChunk(info);)
-        for (const FileKind& kind : s_Kinds) {
-            if (info.id != kind.topChunk)
-                continue;
-            if (info.version > kind.newestVersion)
-                throw std::runtime_error("the " + std::string(kind.pWords) + " has version " +
-                                         std::to_string(info.version) + ", this build decodes up to " +
-                                         std::to_string(kind.newestVersion) + "; --chunks shows its chunks");
-            const ChunkInfo top = info;
-            std::string out = kind.pDump({chunky, file, stream.GetLength(), options, top, kind});
+    std::optional<FileBurnInfo> burnInfo;
+    for (ChunkInfo info; chunky.NextChunk(info);) {
+        const FileKind* const pKind = FindKind(info);
+        if (pKind) {
+            CheckVersion(info, *pKind);
+            std::string out = pKind->pDump({chunky, file, stream.GetLength(), options, info, *pKind, burnInfo});
             // To the last byte: what follows has to be sound too.
             while (chunky.NextChunk(info)) {
             }
             return out;
         }
+        if (info.kind == ChunkKind_Data && info.id == GetChunkyReservedCode(ChunkyReserved_FileBurnInfo))
+            burnInfo = ReadBurnInfo(chunky);
+    }
     throw std::runtime_error("holds nothing that this build decodes; --chunks shows its chunks");
 }
 

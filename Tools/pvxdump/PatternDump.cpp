@@ -24,15 +24,7 @@ namespace {
 using nlohmann::json;
 using TextFormat::Number;
 
-// One row of what is shown: a layer, or the dirt image.
-struct Part {
-    std::string name;
-    uint64_t coveredPixels = 0; // where its colour applies at all
-    double mean = 0;            // strength over all pixels, 0 to 1
-    std::string file;           // the picture that was written; empty without
-};
-
-Part DescribeLayer(int32_t layer, std::span<const uint8_t> bytes) {
+PatternLayer DescribeLayer(int32_t layer, std::span<const uint8_t> bytes) {
     uint64_t sum = 0;
     for (const uint8_t byte : bytes)
         sum += byte;
@@ -61,17 +53,17 @@ public:
             m_Files.emplace(options.texturesFolder);
     }
 
-    std::vector<Part> ReadLayers() {
-        std::vector<Part> parts;
+    std::vector<PatternLayer> ReadLayers() {
+        std::vector<PatternLayer> layers;
         for (int32_t layer = 0; layer < Pattern::LAYER_PATTERN_COUNT; ++layer) {
             const std::span<const uint8_t> bytes = m_Pattern.GetLayer(layer);
             if (bytes.empty())
                 continue;
-            Part& part = parts.emplace_back(DescribeLayer(layer, bytes));
+            PatternLayer& entry = layers.emplace_back(DescribeLayer(layer, bytes));
             if (m_Files)
-                part.file = Write(part.name, MakeGreyPicture(m_Pattern, bytes));
+                entry.file = Write(entry.name, MakeGreyPicture(m_Pattern, bytes));
         }
-        return parts;
+        return layers;
     }
 
     // Empty without pictures.
@@ -98,35 +90,48 @@ std::string FormatRect(const Pattern::Rect& rect) {
            TextFormat::Numbers(std::array<float, 2>{rect.x, rect.y});
 }
 
-std::string PatternToText(const Pattern& pattern, const std::vector<Part>& layers, const std::string& dirtFile) {
-    std::string out = "pattern " + TextFormat::Name(pattern.GetSchemeName()) + ", " +
-                      std::to_string(pattern.GetWidth()) + "x" + std::to_string(pattern.GetHeight()) + " pixels, " +
-                      TextFormat::Count(layers.size(), "layer", "layers") + '\n';
+json RectToJson(const Pattern::Rect& rect) {
+    return {{"x", rect.x}, {"y", rect.y}, {"width", rect.width}, {"height", rect.height}};
+}
+
+} // namespace
+
+PatternContent ReadPatternContent(Chunky& chunky, const std::string& file, const DumpOptions& options) {
+    PatternContent content;
+    PatternLoad::Read(chunky, content.pattern);
+    PartReader reader(content.pattern, file, options);
+    content.layers = reader.ReadLayers();
+    content.dirtFile = reader.WriteDirtImage();
+    return content;
+}
+
+void PrintPattern(std::string& out, const PatternContent& content) {
+    const Pattern& pattern = content.pattern;
+    out += "pattern " + TextFormat::Name(pattern.GetSchemeName()) + ", " + std::to_string(pattern.GetWidth()) + "x" +
+           std::to_string(pattern.GetHeight()) + " pixels, " +
+           TextFormat::Count(content.layers.size(), "layer", "layers") + '\n';
     if (const Image* const pImage = pattern.GetDirtImage())
         out += "dirt image: " + std::to_string(pImage->GetWidth()) + "x" + std::to_string(pImage->GetHeight()) +
-               " pixels" + (dirtFile.empty() ? "" : ", " + dirtFile) + '\n';
+               " pixels" + (content.dirtFile.empty() ? "" : ", " + content.dirtFile) + '\n';
     if (pattern.GetBadge().IsPresent())
         out += "badge: " + FormatRect(pattern.GetBadge()) + '\n';
     if (pattern.GetBanner().IsPresent())
         out += "banner: " + FormatRect(pattern.GetBanner()) + '\n';
     using enum TextTable::Align;
     TextTable table({{"layer", Left}, {"pixels covered", Right}, {"mean strength", Right}, {"picture", Left}});
-    for (const Part& layer : layers)
+    for (const PatternLayer& layer : content.layers)
         table.AddRow({layer.name, TextFormat::Count(layer.coveredPixels), Number(layer.mean), layer.file});
     table.PrintSection(out, "layers");
-    return out;
 }
 
-json RectToJson(const Pattern::Rect& rect) {
-    return {{"x", rect.x}, {"y", rect.y}, {"width", rect.width}, {"height", rect.height}};
-}
-
-json PatternToJson(const Pattern& pattern, const std::vector<Part>& layers, const std::string& dirtFile) {
-    json out = {{"scheme", pattern.GetSchemeName()},
+json ToJson(const PatternContent& content) {
+    const Pattern& pattern = content.pattern;
+    json out = {{"kind", "pattern"},
+                {"scheme", pattern.GetSchemeName()},
                 {"width", pattern.GetWidth()},
                 {"height", pattern.GetHeight()},
                 {"layers", json::array()}};
-    for (const Part& layer : layers) {
+    for (const PatternLayer& layer : content.layers) {
         json& entry = out["layers"].emplace_back(
             json{{"name", layer.name}, {"coveredPixels", layer.coveredPixels}, {"mean", layer.mean}});
         if (!layer.file.empty())
@@ -134,29 +139,12 @@ json PatternToJson(const Pattern& pattern, const std::vector<Part>& layers, cons
     }
     if (const Image* const pImage = pattern.GetDirtImage()) {
         out["dirtImage"] = {{"width", pImage->GetWidth()}, {"height", pImage->GetHeight()}};
-        if (!dirtFile.empty())
-            out["dirtImage"]["file"] = dirtFile;
+        if (!content.dirtFile.empty())
+            out["dirtImage"]["file"] = content.dirtFile;
     }
     if (pattern.GetBadge().IsPresent())
         out["badge"] = RectToJson(pattern.GetBadge());
     if (pattern.GetBanner().IsPresent())
         out["banner"] = RectToJson(pattern.GetBanner());
     return out;
-}
-
-} // namespace
-
-std::string DumpPattern(Chunky& chunky, const std::string& file, uint32_t size, const DumpOptions& options) {
-    Pattern pattern;
-    PatternLoad::Read(chunky, pattern);
-    PartReader reader(pattern, file, options);
-    const std::vector<Part> layers = reader.ReadLayers();
-    const std::string dirtFile = reader.WriteDirtImage();
-    if (!options.json)
-        return file + ": " + TextFormat::Count(size, "byte", "bytes") + ", " + PatternToText(pattern, layers, dirtFile);
-    json out = PatternToJson(pattern, layers, dirtFile);
-    out["file"] = file;
-    out["size"] = size;
-    // Names in files have no fixed character set.
-    return out.dump(1, '\t', false, json::error_handler_t::replace) + '\n';
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -17,16 +18,21 @@ public:
     TextureFiles& operator=(const TextureFiles&) = delete;
 
     // The name of the file in the folder. It comes from the texture's, and no two textures get the same. Throws
-    // std::runtime_error for one that can't be written.
+    // std::runtime_error for one that can't be written whole, of which nothing stays.
     std::string Write(const Texture& texture);
 
     // A file's name without extension, made of a name that may hold anything: it names no folder and hides nothing.
     static std::string MakeFileTitle(std::string_view name);
 
 private:
-    std::string MakeUnique(const std::string& title);
+    class Folder;
 
-    std::string m_Folder;
+    std::string MakeUnique(const std::string& title);
+    [[noreturn]] void Fail(const std::string& name, const std::string& file) const;
+
+    std::string m_Native;
+    std::string m_Root; // the same folder as a path of ours, with a final backslash
+    std::shared_ptr<Folder> m_pFolder;
     std::unordered_set<std::string> m_Taken;              // in lower case; only ever looked up
     std::unordered_map<std::string, uint32_t> m_LastUsed; // the number that a title took last
 };

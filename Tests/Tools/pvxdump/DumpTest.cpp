@@ -14,7 +14,11 @@
 #include "Tools/pvxdump/TextTable.h"
 
 using nlohmann::json;
+using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
 
 namespace {
 
@@ -151,9 +155,23 @@ TEST_F(Dump, WhatIsntDecodedIsSaid) {
     EXPECT_THAT(Print(bytes), HasSubstr("not decoded"));
 }
 
-TEST_F(Dump, ANoteAheadOfTheModelIsSteppedOver) {
-    EXPECT_EQ(PrintJson(ChunkBytes::FileHeader() + ChunkBytes::Data("FBIF", "note") + MakeModel("").substr(24))["name"],
-              "Walker");
+TEST_F(Dump, WhoBurnedTheFileIsTold) {
+    const std::string info = PayloadBytes().Text("art\\a\n.pvx").U32(7).Text("me").Text("May 1, 2001").Get();
+    const std::string head = ChunkBytes::FileHeader() + NamedData("FBIF", "FileBurnInfo", info, 1);
+    const std::string model = MakeModelFile();
+    const std::string text = Print(head + model.substr(24));
+    EXPECT_THAT(text,
+                HasSubstr(" triangles\nburned from \"art\\a\\x0A.pvx\" by me, May 1, 2001, burner version 7\n\n"));
+    EXPECT_THAT(Print(model), Not(HasSubstr("burned")));
+    EXPECT_FALSE(PrintJson(model).contains("burnInfo"));
+    // Ahead of whatever a burn writes.
+    for (const std::string& content :
+         {NamedFolder("QPVX", "Walker", "", 3), ChunkBytes::Folder("SHRF", "", 1), ChunkBytes::Folder("QEBP", "", 4)}) {
+        const json out = PrintJson(head + content);
+        EXPECT_EQ(out["burnInfo"],
+                  json({{"source", "art\\a\n.pvx"}, {"burnerVersion", 7}, {"user", "me"}, {"date", "May 1, 2001"}}));
+        EXPECT_GT(out.size(), 3u);
+    }
 }
 
 TEST_F(Dump, FaultsSayWhatIsWrong) {
@@ -170,6 +188,9 @@ TEST_F(Dump, FaultsSayWhatIsWrong) {
     EXPECT_EQ(getFault(ChunkBytes::FileHeader() + ChunkBytes::Folder("QEBP", "", 5)),
               "the motion file has version 5, this build decodes up to 4; --chunks shows its chunks");
     EXPECT_EQ(getFault(ChunkBytes::FileHeader()), "holds nothing that this build decodes; --chunks shows its chunks");
+    for (const std::string& note : {ChunkBytes::Data("FBIF", "note"), ChunkBytes::Data("FBIF", "", 2)})
+        EXPECT_THAT(getFault(ChunkBytes::FileHeader() + note + MakeModel("").substr(24)),
+                    AllOf(StartsWith("who burned it can't be read ("), EndsWith("); --chunks shows its chunks")));
     EXPECT_EQ(getFault("no chunks at all"), "Not a valid chunky file!");
     EXPECT_EQ(getFault(MakeModel("") + "rest"), "Not a valid chunk header!");
 }

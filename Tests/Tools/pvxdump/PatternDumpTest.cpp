@@ -40,6 +40,16 @@ TEST(DumpPattern, LayersAndPlacesAreTold) {
     EXPECT_EQ(out["layers"][0], json({{"name", "primary"}, {"coveredPixels", 2}, {"mean", 0.5}}));
     EXPECT_EQ(out["dirtImage"], json({{"width", 2}, {"height", 2}}));
     EXPECT_EQ(out["badge"]["y"], 7);
+    EXPECT_EQ(out["kind"], "pattern");
+    EXPECT_EQ(out["size"], MakePatternFile().size());
+}
+
+TEST(DumpPattern, WhoBurnedTheFileIsTold) {
+    const std::string info = ChunkBytes::Number(1) + "a" + ChunkBytes::Number(7) + ChunkBytes::Number(2) + "me" +
+                             ChunkBytes::Number(3) + "now";
+    const std::string bytes = ChunkBytes::FileHeader() + ChunkBytes::Data("FBIF", info) + MakePatternFile().substr(24);
+    EXPECT_THAT(Dump(bytes, false), HasSubstr(" layers\nburned from \"a\" by me, now, burner version 7\ndirt image"));
+    EXPECT_EQ(json::parse(Dump(bytes, true))["burnInfo"]["user"], "me");
 }
 
 TEST(DumpPattern, LayersBecomePictures) {

@@ -1,4 +1,5 @@
 #include <filesystem>
+#include <fstream>
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
@@ -30,11 +31,12 @@ protected:
     }
     ~DumpTextures() override { std::filesystem::remove_all(m_Folder); }
 
-    static ShaderRef MakeTextured(const char* pShader, const std::vector<std::pair<const char*, ImageType>>& textures) {
+    static ShaderRef MakeTextured(const char* pShader, const std::vector<std::pair<const char*, ImageType>>& textures,
+                                  uint32_t width = 8, uint32_t height = 4) {
         const ShaderRef shader = MakeShader(pShader);
         uint32_t channel = 0;
         for (const auto& [pName, type] : textures) {
-            std::unique_ptr<Texture> pTexture = Image2Texture(MakeRandomImage(type, 8, 4, 2));
+            std::unique_ptr<Texture> pTexture = Image2Texture(MakeRandomImage(type, width, height, 2));
             pTexture->SetName(pName);
             TextureRef texture;
             texture.Set(std::move(pTexture));
@@ -52,6 +54,9 @@ protected:
     }
     std::string Print(const std::string& bytes, bool asJson, const std::string& folder = {}) {
         return DumpFile(*MakeReadStream(bytes), "walker.pvx", {.json = asJson, .texturesFolder = folder});
+    }
+    void Put(const std::string& name, const std::string& content) const {
+        std::ofstream(m_Folder / name, std::ios::binary) << content;
     }
     // Below the test's folder, with their sizes.
     std::vector<std::string> List() const {
@@ -148,6 +153,40 @@ TEST_F(DumpTextures, ShaderFilesOfBothLevels) {
     EXPECT_THAT(List(), ElementsAre("art_Wood.tga " + std::to_string(18 + 8 * 4 * 4)));
 }
 
+TEST_F(DumpTextures, NoPartOfAPictureStays) {
+    Put("walker.pvx",
+        MakeModelFile(MakeTextured("Clay", {{"Small", IMAGETYPE_DXT1}, {"Wood", IMAGETYPE_RGBA32}}, 64, 64)));
+    const std::vector<std::string> words = {"--textures", m_Folder.string(), (m_Folder / "walker.pvx").string()};
+    const std::string model = List().front();
+    const auto expectFault = [&] {
+        const ProgramResult result = RunProgram("pvxdump", words, {}, {}, 4096);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_EQ(result.out, "");
+        EXPECT_EQ(result.err, words[2] + ": its texture 'Wood' can't be written to '" + m_Folder.string() +
+                                  "/Wood.tga': File too large; make room there, or give --textures another folder\n");
+    };
+    expectFault();
+    EXPECT_THAT(List(), ElementsAre("Small.dds 2688", model));
+    Put("Wood.tga", "old");
+    expectFault();
+    EXPECT_THAT(List(), ElementsAre("Small.dds 2688", "Wood.tga 3", model));
+    EXPECT_EQ(RunProgram("pvxdump", words).status, 0);
+    EXPECT_THAT(List(), ElementsAre("Small.dds 2688", "Wood.tga 16402", model));
+}
+
+TEST_F(DumpTextures, WhatStandsInThePicturesPlaceIsTold) {
+    std::filesystem::create_directory(m_Folder / "a_b.tga");
+    std::string fault;
+    try {
+        Print(MakeModelFile(MakeTextured("Clay", {{"a\nb", IMAGETYPE_RGBA32}})), false, m_Folder.string());
+    } catch (const std::runtime_error& error) {
+        fault = error.what();
+    }
+    EXPECT_EQ(fault, "its texture 'a\\x0Ab' can't be written to '" + m_Folder.string() +
+                         "/a_b.tga': Is a directory; make room there, or give --textures another folder");
+    EXPECT_THAT(List(), IsEmpty());
+}
+
 class DumpTexturesProgram : public TestFolder {};
 
 TEST_F(DumpTexturesProgram, FaultsAreOneLine) {
@@ -155,7 +194,9 @@ TEST_F(DumpTexturesProgram, FaultsAreOneLine) {
     EXPECT_EQ(RunProgram("pvxdump", {"--textures", At("out"), file}).status, 0);
     EXPECT_TRUE(std::filesystem::is_directory(m_Folder / "out"));
     const std::pair<std::vector<std::string>, std::string> faults[] = {
-        {{"--textures", file, file}, "no pictures can be written to the folder '" + file + "'"},
+        {{"--textures", file, file},
+         "no pictures can be written to the folder '" + file + "': File exists; give --textures another folder"},
+        {{"--textures", At(std::string(260, 'n')), file}, "': its path is too long; give --textures another folder"},
         {{"--textures", At("out"), "--chunks", file}, "--chunks excludes --textures"},
     };
     for (const auto& [words, text] : faults) {

@@ -60,7 +60,7 @@ int Run(const std::string& file, const DumpOptions& options, bool loads) {
 int main(int argc, char** argv) {
     dbInstallCrashFilter();
     CLI::App app("Prints what a file of the pipeline holds: models and their motion files at every level, shaders, "
-                 "textures, patterns.",
+                 "textures, patterns, saved scripts.",
                  "pvxdump");
     std::string file;
     DumpOptions options;
