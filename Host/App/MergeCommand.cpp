@@ -158,6 +158,9 @@ MergeNotes::~MergeNotes() {
 void MergeNotes::PrintSummary(const MergeArguments& arguments, const Messages& messages) const {
     messages.Print(MessageKind::Note, arguments.merged + ": " + Describe(arguments));
     PrintWarnings(messages);
+    // A merge goes on without a shared texture that can't be saved.
+    if (!s_Notes.lastFault.empty())
+        messages.Print(MessageKind::Warning, s_Notes.lastFault);
 }
 
 void MergeNotes::PrintFailure(const MergeArguments& arguments, bool silent, const Messages& messages) const {

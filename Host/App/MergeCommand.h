@@ -20,7 +20,7 @@ public:
     MergeNotes& operator=(const MergeNotes&) = delete;
 
     // The merged file and its size, and what went wrong by the way: in what the animations' bones differ from the
-    // model's, which shared textures and patterns weren't burned, which layers weren't read.
+    // model's, which shared textures and patterns weren't saved or burned, which layers weren't read.
     void PrintSummary(const MergeArguments& arguments, const Messages& messages) const;
     // The same for a merge that failed, with what the log gave as the reason. `silent` when the merge has said nothing
     // itself.

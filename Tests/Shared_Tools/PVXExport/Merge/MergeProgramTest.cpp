@@ -102,14 +102,19 @@ TEST_F(MergeProgram, AFailureTellsItsReason) {
 }
 
 // The merge counts a burner's answer as success, whatever it says.
-TEST_F(MergeProgram, WhatTheBurnerSaysOfASharedTextureIsTold) {
+TEST_F(MergeProgram, ASharedTextureThatIsNotSavedOrBurnedIsTold) {
     WriteIni(OSFile::FromNative(PVX_PROGRAM_FOLDER));
     WriteModel({"art\\hull_texture_share"});
-    const ProgramResult result = Merge({});
+    const std::string file = At("gen/art/hull_texture_share.qsh");
+    ProgramResult result = Merge({});
     EXPECT_EQ(result.status, 0) << result.err;
     EXPECT_THAT(Lines(result.err),
-                testing::Contains(testing::AllOf(HasSubstr(At("gen/art/hull_texture_share.qsh") + ": Error: "),
+                testing::Contains(testing::AllOf(HasSubstr(file + ": Error: "),
                                                  HasSubstr("has no burn configuration that can be used"))));
+    std::filesystem::create_directory(file + ".part");
+    result = Merge({});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(Lines(result.err).back(), file + ": Unable to open file!");
 }
 
 TEST_F(MergeProgram, ABareTextIsCaughtAndPrinted) {
