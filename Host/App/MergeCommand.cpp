@@ -19,6 +19,7 @@ namespace {
 // file's name comes next.
 constexpr std::array<std::string_view, 4> s_FileMarks = {"MERGE -- '", "BURNER -- '", "TEXTURES -- '",
                                                          "TEAM COLOUR -- '"};
+constexpr std::string_view s_SystemMark = "FILESYSTEM -- "; // in front of the system's reason for a fault
 constexpr std::string_view s_LayerMark = "Team Pattern Export -- ";
 constexpr std::string_view s_FaultMark = "RENDER ANIM -- "; // a file that couldn't be read or written
 constexpr std::string_view s_StepMark = "MERGE -- ";        // what is being done
@@ -28,6 +29,7 @@ constexpr std::string_view s_ToolAlias = "TOOL:";
 struct Notes {
     std::vector<std::string> warnings;
     std::string lastFault;
+    std::string systemReason;
     std::string lastWarning;
 };
 Notes s_Notes;
@@ -77,6 +79,8 @@ void KeepWarning(dbMessage message) {
             s_Notes.warnings.push_back(DescribeFile(line.substr(mark->size()), "': "));
         else if (isMark(s_LayerMark))
             s_Notes.warnings.emplace_back(line.substr(s_LayerMark.size()));
+        else if (const size_t fileEnd = line.find("': "); isMark(s_SystemMark) && fileEnd != line.npos)
+            s_Notes.systemReason = line.substr(fileEnd + 3);
         else
             s_Notes.lastWarning = line;
     }
@@ -125,6 +129,12 @@ std::string Describe(const MergeArguments& arguments) {
            std::to_string(count) + (count == 1 ? " animation file" : " animation files");
 }
 
+std::string GetReason() {
+    if (s_Notes.lastFault.empty())
+        return s_Notes.lastWarning;
+    return s_Notes.lastFault + (s_Notes.systemReason.empty() ? "" : " (" + s_Notes.systemReason + ')');
+}
+
 void PrintWarnings(const Messages& messages) {
     for (const std::string& line : s_Notes.warnings)
         messages.Print(MessageKind::Warning, line);
@@ -160,12 +170,12 @@ void MergeNotes::PrintSummary(const MergeArguments& arguments, const Messages& m
     PrintWarnings(messages);
     // A merge goes on without a shared texture that can't be saved.
     if (!s_Notes.lastFault.empty())
-        messages.Print(MessageKind::Warning, s_Notes.lastFault);
+        messages.Print(MessageKind::Warning, GetReason());
 }
 
 void MergeNotes::PrintFailure(const MergeArguments& arguments, bool silent, const Messages& messages) const {
     PrintWarnings(messages);
-    const std::string& reason = s_Notes.lastFault.empty() ? s_Notes.lastWarning : s_Notes.lastFault;
+    const std::string reason = GetReason();
     if (silent)
         messages.Print(MessageKind::Error,
                        arguments.merged + ": the merge failed" + (reason.empty() ? "" : ": " + reason));

@@ -92,9 +92,10 @@ private:
 
 std::unique_ptr<FileReplacement> ReplaceFile(const char* pName, bool share) {
     auto pReplacement = std::make_unique<DiskFileReplacement>(pName, share);
-    if (!pReplacement->IsOpen())
-        return nullptr;
-    return pReplacement;
+    if (pReplacement->IsOpen())
+        return pReplacement;
+    dbWarningf("FILESYSTEM -- failed to write '%s': %s", pName, OSFile::LastErrorText().c_str());
+    return nullptr;
 }
 
 std::string GetUnfinishedName(std::string_view name) { return std::string(name) + ".part"; }

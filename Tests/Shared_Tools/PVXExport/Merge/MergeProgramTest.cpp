@@ -114,7 +114,7 @@ TEST_F(MergeProgram, ASharedTextureThatIsNotSavedOrBurnedIsTold) {
     std::filesystem::create_directory(file + ".part");
     result = Merge({});
     EXPECT_EQ(result.status, 0) << result.err;
-    EXPECT_EQ(Lines(result.err).back(), file + ": Unable to open file!");
+    EXPECT_EQ(Lines(result.err).back(), file + ": Unable to open file! (Is a directory)");
 }
 
 TEST_F(MergeProgram, ABareTextIsCaughtAndPrinted) {
