@@ -1,10 +1,13 @@
 #include "Shared_Tools/BurnerImp/BurnOutput.h"
 
+#include "Shared/Cross/FileSystem/RamStream.h"
 #include "Shared_Tools/BurnerImp/BurnPlugin.h"
 #include "Tests/Shared/Cross/Debug/ReportCapture.h"
 #include "Tests/Shared/PC/FileSystem/TempFolder.h"
 
+#include <filesystem>
 #include <limits>
+#include <stdexcept>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,6 +25,29 @@ TEST(BurnOutputTest, TimesDecideWhatIsUpToDate) {
     EXPECT_TRUE(AreOutputsNewer(source, {"DATA:a.txt"}, time - 1));
     EXPECT_FALSE(AreOutputsNewer(source, {"DATA:a.txt"}, time)); // the input may have been written after it
     EXPECT_FALSE(AreOutputsNewer(source, {"DATA:a.txt", "DATA:missing"}, time - 1));
+}
+
+TEST(BurnOutputTest, AFileThatGetsShorterIsntCopied) {
+    const TempFolder folder;
+    folder.Write("a.txt", std::string(3u << 20, 'a')); // in several pieces
+    struct : RamStream {
+        uint32_t Write(const void* pSource, uint32_t size) override {
+            std::filesystem::resize_file(file, 1);
+            return RamStream::Write(pSource, size);
+        }
+        std::string file;
+    } output;
+    output.Create(64, ByteStream::Mode_Write);
+    output.file = folder.Native("a.txt");
+    BurnSource source;
+    source.file = folder.Path("a.txt");
+    ByteStream* const outputs[] = {&output};
+    try {
+        GetCopyPlugin().Burn(source, {}, outputs);
+        ADD_FAILURE();
+    } catch (const std::runtime_error& error) {
+        EXPECT_STREQ(error.what(), "can't be copied: it got shorter while it was read; burn it again once it is whole");
+    }
 }
 
 } // namespace
