@@ -61,8 +61,6 @@ void BurnReport::Append(BurnerMessageList&& messages) {
     for (BurnerMessage& message : messages) {
         CutText(message.text);
         m_Bytes += message.text.size();
-        m_WarningCount += message.kind == BurnerMessage::Kind_Warning ? 1 : 0;
-        m_ErrorCount += message.kind == BurnerMessage::Kind_Error ? 1 : 0;
         m_Messages.push_back(std::move(message));
     }
 }

@@ -30,16 +30,11 @@ public:
     // What is left to send.
     BurnerMessageList Take();
 
-    size_t GetWarningCount() const { return m_WarningCount; }
-    size_t GetErrorCount() const { return m_ErrorCount; }
-
 private:
     NamedPipe& m_Pipe;
     BurnerMessageList m_Messages;
     size_t m_Bytes = 0;
     bool m_Cut = false;
-    size_t m_WarningCount = 0;
-    size_t m_ErrorCount = 0;
 };
 
 // As long as one lives, the warnings of the system's own code go to the report, as those of the named source.

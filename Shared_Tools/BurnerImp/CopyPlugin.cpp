@@ -24,12 +24,16 @@ public:
         if (!file)
             throw std::runtime_error("can't be read: " + OSFile::LastErrorText());
         std::vector<uint8_t> piece(s_PieceSize);
-        bool whole = true;
-        for (uint32_t size; whole && (size = OSFile::Read(file, piece.data(), s_PieceSize)) > 0;)
-            whole = outputs[0]->Write(piece.data(), size) == size;
-        whole &= OSFile::GetPos(file) == OSFile::GetSize(file);
+        bool taken = true;
+        for (uint32_t size; taken && (size = OSFile::Read(file, piece.data(), s_PieceSize)) > 0;)
+            taken = outputs[0]->Write(piece.data(), size) == size;
+        const uint64_t copied = OSFile::GetPos(file);
+        const uint64_t whole = OSFile::GetSize(file);
         OSFile::Close(file);
-        if (!whole)
+        if (taken && copied > whole) // no operation failed that could give the reason
+            throw std::runtime_error(
+                "can't be copied: it got shorter while it was read; burn it again once it is whole");
+        if (!taken || copied != whole)
             throw std::runtime_error("can't be copied: " + OSFile::LastErrorText());
     }
 };

@@ -118,6 +118,18 @@ TEST_F(BurnProgram, OneBadFileDoesntStopTheOthers) {
     EXPECT_FALSE(m_Folder.Has("fin/art/b.obm.part"));
 }
 
+TEST_F(BurnProgram, AFileFailsWithAnyOfItsTargets) {
+    m_Folder.Write("gen/art/a.txt", "a");
+    m_Folder.Write("gen/_default.burn", MakeScript(R"({ name = "g", wildcard = "a.*", targets = {
+        { target = "bad", plugin = "model", destination = "DATA:" },
+        { target = "copy", plugin = "copy", destination = "DATA:" } } },)"));
+    EXPECT_EQ(Burn("gen/art", "a.txt"), 0);
+    EXPECT_THAT(m_Texts, ElementsAre("Error: art\\a.txt --target 'bad': plug-in 'model' takes .pvx files",
+                                     "art\\a.txt --[1/1] copy: wrote DATA:art\\a.txt",
+                                     "BurnerImp --1 file: 0 burned, 0 up to date, 1 failed"));
+    EXPECT_EQ(m_Folder.Read("fin/art/a.txt"), "a");
+}
+
 TEST_F(BurnProgram, ConfigurationsThatCantBeUsed) {
     m_Folder.Write("gen/art/a.txt", "a");
     const auto burn = [&](const std::string& plugin, const std::string& destination, const std::string& params = "") {
@@ -153,6 +165,7 @@ TEST_F(BurnProgram, JobsByFolder) {
     m_Folder.Write("gen/art/B/2.txt", "2");
     m_Folder.Write("gen/art/1.TXT", "1");
     m_Folder.Write("gen/art/a/3.txt", "3");
+    m_Folder.Write("gen/art/a/3.txt.burn", MakeParams("texts", "copy", "")); // is no file to burn
     EXPECT_EQ(Burn("gen/art", "[0-9]\\.txt$", {.sayOnly = true}), 1);
     EXPECT_THAT(m_Texts, ElementsAre(HasSubstr("art\\1.TXT --[1/1] copy: would write DATA:texts\\art\\1.TXT"),
                                      HasSubstr("1 file: ")));
@@ -265,10 +278,24 @@ TEST_F(BurnProgram, TexturesAsTheParametersSay) {
     EXPECT_THAT(m_Texts, Contains(HasSubstr("Warning: art\\s.qsh --Unable to compress RGB/RGBA texture to DXTC")));
 }
 
+TEST_F(BurnProgram, LevelsThatCameWithATextureStay) {
+    WriteShader("art/s", 16, 2);
+    m_Folder.Write("gen/art/s.qsh.burn", MakeParams("shaders", "shader", "{ \"mipMaps\", \"true\" }"));
+    ASSERT_EQ(Burn("gen/art", "s\\.qsh"), 1);
+    const std::unique_ptr<Shader> pShader = ra::ReadSharedShaderFinal(*MakeReadStream(m_Folder.Read("fin/art/s.qsh")));
+    const Texture& texture = *pShader->GetChannelTexture(0).GetData();
+    ASSERT_EQ(texture.GetLevelCount(), 2u);
+    const std::unique_ptr<Image> pImage = MakeRandomImage(IMAGETYPE_RGB888, 16, 16, 2);
+    for (uint32_t i = 0; i < 2; ++i) {
+        const Texture::Level level = texture.GetLevel(i);
+        EXPECT_TRUE(std::ranges::equal(level.pImage->GetData(level.level), pImage->GetData(i))) << i;
+    }
+}
+
 TEST_F(BurnProgram, OutputsAreOpenedUnderRevisionControl) {
     P4Server server;
     server.Write("pipeline.ini", BurnerFolder::GetIni(P4Server::s_Port));
-    for (const char* pName : {"gen/a.txt", "gen/b.txt", "gen/c.txt"})
+    for (const char* pName : {"gen/a.txt", "gen/b.txt", "gen/c.txt", "gen/d.txt"})
         server.Write(pName, pName);
     server.Write("gen/_default.burn", MakeScript(s_Groups));
     server.Write("tools/x", "");
@@ -276,6 +303,10 @@ TEST_F(BurnProgram, OutputsAreOpenedUnderRevisionControl) {
     server.Submit("fin/texts/b.txt", "old b", true, "text+l");
     server.OpenByOther("fin/texts/b.txt", true);
     const int change = server.MakeChange("burns");
+    const int otherChange = server.MakeChange("by hand");
+    server.Submit("fin/texts/d.txt", "old d");
+    server.Open("fin/texts/d.txt", otherChange);
+    OSFile::SetWritable(server.Path("fin/texts/d.txt").c_str(), true);
     Pipeline::Shutdown();
     ASSERT_EQ(Pipeline::Initialize(server.Path("gen/x").c_str()), Pipeline::Result_Ok);
     BurnerMessageList messages;
@@ -283,13 +314,16 @@ TEST_F(BurnProgram, OutputsAreOpenedUnderRevisionControl) {
     EXPECT_TRUE(m_pBurner->BurnDirect(change, server.Path("gen").c_str(), ".*\\.txt", true, false, false, true, result,
                                       messages));
     EXPECT_EQ(result, 0);
-    ASSERT_EQ(messages.size(), 4u);
+    ASSERT_EQ(messages.size(), 6u);
     EXPECT_THAT(messages[1].text, HasSubstr("Error: b.txt --target 'copy': DATA:texts\\b.txt can't be opened"));
+    EXPECT_EQ(messages[3].text, "Warning: d.txt --DATA:texts\\d.txt stays opened in another changelist");
     EXPECT_EQ(server.GetOpened("fin/texts/a.txt"), "edit " + std::to_string(change));
     EXPECT_EQ(server.GetOpened("fin/texts/c.txt"), "add " + std::to_string(change));
     EXPECT_EQ(server.Read("fin/texts/a.txt"), "gen/a.txt");
     EXPECT_EQ(server.Read("fin/texts/b.txt"), "old b");
     EXPECT_EQ(server.Read("fin/texts/c.txt"), "gen/c.txt");
+    EXPECT_EQ(server.GetOpened("fin/texts/d.txt"), "edit " + std::to_string(otherChange));
+    EXPECT_EQ(server.Read("fin/texts/d.txt"), "gen/d.txt");
 }
 
 // Hosts that are killed in the middle of a job.

@@ -54,10 +54,10 @@ protected:
         }
         Forget(std::move(pModel));
     }
-    void WriteShader(const std::string& name, uint32_t side = 16) {
+    void WriteShader(const std::string& name, uint32_t side = 16, uint32_t levelCount = 1) {
         {
             const ShaderRef shader = MakeShader("art/shared");
-            shader->SetChannelTexture(0, AddTexture("art/shared", side));
+            shader->SetChannelTexture(0, AddTexture("art/shared", side, levelCount));
             const auto pStream = MakeWriteStream();
             ra::WriteSharedShader(*pStream, *shader.GetData());
             m_Folder.Write("gen/" + name + ".qsh", BytesOf(*pStream));
@@ -72,8 +72,8 @@ protected:
         PatternLoad::Write(*pStream, pattern);
         m_Folder.Write("gen/" + name + ".otp", BytesOf(*pStream));
     }
-    static TextureRef AddTexture(const char* pName, uint32_t side) {
-        std::unique_ptr<Texture> pTexture = Image2Texture(MakeRandomImage(IMAGETYPE_RGB888, side, side));
+    static TextureRef AddTexture(const char* pName, uint32_t side, uint32_t levelCount = 1) {
+        std::unique_ptr<Texture> pTexture = Image2Texture(MakeRandomImage(IMAGETYPE_RGB888, side, side, levelCount));
         pTexture->SetName(pName);
         TextureRef texture;
         texture.Set(std::move(pTexture));

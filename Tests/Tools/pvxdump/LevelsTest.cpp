@@ -1,6 +1,4 @@
 // The files of the levels behind the exporter's, and those that lie beside models.
-#include <random>
-
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
@@ -10,6 +8,7 @@
 #include "Shared/Cross/RenderAnim/Generic/GenericFile.h"
 #include "Shared/Cross/RenderAnim/Generic/MotionFile.h"
 #include "Tests/Shared/Cross/RenderAnim/Final/FinalModel.h"
+#include "Tests/Tools/pvxdump/Damage.h"
 #include "Tools/pvxdump/Dump.h"
 
 using nlohmann::json;
@@ -126,19 +125,9 @@ TEST_F(DumpLevels, SmallFilesAreToldByTheirTops) {
 
 TEST_F(DumpLevels, AnyDamageEndsInTextOrAnException) {
     const std::unique_ptr<RenderModel> pModel = MakeMoved();
-    std::mt19937 random(43);
     for (const std::string& bytes :
          {Write(*pModel), WriteGeneric(*pModel), WriteMotion(*pModel), WriteGenericMotion(*pModel)})
-        for (int i = 0; i < 1000; ++i) {
-            std::string damaged = bytes.substr(0, i % 2 == 0 ? bytes.size() : random() % bytes.size());
-            for (uint32_t faults = random() % 4; faults > 0 && !damaged.empty(); --faults)
-                damaged[random() % damaged.size()] = static_cast<char>(random());
-            for (const DumpOptions& options : {DumpOptions(), {.json = true, .vertices = true, .keys = true}})
-                try {
-                    Print(damaged, options);
-                } catch (const std::runtime_error&) {
-                }
-        }
+        ExpectTextOrException(bytes, 43, 1000, {DumpOptions(), {.json = true, .vertices = true, .keys = true}}, Print);
 }
 
 } // namespace

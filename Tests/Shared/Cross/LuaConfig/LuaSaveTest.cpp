@@ -69,6 +69,12 @@ TEST_F(LuaSave, StringsAreCutAndLongBracketsInThemAreAMistake) {
     m_Config.SetString("x", "a\\]]b");
     EXPECT_THROW(LuaConfigSave::SaveToStream(m_Config, true, true, stream), std::runtime_error);
     EXPECT_TRUE(m_Reports.HasWarning("strstr( textbuffer, \"]]\" ) == NULL"));
+    // Where an assertion only reports, nothing is saved all the same.
+    for (const char* pText : {"a\\[[b", "a\\]]b"}) {
+        const dbNoThrowScope scope;
+        m_Config.SetString("x", pText);
+        EXPECT_FALSE(LuaConfigSave::SaveToStream(m_Config, true, true, stream)) << pText;
+    }
     EXPECT_EQ(stream.GetLength(), 0u);
     m_Config.SetString("x", "a[[b]]"); // in double quotes
     EXPECT_EQ(Save(m_Config), "x = \"a[[b]]\"\n");
