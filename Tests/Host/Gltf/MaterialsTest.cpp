@@ -1,5 +1,6 @@
 #include "Tests/Host/Gltf/GltfFixture.h"
 
+#include "Host/Scene/Materials.h"
 #include "Host/Sdk/ClassIds.h"
 #include "Host/Sdk/Material.h"
 
@@ -97,6 +98,23 @@ TEST_F(GltfMaterials, TextureTransformsKeepTheirPlaceOnThePicture) {
     const Point3 host = TransformPoint({u, 1 - v, 0}, m);
     EXPECT_NEAR(host.x, wantedU, 1e-5f);
     EXPECT_NEAR(host.y, 1 - wantedV, 1e-5f);
+}
+
+TEST_F(GltfMaterials, APlaceInTheHostExtrasReplacesTheTextureTransform) {
+    const auto material = [](const char* pPlace) {
+        return R"({"pbrMetallicRoughness":{"baseColorTexture":{"index":0,"extensions":{"KHR_texture_transform":
+                   {"offset":[0.1,0.2],"rotation":0.5,"scale":[2,3]}}}},"extras":{"host":{"maps":{"diffuse":{)" +
+               std::string(pPlace) + "}}}}}";
+    };
+    LoadMaterials(material(R"("offset":[0.5,0.25])") + "," + material(R"("scale":[4,5])"), 2);
+    const scene::UVSettings places[] = {{.uOffset = 0.5f, .vOffset = 0.25f}, {.uScale = 4.0f, .vScale = 5.0f}};
+    for (int i = 0; i < 2; ++i) {
+        Matrix3 made;
+        Map(GetStandard(i), ID_DI).GetUVGen()->GetUVTransform(made);
+        Matrix3 expected;
+        scene::UVPlacement(places[i]).GetUVTransform(expected);
+        EXPECT_EQ(made, expected) << i;
+    }
 }
 
 TEST_F(GltfMaterials, HostExtrasSayWhatGltfCant) {

@@ -75,6 +75,11 @@ TEST_F(GltfMeshes, AFewVerticesOfManyCostNoTableOfAll) {
     ASSERT_EQ(pMesh->numVerts, 3);
     EXPECT_EQ(Corners(pMesh->faces[0]), (Triple{2, 0, 1}));
     EXPECT_EQ(pMesh->verts[2].x, 12000.0f);
+    const auto pSecond =
+        LoadMesh(Primitive("\"POSITION\":0", 1) + "," + Primitive("\"POSITION\":0", AddIndices({5, 2, 9})));
+    const float expected[] = {15.0f, 6.0f, 27.0f};
+    for (size_t i = 0; i < 3; ++i)
+        EXPECT_EQ(pSecond->verts[pSecond->faces[1].v[i]].x, expected[i]) << "behind those of the first primitive";
 }
 
 TEST_F(GltfMeshes, StripsAndFansBecomeTriangles) {
@@ -117,6 +122,14 @@ TEST_F(GltfMeshes, SharpAndSmoothEdgesFollowTheNormals) {
         LoadMesh(Primitive("\"POSITION\":0,\"NORMAL\":" + std::to_string(same)) + "," + Primitive("\"POSITION\":0"));
     EXPECT_NE(mixed->faces[0].smGroup & mixed->faces[1].smGroup, 0u);
     EXPECT_EQ(mixed->faces[2].smGroup | mixed->faces[3].smGroup, 0u);
+    // The same where the two never meet.
+    AddFloats({0, 0, 0, 1, 0, 0, 0, 1, 0, 1, 1, 0}, "VEC3");
+    AddFloats({5, 0, 0, 6, 0, 0, 5, 1, 0, 6, 1, 0}, "VEC3");
+    AddFloats({0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1}, "VEC3");
+    AddIndices({0, 1, 2, 2, 1, 3});
+    const auto apart = LoadMesh(Primitive("\"POSITION\":3,\"NORMAL\":5", 6) + "," + Primitive("\"POSITION\":4", 6));
+    EXPECT_NE(apart->faces[0].smGroup & apart->faces[1].smGroup, 0u);
+    EXPECT_EQ(apart->faces[2].smGroup | apart->faces[3].smGroup, 0u);
 }
 
 TEST_F(GltfMeshes, PrimitivesBecomeOneMeshWithMaterialIds) {
@@ -149,12 +162,16 @@ TEST_F(GltfMeshes, TextureVerticesAreThoseOfTheBaseColourTexturesSet) {
     AddFloats({0, 0, 0, 1, 0, 0, 0, 1, 0}, "VEC3");
     AddFloats({0, 0, 0, 0, 0, 0}, "VEC2");
     AddFloats({0.25f, 0, 0.25f, 0, 0.25f, 0}, "VEC2");
-    Load({.nodes = R"({"name":"N","mesh":0})",
-          .meshes = MeshOf(Primitive("\"POSITION\":0,\"TEXCOORD_0\":1,\"TEXCOORD_1\":2", -1, ",\"material\":0")),
+    const std::string attributes = "\"POSITION\":0,\"TEXCOORD_0\":1,\"TEXCOORD_1\":2";
+    Load({.nodes = R"({"name":"N","mesh":0},{"name":"Glows","mesh":1})",
+          .meshes = MeshOf(Primitive(attributes, -1, ",\"material\":0")) + "," +
+                    MeshOf(Primitive(attributes, -1, ",\"material\":1")),
           .materials = R"({"name":"M","pbrMetallicRoughness":{"baseColorTexture":{"index":0,"texCoord":1}},
-                           "emissiveTexture":{"index":0}})",
+                           "emissiveTexture":{"index":0}},
+                          {"name":"E","emissiveTexture":{"index":0,"texCoord":1}})",
           .more = R"("textures":[{"source":0}],"images":[{"uri":"a.tga"}])"});
     EXPECT_EQ(MeshAt(Find("N"))->tVerts[0].x, 0.25f);
+    EXPECT_EQ(MeshAt(Find("Glows"))->tVerts[0].x, 0.25f) << "without one, of the emissive texture's";
     EXPECT_THAT(m_Warnings,
                 ElementsAre(HasSubstr("material \"M\": the emissive texture lies on texture coordinates 0")));
 }
@@ -198,6 +215,18 @@ TEST_F(GltfMeshes, MorphTargetsTakeTheirDefaultWeights) {
     Load({.nodes = R"({"name":"A","mesh":0},{"name":"B","mesh":0,"weights":[0.25]})", .meshes = mesh});
     EXPECT_EQ(MeshAt(Find("A"))->verts[0], Point3(0, -2, 0));
     EXPECT_EQ(MeshAt(Find("B"))->verts[0], Point3(0, -1, 0));
+}
+
+TEST_F(GltfMeshes, MorphTargetsMakeEdgesHard) {
+    AddFloats({0, 0, 0, 1, 0, 0, 0, 1, 0, /**/ 0, 1, 0, 1, 0, 0, 1, 1, 0}, "VEC3");
+    AddFloats({0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1}, "VEC3");
+    AddFloats({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, -1, 0, 1, -1, 0, 1, -1}, "VEC3");
+    Load({.nodes = R"({"name":"A","mesh":0,"weights":[0]},{"name":"B","mesh":0,"weights":[1]})",
+          .meshes = MeshOf(Primitive("\"POSITION\":0,\"NORMAL\":1", -1, R"(,"targets":[{"NORMAL":2}])"))});
+    const auto smooth = MeshAt(Find("A"));
+    EXPECT_NE(smooth->faces[0].smGroup & smooth->faces[1].smGroup, 0u);
+    const auto sharp = MeshAt(Find("B"));
+    EXPECT_EQ(sharp->faces[0].smGroup | sharp->faces[1].smGroup, 0u);
 }
 
 TEST_F(GltfMeshes, AMeshThatIsTooLargeBecomesSeveralNodes) {

@@ -166,6 +166,21 @@ TEST(SmoothingGroups, ACreaseFadesOut) {
     EXPECT_EQ(surface.CountFaults().apart, 1) << "the two faces along the last hard edge, at its smooth end";
 }
 
+// An edge that is smooth at 0, where it has only its own two faces, and hard at 1, where each has a neighbour. The
+// neighbours are smooth with their face but stay out of the group that the two have to share.
+TEST(SmoothingGroups, AGroupThatTwoHardPartsShareGoesNoFurther) {
+    const glm::vec3 left = glm::normalize(glm::vec3(0, -1, 1));
+    const glm::vec3 right = glm::normalize(glm::vec3(0, 1, 1));
+    Surface surface;
+    surface.AddFace({0, {0, 0, 1}}, {1, left}, {2, left});
+    surface.AddFace({0, {0, 0, 1}}, {3, right}, {1, right});
+    surface.AddFlatFace(1, 4, 2, left);
+    surface.AddFlatFace(1, 3, 5, right);
+    surface.Solve();
+    EXPECT_EQ(surface.CountFaults().apart, 0);
+    EXPECT_EQ(surface.CountFaults().shared, 1) << "the two faces of the edge, at its hard end";
+}
+
 TEST(SmoothingGroups, AFaceThatIsSmoothWithNobodyIsFlat) {
     Surface fan;
     for (uint32_t i = 0; i < 40; ++i)

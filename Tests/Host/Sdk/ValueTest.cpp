@@ -54,6 +54,8 @@ TEST(ScriptValue, EqualityKeepsTypesApart) {
     EXPECT_FALSE(Value(1) == Value(1.0f));
     EXPECT_FALSE(Value(Value::Array{Value(1)}) == Value(Value::Array{Value(true)}));
     EXPECT_EQ(Value(), Value());
+    for (const Value& other : {Value(false), Value(0), Value(0.0f), Value(""), Value(Value::Array{})})
+        EXPECT_FALSE(Value() == other || other == Value()) << other.Print();
 }
 
 TEST(ScriptErrors, NameTheCommand) {

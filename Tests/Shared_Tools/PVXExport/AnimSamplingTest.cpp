@@ -134,6 +134,7 @@ TEST_F(AnimSamplingTest, MaterialsGetTheTracksThatChange) {
 TEST_F(AnimSamplingTest, MapsFadeAndMove) {
     scene::UVSettings uv;
     uv.uOffset = Ramp(0.0f, 1.0f);
+    uv.vOffset = Ramp(0.0f, 1.0f);
     uv.vScale = Ramp(2.0f, 6.0f);
     auto& bitmap = m_Scene.Make<scene::Bitmap>("Map", "Z:\\nowhere\\map.tga", uv);
     scene::StandardSettings settings;
@@ -148,8 +149,9 @@ TEST_F(AnimSamplingTest, MapsFadeAndMove) {
         EXPECT_EQ(last(CN_Diffuse, ControlProperty_Amount), 1.0f);
         EXPECT_EQ(last(CN_Opacity, ControlProperty_Amount), 0.0f);
         EXPECT_EQ(last(CN_Diffuse, ControlProperty_OffsetU), -1.0f);
+        EXPECT_EQ(last(CN_Diffuse, ControlProperty_OffsetV), -1.0f);
         EXPECT_EQ(last(CN_Diffuse, ControlProperty_ScaleV), 2.0f) << "against the scale at the start";
-        EXPECT_TRUE(std::isnan(last(CN_Diffuse, ControlProperty_OffsetV))) << "what stands still has no stream";
+        EXPECT_TRUE(std::isnan(last(CN_Diffuse, ControlProperty_ScaleU))) << "what stands still has no stream";
     });
     WithShader(
         [](const Shader& shader) {

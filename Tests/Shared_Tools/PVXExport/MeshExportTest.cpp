@@ -68,12 +68,14 @@ TEST_F(MeshExport, WhatANodeSaysAndWhatItsMeshLacks) {
     node.GetUserProperties().Add("MeshMinDetail", "medium");
     node.GetUserProperties().Add("No_Child_Selection", "");
     AddQuad("Low").GetUserProperties().Add("MeshMinDetail", "Low");
+    AddQuad("Fine").GetUserProperties().Add("MeshMinDetail", "high");
     WithMeshes([](const ra::MeshGroup& group) {
         EXPECT_EQ(group.GetMesh(0)->GetMinDetail(), 1);
         EXPECT_FALSE(group.GetMesh(0)->GetChildSelection());
         EXPECT_EQ(group.GetMesh(0)->GetVertexSet(ra::Mesh::Poly_High)->GetFormat(), 0x05u) << "no coordinates";
         EXPECT_EQ(group.GetMesh(0)->GetPolyCount(ra::Mesh::Poly_High), 2u);
         EXPECT_EQ(group.GetMesh(1)->GetMinDetail(), 0);
+        EXPECT_EQ(group.GetMesh(2)->GetMinDetail(), 2);
     });
     EXPECT_THAT(ReadBytes("Foo.log"), HasSubstr("Removing invalid face 2"));
 }

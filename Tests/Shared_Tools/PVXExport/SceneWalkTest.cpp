@@ -66,16 +66,25 @@ TEST_F(SceneWalkTest, BonesGetNamesOfTheirOwn) {
                 ElementsAre("Bip01 < -1", "bip01(2) < -1", "BIP01(2)(2) < -1", "Bip01(3) < -1", "bip01(2)(3) < -1"));
 }
 
+TEST_F(SceneWalkTest, ABonesNumberedNameIsTakenInAnyCase) {
+    for (const char* pName : {"Arm", "Arm", "arm(2)"})
+        scene::AddBone(m_Scene, pName);
+    Walk();
+    EXPECT_THAT(BoneNames(), ElementsAre("Arm < -1", "Arm(2) < -1", "arm(2)(2) < -1"));
+}
+
 TEST_F(SceneWalkTest, ABoneHangsOnItsNearestBone) {
     scene::Node& removed = scene::AddBone(m_Scene, "Removed", &scene::AddBone(m_Scene, "Hip"));
     removed.GetUserProperties().Add("Remove", "");
     scene::Node& group = scene::AddDummy(m_Scene, "Group", &removed);
     scene::AddBone(m_Scene, "Knee", &group).GetUserProperties().Add("stale", "no");
     scene::AddBone(m_Scene, "Free");
+    scene::AddBone(m_Scene, "Idle").GetUserProperties().Add("Inactive", "");
     Walk();
-    EXPECT_THAT(BoneNames(), ElementsAre("Hip < -1", "Knee < 0", "Free < -1"));
+    EXPECT_THAT(BoneNames(), ElementsAre("Hip < -1", "Knee < 0", "Free < -1", "Idle < -1"));
     EXPECT_FALSE(m_Collected.m_BoneNodes[1].visible);
     EXPECT_TRUE(m_Collected.m_BoneNodes[2].visible);
+    EXPECT_FALSE(m_Collected.m_BoneNodes[3].visible);
     EXPECT_EQ(m_Collected.m_BoneNodes.Find(&removed), -1);
 }
 

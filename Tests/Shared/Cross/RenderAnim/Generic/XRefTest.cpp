@@ -64,10 +64,10 @@ TEST_F(XRefs, AnAnimationIsSharedWithItsModel) {
     Save("GENERIC:art\\tank.pvx");
     const std::string bones = Bones(Bone("knee", 0xFFFFFFFF) + Bone("tail", 0), 2);
     const auto read = [&](const std::string& anims) { return Read(File(bones + MakeEmptyGroup() + anims)); };
-    auto pModel =
-        read(XRef("run", "art/tank", "run") + XRef("stop", "art/tank", "stop") + XRef("fly", "art/jet", "fly"));
+    auto pModel = read(XRef("run", "art/tank", "run") + XRef("stop", "art/tank", "stop") +
+                       XRef("fly", "art/jet", "fly") + XRef("swim", "C:\\art.old\\ship", "swim", 1));
     const AnimList& list = *pModel->GetAnimList();
-    ASSERT_EQ(list.GetCount(), 3u);
+    ASSERT_EQ(list.GetCount(), 4u);
     RenderModelRef tank;
     ASSERT_TRUE(tank.Find("art/tank"));
     EXPECT_EQ(list.GetNode(0)->GetAnim(), tank->GetAnimList()->GetNode(0)->GetAnim());
@@ -75,6 +75,8 @@ TEST_F(XRefs, AnAnimationIsSharedWithItsModel) {
     EXPECT_THAT(list.GetNode(0)->m_BoneMappings, testing::ElementsAre(1, -1));
     EXPECT_TRUE(ReportCapture::HasWarning("'Walker': XRef'ed Anim 'stop' in model 'art/tank' is missing!"));
     EXPECT_TRUE(ReportCapture::HasWarning("'Walker': XRef'ed Anim 'fly' in model 'art/jet' is missing!"));
+    EXPECT_TRUE(ReportCapture::HasWarning("'Walker': XRef'ed Anim 'swim' in model '\\art.old\\ship' is missing!"))
+        << "a dot in a folder's name begins no extension";
     EXPECT_EQ(list.FindNode("stop"), 1);
     EXPECT_EQ(list.GetNode(1)->GetAnim()->GetBoneCount(), 0u);
     Forget(std::move(pModel));

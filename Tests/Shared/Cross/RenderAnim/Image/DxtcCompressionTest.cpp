@@ -48,6 +48,18 @@ TEST(DxtcCompression, OneBitOfAlphaSplitsAtTheMiddle) {
             EXPECT_EQ(GetPixel(*pResult, x, y).a, GetPixel(*pSource, x, y).a < 128 ? 0 : 255) << x << "," << y;
 }
 
+TEST(DxtcCompression, FourBitsOfAlphaAreTheNearest) {
+    const std::unique_ptr<Image> pSource = Image::Create(IMAGETYPE_RGBA32, 16, 16);
+    int alpha = 0;
+    for (Colour& colour : ImageCast<Image_RGBA32>(pSource.get())->GetPixels())
+        colour = {.b = 0, .g = 0, .r = 0, .a = static_cast<uint8_t>(alpha++)};
+    for (const DxtcQuality quality : {DxtcQuality::Fast, DxtcQuality::Best}) {
+        const std::unique_ptr<Image> pResult = DxtcDecoder::Decode(*CompressImage(*pSource, IMAGETYPE_DXT3, quality));
+        for (uint32_t i = 0; i < 256; ++i)
+            ASSERT_NEAR(GetPixel(*pResult, i % 16, i / 16).a, static_cast<int>(i), 8) << "steps are 17 apart";
+    }
+}
+
 TEST(DxtcCompression, SmallLevelsTakeAWholeBlock) {
     const std::unique_ptr<Image> pSource = MakeSlope(16, 8, true);
     for (Colour& colour : ImageCast<Image_RGBA32>(pSource.get())->GetPixels())
