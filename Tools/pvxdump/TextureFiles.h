@@ -1,6 +1,5 @@
 #pragma once
 
-#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -25,14 +24,10 @@ public:
     static std::string MakeFileTitle(std::string_view name);
 
 private:
-    class Folder;
-
     std::string MakeUnique(const std::string& title);
-    [[noreturn]] void Fail(const std::string& name, const std::string& file) const;
 
     std::string m_Native;
-    std::string m_Root; // the same folder as a path of ours, with a final backslash
-    std::shared_ptr<Folder> m_pFolder;
+    std::string m_Root;                                   // the same folder as a path of ours, with a final backslash
     std::unordered_set<std::string> m_Taken;              // in lower case; only ever looked up
     std::unordered_map<std::string, uint32_t> m_LastUsed; // the number that a title took last
 };

@@ -24,7 +24,7 @@ std::unique_ptr<Image> Load(uint32_t& outFlags, const char* pName, ImageType wan
                             uint32_t levelsToSkip = 0);
 
 // By the extension: TGA takes RGBA32 and RGB888, JPG these by way of RGB888, DDS the compressed types with all their
-// levels; of the others the first level is written. A file that couldn't be written whole may be left behind.
+// levels; of the others the first level is written. Only a whole file takes the name.
 bool Save(const char* pName, const Image& image);
 
 // The one grey pixel.

@@ -10,15 +10,16 @@ bool WritePictureFile(const char* pName, std::initializer_list<std::span<const u
 }
 
 bool WritePictureFile(const char* pName, std::span<const std::span<const uint8_t>> parts) {
-    const std::unique_ptr<ByteStream> pStream = FilePath::OpenStream(pName, FilePath::Mode::Mode_Write);
-    if (!pStream) {
+    const std::unique_ptr<FileReplacement> pFile = FilePath::ReplaceFile(pName);
+    if (!pFile) {
         dbWarningf("TEXTURES -- '%s': Unable to open file!", pName);
         return false;
     }
     bool isWritten = true;
     for (const std::span<const uint8_t> part : parts)
-        isWritten = isWritten && pStream->Write(part.data(), static_cast<uint32_t>(part.size())) == part.size();
-    if (!pStream->Flush() || !isWritten) {
+        isWritten =
+            isWritten && pFile->GetStream().Write(part.data(), static_cast<uint32_t>(part.size())) == part.size();
+    if (!isWritten || !pFile->Finish()) {
         dbWarningf("TEXTURES -- '%s': Unable to write to file!", pName);
         return false;
     }
