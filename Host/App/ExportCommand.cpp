@@ -74,9 +74,10 @@ void PrintProjectNote(const ExportArguments& arguments, const scene::Scene& scen
 struct Outcome {
     bool success = false;
     bool cancelled = false;
-    bool hadMeshes = false; // there was something to be written
-    bool isWhole = false;   // it was written, from the first byte to the last
-    bool isEmpty = false;   // it holds nothing
+    bool hadMeshes = false;                                    // there was something to be written
+    OutputFile::Content content = OutputFile::Content::Broken; // what was written
+
+    bool IsWhole() const { return content != OutputFile::Content::Broken; }
 };
 
 int ReportUnwritten(const ExportArguments& arguments, const OutputFile& output, const Messages& messages) {
@@ -95,8 +96,8 @@ int Finish(const ExportArguments& arguments, const OutputFile& output, const Mes
         messages.Print(MessageKind::Note, arguments.output + ": cancelled; nothing was written");
         return 0;
     }
-    if (outcome.isWhole) {
-        if (outcome.isEmpty)
+    if (outcome.IsWhole()) {
+        if (outcome.content == OutputFile::Content::Empty)
             messages.Print(MessageKind::Warning,
                            arguments.output +
                                ": holds neither meshes nor an animation; with --silent the name decides: "
@@ -161,13 +162,10 @@ int RunExport(const ExportArguments& arguments, const std::string& home, const M
     listener.EndLine();
     outcome.cancelled = dialogs.IsCancelled();
     outcome.hadMeshes = progress.GetMeshCount() > 0;
-    if (output.IsWritten()) {
-        const OutputFile::Content content = output.GetContent();
-        outcome.isWhole = content != OutputFile::Content::Broken;
-        outcome.isEmpty = content == OutputFile::Content::Empty;
-    }
+    if (output.IsWritten())
+        outcome.content = output.GetContent();
     const int status = Finish(arguments, output, messages, outcome);
-    if (outcome.isWhole)
+    if (outcome.IsWhole())
         PrintProjectNote(arguments, *pScene, start, messages);
     // An exporter that found nothing to convert has said so, and its log holds nothing besides.
     if (status != 0 && !output.IsWritten() && progress.GetMeshCount() == 0)

@@ -19,6 +19,7 @@ namespace {
 // file's name comes next.
 constexpr std::array<std::string_view, 4> s_FileMarks = {"MERGE -- '", "BURNER -- '", "TEXTURES -- '",
                                                          "TEAM COLOUR -- '"};
+constexpr std::string_view s_FileEnd = "': ";
 constexpr std::string_view s_SystemMark = "FILESYSTEM -- "; // in front of the system's reason for a fault
 constexpr std::string_view s_LayerMark = "Team Pattern Export -- ";
 constexpr std::string_view s_FaultMark = "RENDER ANIM -- "; // a file that couldn't be read or written
@@ -45,12 +46,10 @@ std::string DescribeFile(std::string_view line, std::string_view fileEnd) {
     return OSFile::ToNative(line.substr(0, end)) + ": " + std::string(line.substr(end + fileEnd.size()));
 }
 
-std::string DescribeFault(std::string_view line) { return DescribeFile(line.substr(s_FaultMark.size()), ": "); }
-
 void KeepFault(dbMessage message) {
     for (const char* pLine : message)
         if (const std::string_view line = WithoutPlace(pLine); line.starts_with(s_FaultMark))
-            s_Notes.lastFault = DescribeFault(line);
+            s_Notes.lastFault = DescribeFile(line.substr(s_FaultMark.size()), ": ");
 }
 
 // "animation file 3 of 7: 'Z:\\proj\\int\\run.pvx'" as "merge: animation file 3 of 7, run.pvx".
@@ -70,20 +69,24 @@ void ShowStep(dbMessage message) {
             s_pProgress->SetStage(DescribeStep(line.substr(s_StepMark.size())));
 }
 
+void KeepLine(std::string_view line) {
+    const auto isMark = [&](std::string_view mark) { return line.starts_with(mark); };
+    const auto mark = std::ranges::find_if(s_FileMarks, isMark);
+    const size_t fileEnd = line.find(s_FileEnd);
+    if (mark != s_FileMarks.end())
+        s_Notes.warnings.push_back(DescribeFile(line.substr(mark->size()), s_FileEnd));
+    else if (isMark(s_LayerMark))
+        s_Notes.warnings.emplace_back(line.substr(s_LayerMark.size()));
+    else if (isMark(s_SystemMark) && fileEnd != line.npos)
+        s_Notes.systemReason = line.substr(fileEnd + s_FileEnd.size());
+    else
+        s_Notes.lastWarning = line;
+}
+
 void KeepWarning(dbMessage message) {
     KeepFault(message);
-    for (const char* pLine : message) {
-        const std::string_view line = WithoutPlace(pLine);
-        const auto isMark = [&](std::string_view mark) { return line.starts_with(mark); };
-        if (const auto mark = std::ranges::find_if(s_FileMarks, isMark); mark != s_FileMarks.end())
-            s_Notes.warnings.push_back(DescribeFile(line.substr(mark->size()), "': "));
-        else if (isMark(s_LayerMark))
-            s_Notes.warnings.emplace_back(line.substr(s_LayerMark.size()));
-        else if (const size_t fileEnd = line.find("': "); isMark(s_SystemMark) && fileEnd != line.npos)
-            s_Notes.systemReason = line.substr(fileEnd + 3);
-        else
-            s_Notes.lastWarning = line;
-    }
+    for (const char* pLine : message)
+        KeepLine(WithoutPlace(pLine));
 }
 
 // Another file's content would be lost, and an input's with it the next merge.

@@ -2,20 +2,13 @@
 
 #include "Host/App/Messages.h"
 #include "Shared/Cross/FileSystem/Chunky.h"
-#include "Shared/Cross/Util/Hash.h"
+#include "Shared/Cross/FileSystem/Paths/FilePathUtil.h"
 #include "Shared/PC/FileSystem/DiskFileStream.h"
 #include "Shared/PC/FileSystem/OSFile.h"
 
 #include <memory>
-#include <string_view>
 
 namespace {
-
-bool IsCalledModel(std::string_view nativePath) {
-    constexpr std::string_view extension = ".pvx";
-    return nativePath.size() >= extension.size() &&
-           EqualNoCase(nativePath.substr(nativePath.size() - extension.size()), extension);
-}
 
 bool IsOther(const std::string& path) {
     const std::unique_ptr<ByteStream> pStream = OpenFile(path.c_str(), ByteStream::Mode_Read, true);
@@ -32,7 +25,8 @@ bool IsOther(const std::string& path) {
 } // namespace
 
 void RequireReplaceable(const std::string& nativePath) {
-    if (!IsCalledModel(nativePath) && IsOther(OSFile::FromNative(nativePath)))
+    const std::string path = OSFile::FromNative(nativePath);
+    if (!FilePathUtil::HasExtension(path.c_str(), ".pvx") && IsOther(path))
         throw HostError(2, nativePath +
                                ": is another kind of file, which the model would replace; choose another name, "
                                "or delete the file first");

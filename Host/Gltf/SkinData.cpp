@@ -68,10 +68,12 @@ void NormalizeInfluences(std::vector<Influence>& influences, bool limit, SkinRep
         ++report.unbound;
         return;
     }
-    if (influences.size() > s_MostInfluences && limit)
-        KeepHeaviest(influences, report);
-    else if (influences.size() > s_MostInfluences)
-        ++report.overfull;
+    if (influences.size() > s_MostInfluences) {
+        if (limit)
+            KeepHeaviest(influences, report);
+        else
+            ++report.overfull;
+    }
     ScaleToOne(influences);
 }
 

@@ -11,6 +11,7 @@
 
 #include "Shared/Cross/FileSystem/Chunky.h"
 #include "Shared/Cross/FileSystem/ChunkyReservedTypes.h"
+#include "Shared/Cross/LuaConfig/ScriptChunk.h"
 #include "Shared/Cross/RenderAnim/Chunks/TextureChunk.h"
 #include "Shared/Cross/RenderAnim/Files/SharedShaderLayout.h"
 #include "Shared/Cross/RenderAnim/Final/FinalLayout.h"
@@ -84,6 +85,18 @@ struct Dumper {
     const FileKind& kind;
     const std::optional<FileBurnInfo>& burnInfo; // that stands ahead of it
 
+    // The file's content, as `makeJson` gives it or as `print` appends it to a text, which it begins with a line that
+    // sums it up.
+    template <typename MakeJson, typename Print>
+    std::string Finish(MakeJson makeJson, Print print) const {
+        if (options.json)
+            return FinishJson(makeJson());
+        std::string content;
+        print(content);
+        return FinishText(std::move(content));
+    }
+
+private:
     std::string FinishJson(json content) const {
         content["file"] = file;
         content["size"] = size;
@@ -91,7 +104,6 @@ struct Dumper {
             content["burnInfo"] = ToJson(*burnInfo);
         return ToText(content);
     }
-    // The content begins with a line that sums it up.
     std::string FinishText(std::string content) const {
         if (burnInfo)
             content.insert(content.find('\n') + 1, ToLine(*burnInfo));
@@ -110,56 +122,36 @@ struct FileKind {
 std::string DumpModel(const Dumper& dumper) {
     const DumpOptions& options = dumper.options;
     const ModelContent content = ReadModelContent(dumper.chunky, options.vertices, MakeTextureFiles(options).get());
-    if (options.json)
-        return dumper.FinishJson(ToJson(content, options.vertices, options.keys));
-    std::string out;
-    PrintModel(out, content);
-    return dumper.FinishText(std::move(out));
+    return dumper.Finish([&] { return ToJson(content, options.vertices, options.keys); },
+                         [&](std::string& out) { PrintModel(out, content); });
 }
 
 std::string DumpShaderFile(const Dumper& dumper) {
     const ModelContent content = ReadShaderFileContent(dumper.chunky, MakeTextureFiles(dumper.options).get());
-    if (dumper.options.json)
-        return dumper.FinishJson(ShaderFileToJson(content));
-    std::string out;
-    PrintShaderFile(out, content);
-    return dumper.FinishText(std::move(out));
+    return dumper.Finish([&] { return ShaderFileToJson(content); },
+                         [&](std::string& out) { PrintShaderFile(out, content); });
 }
 
 std::string DumpTextureFile(const Dumper& dumper) {
     const TextureContent content = ReadTextureContent(dumper.chunky, MakeTextureFiles(dumper.options).get());
-    if (dumper.options.json)
-        return dumper.FinishJson(TextureFileToJson(content));
-    std::string out;
-    PrintTextureFile(out, content);
-    return dumper.FinishText(std::move(out));
+    return dumper.Finish([&] { return TextureFileToJson(content); },
+                         [&](std::string& out) { PrintTextureFile(out, content); });
 }
 
 std::string DumpMotionFile(const Dumper& dumper) {
     MotionContent content = ReadMotionContent(dumper.chunky, dumper.top, dumper.kind.pWords);
-    if (dumper.options.json)
-        return dumper.FinishJson(ToJson(content, dumper.options.keys));
-    std::string out;
-    PrintMotionFile(out, content);
-    return dumper.FinishText(std::move(out));
+    return dumper.Finish([&] { return ToJson(content, dumper.options.keys); },
+                         [&](std::string& out) { PrintMotionFile(out, content); });
 }
 
 std::string DumpPatternFile(const Dumper& dumper) {
     const PatternContent content = ReadPatternContent(dumper.chunky, dumper.file, dumper.options);
-    if (dumper.options.json)
-        return dumper.FinishJson(ToJson(content));
-    std::string out;
-    PrintPattern(out, content);
-    return dumper.FinishText(std::move(out));
+    return dumper.Finish([&] { return ToJson(content); }, [&](std::string& out) { PrintPattern(out, content); });
 }
 
 std::string DumpScriptFile(const Dumper& dumper) {
     const ScriptContent content = ReadScriptContent(dumper.chunky);
-    if (dumper.options.json)
-        return dumper.FinishJson(ToJson(content));
-    std::string out;
-    PrintScript(out, content);
-    return dumper.FinishText(std::move(out));
+    return dumper.Finish([&] { return ToJson(content); }, [&](std::string& out) { PrintScript(out, content); });
 }
 
 // The first top chunk of these decides; others may stand around it.

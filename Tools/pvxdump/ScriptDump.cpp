@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Shared/Cross/FileSystem/Chunky.h"
+#include "Shared/Cross/LuaConfig/ScriptChunk.h"
 #include "Tools/pvxdump/TextFormat.h"
 
 ScriptContent ReadScriptContent(Chunky& chunky) {

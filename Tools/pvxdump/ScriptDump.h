@@ -5,13 +5,7 @@
 
 #include <nlohmann/json_fwd.hpp>
 
-#include "Shared/Cross/Util/FourCC.h"
-
 class Chunky;
-
-// The top chunk of a saved script, data: its text, to the chunk's end.
-constexpr uint32_t s_ScriptChunk = FourCC("LCFG");
-constexpr uint32_t s_ScriptVersion = 1;
 
 // A saved script. It is shown, never run.
 struct ScriptContent {

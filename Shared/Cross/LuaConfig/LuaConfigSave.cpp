@@ -9,14 +9,11 @@
 #include "Shared/Cross/LuaConfig/LuaExtension.h"
 #include "Shared/Cross/LuaConfig/LuaImport.h"
 #include "Shared/Cross/LuaConfig/LuaWriter.h"
+#include "Shared/Cross/LuaConfig/ScriptChunk.h"
 
 namespace {
 
 constexpr size_t s_ReadSize = 2048;
-
-// "LCFG", data, named "LuaConfig Chunky": the text of the script, to the chunk's end.
-constexpr uint32_t s_ConfigChunk = FourCC("LCFG");
-constexpr uint32_t s_ConfigVersion = 1;
 
 bool HasAlias(const char* pPath) { return FilePathUtil::HasAlias(pPath); }
 
@@ -96,7 +93,7 @@ bool LuaConfigSave::SaveToChunky(LuaConfig& config, Chunky& chunky) {
     const bool isWhole = WriteGlobals(config, writer);
     if (isWhole) {
         const std::string& text = writer.GetText();
-        chunky.BeginData(s_ConfigChunk, s_ConfigVersion, "LuaConfig Chunky");
+        chunky.BeginData(s_ScriptChunk, s_ScriptVersion, "LuaConfig Chunky");
         const bool written = chunky.GetStream().Write(text.data(), static_cast<uint32_t>(text.size())) == text.size();
         chunky.EndChunk();
         if (written)
@@ -107,7 +104,7 @@ bool LuaConfigSave::SaveToChunky(LuaConfig& config, Chunky& chunky) {
 }
 
 bool LuaConfigSave::LoadFromChunky(LuaConfig& config, Chunky& chunky) {
-    const ChunkInfo info = chunky.EnterData(s_ConfigChunk, s_ConfigVersion);
+    const ChunkInfo info = chunky.EnterData(s_ScriptChunk, s_ScriptVersion);
     std::string text(info.size, '\0');
     text.resize(chunky.GetStream().Read(text.data(), info.size));
     chunky.EndChunk();

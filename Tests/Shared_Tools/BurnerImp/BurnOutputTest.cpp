@@ -2,14 +2,12 @@
 
 #include "Shared/Cross/FileSystem/RamStream.h"
 #include "Shared_Tools/BurnerImp/BurnPlugin.h"
-#include "Tests/Shared/Cross/Debug/ReportCapture.h"
 #include "Tests/Shared/PC/FileSystem/TempFolder.h"
 
 #include <filesystem>
 #include <limits>
 #include <stdexcept>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace {
