@@ -34,13 +34,27 @@ if(PVX_SANITIZE)
   target_link_options(PvxOptions INTERFACE -fsanitize=address,undefined)
 endif()
 
-# The allocation functions are routed by whoever defines them first, so each program links the pools ahead of the rest.
 if(PVX_GLOBAL_POOLS)
   if(PVX_SANITIZE)
     message(FATAL_ERROR "PVX_GLOBAL_POOLS and PVX_SANITIZE both want the allocation functions: choose one")
   endif()
-  set(PVX_PROGRAM_DEPS -Wl,--no-as-needed Memory -Wl,--as-needed)
+  # The pools replace the allocation functions of every program, whether it uses pools by name or not.
+  set(PVX_PROGRAM_DEPS Memory)
 endif()
+
+# What there is once in a process lies in its program, which shows it to the modules it loads (PROCESS below).
+string(APPEND CMAKE_EXE_LINKER_FLAGS " -rdynamic")
+# So does the C++ library, inside the program or loaded with it, and modules don't ask for one. A program with its own
+# has it whole, since a module may need any of it. The sanitizers want to see the shared one everywhere.
+if(NOT PVX_SANITIZE)
+  set(PVX_OWN_RUNTIME -static-libstdc++ LINKER:--whole-archive,-l:libstdc++.a,--no-whole-archive)
+  set(PVX_MODULE_RUNTIME -nodefaultlibs)
+  # All but that one, behind everything that needs them; a program asks for them anyway.
+  string(APPEND CMAKE_CXX_STANDARD_LIBRARIES " -lm -lgcc_s -lgcc -lc")
+endif()
+
+# With a small scene the loader's work is a good part of a program's time. In this form it moves addresses the fastest.
+add_link_options(LINKER:-z,pack-relative-relocs)
 
 # The headers are most of a compilation; a batch reads them once. More sources a batch leave a core idle at a folder's end.
 set(PVX_UNITY_BATCH 12)
@@ -59,18 +73,21 @@ function(pvx_unity name)
   endif()
 endfunction()
 
-# pvx_library(NAME [SHARED|STATIC|MODULE|OBJECT] [DEPS target...] [PRIVATE_DEPS target...])
+# pvx_library(NAME [STATIC|MODULE|OBJECT|PROCESS] [DEPS target...] [PRIVATE_DEPS target...])
 # From a static library the linker takes what somebody refers to; of an OBJECT one it takes all, and so keeps static
 # objects that register themselves. They go into the targets that name it as their own dependency, and into no others.
+# A PROCESS one has a state that there must be once in a process: its objects (NAMEObjects) go into every program that
+# depends on it, by whatever way, and into nothing else; modules find it in the program that loads them.
 function(pvx_library name)
-  cmake_parse_arguments(ARG "SHARED;STATIC;MODULE;OBJECT" "" "DEPS;PRIVATE_DEPS" ${ARGN})
+  cmake_parse_arguments(ARG "STATIC;MODULE;OBJECT;PROCESS" "" "DEPS;PRIVATE_DEPS" ${ARGN})
   set(kind STATIC)
-  if(ARG_SHARED)
-    set(kind SHARED)
-  elseif(ARG_MODULE)
+  if(ARG_MODULE)
     set(kind MODULE)
   elseif(ARG_OBJECT)
     set(kind OBJECT)
+  elseif(ARG_PROCESS)
+    pvx_process_library(${name} DEPS ${ARG_DEPS} PRIVATE_DEPS ${ARG_PRIVATE_DEPS})
+    return()
   endif()
   pvx_sources(sources)
   if(NOT sources)
@@ -82,15 +99,47 @@ function(pvx_library name)
   add_library(${name} ${kind} ${sources})
   pvx_unity(${name})
   target_link_libraries(${name} PUBLIC PvxOptions ${ARG_DEPS} PRIVATE ${ARG_PRIVATE_DEPS})
+  if(ARG_MODULE)
+    pvx_module(${name})
+  endif()
 endfunction()
 
-# pvx_program(NAME [DEPS target...])
+function(pvx_process_library name)
+  cmake_parse_arguments(ARG "" "" "DEPS;PRIVATE_DEPS" ${ARGN})
+  pvx_sources(sources)
+  add_library(${name}Objects OBJECT ${sources})
+  pvx_unity(${name}Objects)
+  target_link_libraries(${name}Objects PUBLIC PvxOptions ${ARG_DEPS} PRIVATE ${ARG_PRIVATE_DEPS})
+
+  # The type asked for is that of whoever links the library.
+  set(in_program $<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>)
+  add_library(${name} INTERFACE)
+  target_link_libraries(${name} INTERFACE PvxOptions ${ARG_DEPS})
+  foreach(dependency IN ITEMS $<TARGET_OBJECTS:${name}Objects> LISTS ARG_PRIVATE_DEPS)
+    target_link_libraries(${name} INTERFACE $<${in_program}:${dependency}>)
+  endforeach()
+endfunction()
+
+# A module shows its entry points alone, which have C names. All else that it links stays its own affair, even where the
+# program that loads it has the same.
+function(pvx_module name)
+  set(shown ${CMAKE_SOURCE_DIR}/cmake/module.map)
+  target_link_options(${name} PRIVATE LINKER:--exclude-libs,ALL LINKER:--version-script,${shown} ${PVX_MODULE_RUNTIME})
+  set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${shown})
+endfunction()
+
+# pvx_program(NAME [OWN_RUNTIME] [DEPS target...])
+# A program with the C++ library of its own starts in three quarters of the time: to put the shared one in place takes
+# the loader longer than a small scene takes the program. One that is linked with a shared library of C++ gains nothing.
 function(pvx_program name)
-  cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
+  cmake_parse_arguments(ARG "OWN_RUNTIME" "" "DEPS" ${ARGN})
   pvx_sources(sources)
   add_executable(${name} ${sources})
   pvx_unity(${name})
   target_link_libraries(${name} PRIVATE PvxOptions ${PVX_PROGRAM_DEPS} ${ARG_DEPS})
+  if(ARG_OWN_RUNTIME)
+    target_link_options(${name} PRIVATE ${PVX_OWN_RUNTIME})
+  endif()
 endfunction()
 
 # The test framework's headers take half of the time that a test's source takes. They are compiled once, with the first

@@ -63,7 +63,7 @@ int RunScriptCommand(const CommandLine& line, const std::string& home, const Mes
     SetDialogShower(&dialogs);
     Progress progress(stderr, WantsProgress(line), Terminal::GetWidth(Terminal::Stream::Error));
     Listener listener(stdout, [&] { progress.Clear(); });
-    const ModuleLoader module(ModuleLoader::GetDefaultPath());
+    const ModuleLoader module;
     messages.PrintDetail(module.GetDescription());
     ScriptCommands commands(stdout, listener, progress, messages);
     if (const auto* pCall = std::get_if<CallArguments>(&line.command))

@@ -120,7 +120,7 @@ int Finish(const ExportArguments& arguments, const OutputFile& output, const Mes
 // The exporter's answer.
 bool CallExporter(const ExportArguments& arguments, const OutputFile& output, scene::Scene& scene,
                   const Messages& messages) {
-    const ModuleLoader module(ModuleLoader::GetDefaultPath());
+    const ModuleLoader module;
     messages.PrintDetail(std::string("exporting by ") + module.GetDescription());
     const std::unique_ptr<SceneExport> pExporter = module.CreateExporter();
     try {

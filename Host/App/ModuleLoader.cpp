@@ -21,18 +21,21 @@ std::string VersionText(uint32_t version) {
 
 } // namespace
 
-std::string ModuleLoader::GetDefaultPath() {
-    std::string path = Terminal::GetVariable(s_ModuleVariable);
-    if (path.empty())
-        return Process::GetExecutableFolder() + s_ModuleFile;
-    // Without a slash the name would be searched for along the system's library folders.
-    return path.find('/') == std::string::npos ? "./" + path : path;
+void ModuleLoader::Load() {
+    const std::string named = Terminal::GetVariable(s_ModuleVariable);
+    if (named.empty())
+        m_Path = Process::GetExecutableFolder() + s_ModuleFile;
+    else
+        // Without a slash the name would be searched for along the system's library folders.
+        m_Path = named.find('/') == std::string::npos ? "./" + named : named;
+    if (named.empty() ? m_Module.LoadOwn(s_ModuleFile) : m_Module.Load(m_Path))
+        return;
+    throw HostError(2, "the export module can't be loaded: " + m_Module.GetError() + "; build it, or name another by " +
+                           s_ModuleVariable);
 }
 
-ModuleLoader::ModuleLoader(const std::string& nativePath) : m_Path(nativePath) {
-    if (!m_Module.Load(nativePath))
-        throw HostError(2, "the export module can't be loaded: " + m_Module.GetError() +
-                               "; build it, or name another by " + s_ModuleVariable);
+ModuleLoader::ModuleLoader() {
+    Load();
     m_Version = FindEntry<LibVersionFunction>("LibVersion");
     // Asked first: of another version's module nothing else is known.
     if (m_Version() != SdkVersionWord)

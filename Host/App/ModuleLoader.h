@@ -9,17 +9,15 @@
 // The export module, loaded: its entry points, found by symbol.
 class ModuleLoader {
 public:
-    // Loads the module, checks the version word, and tells it that it was attached. Throws a HostError that names the
-    // file when it can't be loaded, lacks an entry point or was built for another host. The path is native.
-    explicit ModuleLoader(const std::string& nativePath);
+    // Loads the module that the environment names (PVXHOST_MODULE), else the one beside the executable; checks the
+    // version word, and tells it that it was attached. Throws a HostError that names the file when it can't be loaded,
+    // lacks an entry point or was built for another host.
+    ModuleLoader();
     // Tells the module that it is detached. Its code stays in the process. What was made of its classes has to be gone
     // by then.
     ~ModuleLoader();
     ModuleLoader(const ModuleLoader&) = delete;
     ModuleLoader& operator=(const ModuleLoader&) = delete;
-
-    // The module that the environment names (PVXHOST_MODULE), else the one beside the executable.
-    static std::string GetDefaultPath();
 
     const char* GetDescription() const { return m_Description(); }
 
@@ -27,6 +25,7 @@ public:
     std::unique_ptr<SceneExport> CreateExporter() const;
 
 private:
+    void Load();
     template <class Function>
     Function FindEntry(const char* pSymbol) const;
     HINSTANCE GetHandle() { return reinterpret_cast<HINSTANCE>(&m_Module); }

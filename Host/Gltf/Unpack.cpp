@@ -2,7 +2,6 @@
 
 #include "Host/Gltf/Leftovers.h"
 #include "Host/Gltf/Png/PngReader.h"
-#include "Shared/PC/Debug/Process.h"
 #include "Shared/PC/FileSystem/OSFile.h"
 #include "Shared/PC/Module/SharedModule.h"
 
@@ -38,7 +37,7 @@ void PutTgaHeader(const PngPicture& picture) {
 // Null, with the reason, when the module isn't there.
 PngReaderFunction* GetPngReader(std::string& error) {
     static SharedModule s_Module;
-    if (static const bool s_Loaded = s_Module.Load(Process::GetExecutableFolder() + s_PngReaderModule); !s_Loaded) {
+    if (static const bool s_Loaded = s_Module.LoadOwn(s_PngReaderModule); !s_Loaded) {
         error = s_Module.GetError();
         return nullptr;
     }

@@ -11,7 +11,6 @@
 #include <cstring>
 #include <string>
 
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
@@ -246,19 +245,6 @@ void CopyText(char (&to)[Size], const std::string& from) {
     to[from.copy(to, Size - 1)] = '\0';
 }
 
-bool FindProgram() {
-    Dl_info self = {};
-    if (!dladdr(reinterpret_cast<const void*>(&FindProgram), &self) || !self.dli_fname)
-        return false;
-    std::string path = self.dli_fname;
-    // A program is known by the words it was started with, which the working folder's change would break.
-    if (!path.starts_with('/'))
-        path = Process::GetExecutableFolder();
-    path.erase(path.find_last_of('/') + 1);
-    CopyText(s_ProgramPath, path + s_CrashProgram);
-    return true;
-}
-
 bool MakeHandlerStack() {
     void* pMemory =
         mmap(nullptr, s_HandlerStackSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_STACK, -1, 0);
@@ -275,7 +261,8 @@ bool Install(CrashRecord& record, void (*pBeforeReport)()) {
     CopyText(record.executable, Process::GetExecutablePath());
     CopyText(record.configFolder, Process::GetConfigFolder());
     CopyText(record.logFolder, Process::GetLogFolder());
-    if (!FindProgram() || !MakeHandlerStack())
+    CopyText(s_ProgramPath, Process::GetExecutableFolder() + s_CrashProgram);
+    if (!MakeHandlerStack())
         return false;
     s_pRecord = &record;
     s_pBeforeReport = pBeforeReport;

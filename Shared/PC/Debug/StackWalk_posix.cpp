@@ -1,5 +1,6 @@
 #include "Shared/PC/Debug/StackWalk.h"
 
+#include "Shared/PC/Debug/Process.h"
 #include "Shared/PC/Debug/Symbols/Demangle.h"
 #include "Shared/PC/Debug/Symbols/SymbolReader.h"
 
@@ -18,16 +19,12 @@ const char* FileNameOf(const char* pPath) {
     return pSlash ? pSlash + 1 : pPath;
 }
 
-// The reader lies beside the file that this code was linked into, and is loaded only now: what it brings along costs
-// more than the start of a program may.
+// The reader lies beside the program, and is loaded only now: what it brings along costs more than the start of a
+// program may.
 SymbolReaderFunction* LoadReader() {
-    Dl_info self = {};
-    if (!dladdr(reinterpret_cast<const void*>(&LoadReader), &self) || !self.dli_fname)
-        return nullptr;
-    const std::string path = self.dli_fname;
-    const std::string folder = path.substr(0, path.find_last_of('/') + 1);
+    const std::string path = Process::GetExecutableFolder() + s_SymbolReaderModule;
     // Never closed: symbols may be asked for until the very end.
-    void* pModule = dlopen((folder + s_SymbolReaderModule).c_str(), RTLD_NOW | RTLD_LOCAL);
+    void* pModule = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     return pModule ? reinterpret_cast<SymbolReaderFunction*>(dlsym(pModule, s_SymbolReaderFunction)) : nullptr;
 }
 

@@ -19,7 +19,7 @@ TEST_F(ExportTwice, OneExporterGivesTheSameBytesAgain) {
     TerminalDialogs dialogs(m_Messages, {}, {});
     SetDialogShower(&dialogs);
     {
-        const ModuleLoader module(ModuleLoader::GetDefaultPath());
+        const ModuleLoader module;
         const std::unique_ptr<scene::Scene> pScene = gltf::Load(OSFile::FromNative(m_Scene), {}, {});
         const std::unique_ptr<SceneExport> pExporter = module.CreateExporter();
         const std::string output = OSFile::FromNative(At("tile.pvx"));

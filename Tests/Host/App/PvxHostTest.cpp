@@ -1,4 +1,5 @@
 #include "Shared/Cross/Debug/db.h"
+#include "Shared/PC/Module/SharedModule.h"
 #include "Tests/Host/App/ChildProgram.h"
 #include "Tests/Host/App/SmallScene.h"
 #include "Tests/Host/App/TestFolder.h"
@@ -6,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include <csignal>
+#include <filesystem>
 
 // pvxhost as its users meet it: as a program of its own.
 
@@ -193,6 +195,17 @@ TEST_F(PvxHost, ModulesThatAreNone) {
     ExpectRefused(by(PVX_OTHER_LIBRARY), 2, "no module of this host", before);
     ExpectRefused(ExportBy("other version", At("out.pvx")), 2, "0x12345678", before);
     ExpectRefused(ExportBy("no classes", At("out.pvx")), 2, "no class for scene export", before);
+}
+
+TEST_F(PvxHost, ItsModulesNeedNothingThatItLacks) {
+    // Otherwise what a module needs is looked up when it is called.
+    const ProgramResult result = RunProgram("pvxhost", {"commands"}, {"LD_BIND_NOW=1"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    for (const auto& entry : std::filesystem::directory_iterator(PVX_PROGRAM_FOLDER))
+        if (entry.path().extension() == ".so") {
+            SharedModule module;
+            EXPECT_TRUE(module.Load(entry.path().string())) << module.GetError();
+        }
 }
 
 TEST_F(PvxHost, CallsCommandsWithValues) {
