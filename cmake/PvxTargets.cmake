@@ -121,11 +121,11 @@ function(pvx_process_library name)
 endfunction()
 
 # A module shows its entry points alone, which have C names. All else that it links stays its own affair, even where the
-# program that loads it has the same.
+# program that loads it has the same. It finds other modules beside itself, wherever the program lies.
 function(pvx_module name)
   set(shown ${CMAKE_SOURCE_DIR}/cmake/module.map)
   target_link_options(${name} PRIVATE LINKER:--exclude-libs,ALL LINKER:--version-script,${shown} ${PVX_MODULE_RUNTIME})
-  set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${shown})
+  set_target_properties(${name} PROPERTIES LINK_DEPENDS ${shown} BUILD_RPATH $ORIGIN)
 endfunction()
 
 # pvx_program(NAME [OWN_RUNTIME] [DEPS target...])
