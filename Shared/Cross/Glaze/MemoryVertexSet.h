@@ -14,6 +14,7 @@ namespace gz {
 class MemoryVertexSet : public VertexSet {
 public:
     bool Create(uint32_t format, uint32_t count, uint32_t usage = DefaultUsage) override;
+    bool CreateUnset(uint32_t format, uint32_t count, uint32_t usage = DefaultUsage) override;
     bool CreateFrom(uint32_t format, uint32_t count, const Arrays& arrays, uint32_t usage = DefaultUsage) override;
     void* Lock(VertexComponent component, uint32_t start, uint32_t count, uint32_t& stride) override;
     void Unlock(VertexComponent component) override;
@@ -34,8 +35,6 @@ private:
         void operator()(std::byte* pData) const { MMFree(DataPool::Get(), pData); }
     };
 
-    // With vertices that hold nothing yet.
-    bool Allocate(uint32_t format, uint32_t count, uint32_t usage);
     size_t GetDataSize() const { return size_t{m_Stride} * m_Size; }
     // A component of a stretch of vertices from the array of all, or with zeros for null.
     void Fill(VertexComponent component, const void* pArray, uint32_t start, uint32_t count);
