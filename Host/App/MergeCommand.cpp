@@ -92,7 +92,7 @@ void KeepWarning(dbMessage message) {
 // Another file's content would be lost, and an input's with it the next merge.
 void CheckOutput(const MergeArguments& arguments) {
     const auto getPath = [](const std::string& nativePath) { return OSFile::ToNative(OSFile::FromNative(nativePath)); };
-    const std::string output = getPath(arguments.merged);
+    const std::string output = OSFile::ToNative(GetOutputPath(arguments.merged));
     const auto isOutput = [&](const std::string& input) { return getPath(input) == output; };
     if (isOutput(arguments.model) || std::ranges::any_of(arguments.animations, isOutput))
         throw HostError(2, arguments.merged + ": is merged itself; choose another name for the merged model");

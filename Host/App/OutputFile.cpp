@@ -57,7 +57,7 @@ void CheckName(const std::string& nativePath) {
 
 OutputFile::Checked OutputFile::Check(const std::string& nativePath, const std::string& nativeScene) {
     CheckName(nativePath);
-    Checked checked{.path = OSFile::FromNative(nativePath), .nativeFolder = {}};
+    Checked checked{.path = GetOutputPath(nativePath), .nativeFolder = {}};
     const std::string folder = FolderOf(checked.path);
     checked.nativeFolder = OSFile::ToNative(folder);
     if (!(OSFile::FileAttr(folder.c_str()) & OSFile::F_ATTRIBUTE_DIRECTORY))

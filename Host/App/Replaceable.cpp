@@ -24,8 +24,15 @@ bool IsOther(const std::string& path) {
 
 } // namespace
 
+std::string GetOutputPath(const std::string& nativePath) {
+    std::string path = OSFile::FromNative(nativePath);
+    if (path.empty())
+        throw HostError(2, nativePath + ": take backslashes and colons out of the names of the file and its folders");
+    return path;
+}
+
 void RequireReplaceable(const std::string& nativePath) {
-    const std::string path = OSFile::FromNative(nativePath);
+    const std::string path = GetOutputPath(nativePath);
     if (!FilePathUtil::HasExtension(path.c_str(), ".pvx") && IsOther(path))
         throw HostError(2, nativePath +
                                ": is another kind of file, which the model would replace; choose another name, "

@@ -47,6 +47,7 @@ TEST_F(Output, RefusesPlacesWhereNothingCanStand) {
     EXPECT_THAT(Refusal(At("dir.with.dots/out")), testing::HasSubstr("call it out.pvx"));
     EXPECT_THAT(Refusal(At("out.LOG")), testing::HasSubstr("call the output out.pvx"));
     EXPECT_THAT(Refusal(At("")), testing::HasSubstr("names a folder"));
+    EXPECT_THAT(Refusal(At("a\\b.pvx")), testing::HasSubstr("take backslashes and colons out"));
     EXPECT_THAT(Refusal(At("folder.pvx")), testing::HasSubstr("is a folder"));
     EXPECT_THAT(Refusal(At("scene.glb")), testing::HasSubstr("is the scene itself"));
     EXPECT_THAT(Refusal(At(std::string(240, 'x') + ".pvx")), testing::HasSubstr("choose a shorter one"));
