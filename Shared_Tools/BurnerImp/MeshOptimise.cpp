@@ -123,7 +123,7 @@ std::unique_ptr<gz::PrimSet> MakePrimSet(gz::VertexSet& vertices, const Mesh& me
 void SetLowLevel(Mesh& mesh, const TriangleLists& lists, const std::vector<uint16_t>& order) {
     const gz::VertexSet& high = *mesh.GetVertexSet(Mesh::Poly_High);
     std::unique_ptr<gz::VertexSet> pLow = gz::GetDevice()->MakeVertexSet();
-    if (!pLow->CreateUnset(high.GetFormat(), static_cast<uint32_t>(order.size()), high.GetUsage()))
+    if (!pLow->Create(high.GetFormat(), static_cast<uint32_t>(order.size()), high.GetUsage()))
         return;
     CopyVertices(GetVertices(high), high.GetStride(), order, *pLow);
     gz::VertexSet& low = *pLow;

@@ -88,7 +88,7 @@ bool VertexLayout::BuildVertexSet(const char* pNodeName, MeshForm& form, ra::Mes
     gz::Device* pDevice = gz::GetDevice();
     std::unique_ptr<gz::VertexSet> pVertexSetHigh = pDevice ? pDevice->MakeVertexSet() : nullptr;
     const auto count = static_cast<uint32_t>(m_Keys.GetVertices().size());
-    if (!pVertexSetHigh || !pVertexSetHigh->CreateUnset(FormatOf(form), count, s_Usage) ||
+    if (!pVertexSetHigh || !pVertexSetHigh->Create(FormatOf(form), count, s_Usage) ||
         !WriteVertices(form, *pVertexSetHigh))
         return false;
     for (size_t i = 0; i < form.cFace.size(); ++i) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <stdexcept>
 
 #include "Shared/Cross/Debug/db.h"
@@ -21,13 +20,6 @@ size_t CheckedIndex(VertexComponent component) {
 } // namespace
 
 bool MemoryVertexSet::Create(uint32_t format, uint32_t count, uint32_t usage) {
-    if (!CreateUnset(format, count, usage))
-        return false;
-    std::memset(m_pData.get(), 0, GetDataSize());
-    return true;
-}
-
-bool MemoryVertexSet::CreateUnset(uint32_t format, uint32_t count, uint32_t usage) {
     if (count > MaxSize) {
         dbWarningf("Size too large for VertexSet::Create()");
         return false;
@@ -42,10 +34,9 @@ bool MemoryVertexSet::CreateUnset(uint32_t format, uint32_t count, uint32_t usag
     return true;
 }
 
-// Its components cover a vertex, so that the set isn't cleared first; and few vertices at a time, so that they are
-// still in the cache when their next component comes.
+// Few vertices at a time, so that they are still in the cache when their next component comes.
 bool MemoryVertexSet::CreateFrom(uint32_t format, uint32_t count, const Arrays& arrays, uint32_t usage) {
-    if (!CreateUnset(format, count, usage))
+    if (!Create(format, count, usage))
         return false;
     constexpr uint32_t blockSize = 128;
     for (uint32_t start = 0; start < count; start += blockSize)

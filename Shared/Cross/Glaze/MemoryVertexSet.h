@@ -14,7 +14,6 @@ namespace gz {
 class MemoryVertexSet : public VertexSet {
 public:
     bool Create(uint32_t format, uint32_t count, uint32_t usage = DefaultUsage) override;
-    bool CreateUnset(uint32_t format, uint32_t count, uint32_t usage = DefaultUsage) override;
     bool CreateFrom(uint32_t format, uint32_t count, const Arrays& arrays, uint32_t usage = DefaultUsage) override;
     void* Lock(VertexComponent component, uint32_t start, uint32_t count, uint32_t& stride) override;
     void Unlock(VertexComponent component) override;

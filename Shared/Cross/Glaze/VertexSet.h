@@ -27,11 +27,10 @@ public:
     // By component, an array without gaps.
     using Arrays = std::array<const void*, VC_Count>;
 
-    // Takes the memory for that many vertices, all bytes 0; range 0 then covers the set. False, with a line in the log,
-    // when count is above MaxSize. What the set held before is gone.
+    // Takes the memory for that many vertices, which hold nothing until the caller writes each component of every one;
+    // range 0 then covers the set. False, with a line in the log, when count is above MaxSize. What the set held before
+    // is gone.
     virtual bool Create(uint32_t format, uint32_t count, uint32_t usage = DefaultUsage) = 0;
-    // The same for a caller who writes each component of every vertex: until then they hold nothing.
-    virtual bool CreateUnset(uint32_t format, uint32_t count, uint32_t usage = DefaultUsage) = 0;
     // The same with vertices: of each component of the format that many, or null for zeros. What the format hasn't is
     // not looked at.
     virtual bool CreateFrom(uint32_t format, uint32_t count, const Arrays& arrays, uint32_t usage = DefaultUsage) = 0;

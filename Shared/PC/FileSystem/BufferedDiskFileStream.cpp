@@ -13,9 +13,6 @@ namespace {
 constexpr uint32_t s_BufferCapacity = 0x40000;
 // From here on a copy costs more than a system call.
 constexpr uint32_t s_LeastDirect = 0x4000;
-// A header is mostly followed by a large request, and what of that is in the buffer already is copied twice. So the
-// buffer takes little where reading begins; with small requests in a row each fill is twice the one before.
-constexpr uint32_t s_FirstFill = s_LeastDirect;
 
 using FileSysPool = MMNamedPool<"FileSysMem", MMPoolKind::Heap, 0x10000>;
 
@@ -37,13 +34,11 @@ public:
     uint32_t GetLength() override;
 
 private:
-    void BeginAt(uint32_t pos);
     void Fill();
     uint32_t ReadDirectly(void* pDest, uint32_t size);
 
     uint32_t m_FilePos = 0; // right behind the buffer's content
     uint32_t m_FileSize = 0;
-    uint32_t m_NextFill = s_FirstFill;
     uint8_t m_Buffer[s_BufferCapacity];
     uint32_t m_bufferSize = 0;
     uint32_t m_currentBufferPosition = 0;
@@ -63,8 +58,10 @@ void BufferedDiskFileStream::operator delete(void* pStream) { GetSlots().Free(pS
 
 bool BufferedDiskFileStream::Open(const char* pName, Mode openMode, bool share) {
     dbAssert(openMode == Mode_Read);
-    BeginAt(0);
+    m_FilePos = 0;
     m_FileSize = 0;
+    m_bufferSize = 0;
+    m_currentBufferPosition = 0;
     if (openMode != Mode_Read || !DiskFileStream::Open(pName, openMode, share))
         return false;
     m_FileSize = DiskFileStream::GetLength();
@@ -72,16 +69,8 @@ bool BufferedDiskFileStream::Open(const char* pName, Mode openMode, bool share) 
     return true;
 }
 
-void BufferedDiskFileStream::BeginAt(uint32_t pos) {
-    m_FilePos = pos;
-    m_NextFill = s_FirstFill;
-    m_bufferSize = 0;
-    m_currentBufferPosition = 0;
-}
-
 void BufferedDiskFileStream::Fill() {
-    const uint32_t size = std::min(m_NextFill, m_FileSize - m_FilePos);
-    m_NextFill = std::min(m_NextFill * 2, s_BufferCapacity);
+    const uint32_t size = std::min(s_BufferCapacity, m_FileSize - m_FilePos);
     m_bufferSize = size > 0 ? OSFile::ReadAt(GetHandle(), m_FilePos, m_Buffer, size) : 0;
     m_FilePos += m_bufferSize;
     m_currentBufferPosition = 0;
@@ -119,7 +108,9 @@ uint32_t BufferedDiskFileStream::ReadDirectly(void* pDest, uint32_t size) {
     if (wanted < s_LeastDirect)
         return 0;
     const uint32_t got = OSFile::ReadAt(GetHandle(), m_FilePos, pDest, wanted);
-    BeginAt(m_FilePos + got);
+    m_FilePos += got;
+    m_bufferSize = 0;
+    m_currentBufferPosition = 0;
     return got;
 }
 
@@ -134,7 +125,7 @@ bool BufferedDiskFileStream::Seek(uint32_t pos) {
         dbAssert(m_currentBufferPosition <= m_bufferSize);
         return true;
     }
-    BeginAt(pos);
+    m_FilePos = pos;
     Fill();
     return true;
 }

@@ -86,7 +86,7 @@ TEST_F(VertexSetTest, RangesGetIdsInTheirOrder) {
 }
 
 TEST_F(VertexSetTest, WriteArrayFillsOneComponentAndLeavesTheOthers) {
-    Create(MaskOf({VC_Position, VC_TexCoord0}), 3);
+    ASSERT_TRUE(m_Set.CreateFrom(MaskOf({VC_Position, VC_TexCoord0}), 3, {}));
     const std::array<float, 4> texCoords = {1, 2, 3, 4};
     EXPECT_TRUE(m_Set.WriteArray(VC_TexCoord0, texCoords.data(), 1, 2));
     std::array<float, 15> all;

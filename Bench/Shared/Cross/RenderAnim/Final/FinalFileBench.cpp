@@ -69,7 +69,7 @@ MeshRef MakeMesh(uint32_t index, const ShaderRef& shader) {
     auto pMesh = std::make_unique<ra::Mesh>();
     pMesh->SetName(("mesh" + std::to_string(index)).c_str());
     std::unique_ptr<gz::VertexSet> pVertices = gz::GetDevice()->MakeVertexSet();
-    pVertices->Create(0x27, s_VertexCount, 2);
+    pVertices->CreateFrom(0x27, s_VertexCount, {}, 2);
     std::unique_ptr<gz::PrimSet> pSet = gz::GetDevice()->MakePrimSet(*pVertices, shader->GetDeviceShader(), 2);
     pSet->SetUp(0, s_VertexCount * 6, gz::PrimKind_TriangleList); // two triangles a vertex, as closed meshes have
     pMesh->SetShaderCount(1);

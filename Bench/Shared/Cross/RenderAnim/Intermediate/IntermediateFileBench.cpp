@@ -65,7 +65,7 @@ MeshRef MakeMesh(const std::string& name, const ShaderRef& shader, uint32_t vert
     auto pMesh = std::make_unique<ra::Mesh>();
     pMesh->SetName(name.c_str());
     std::unique_ptr<gz::VertexSet> pVertices = gz::GetDevice()->MakeVertexSet();
-    pVertices->Create(0x25, vertexCount, 2);
+    pVertices->CreateFrom(0x25, vertexCount, {}, 2);
     std::unique_ptr<gz::PrimSet> pSet = gz::GetDevice()->MakePrimSet(*pVertices, shader->GetDeviceShader(), 2);
     pSet->SetUp(0, vertexCount * 6, gz::PrimKind_TriangleList); // two triangles a vertex, as closed meshes have
     pMesh->SetShaderCount(1);

@@ -54,7 +54,7 @@ protected:
     }
     static void AddLowLevel(ra::Mesh& mesh, const ShaderRef& shader) {
         std::unique_ptr<gz::VertexSet> pVertices = gz::GetDevice()->MakeVertexSet();
-        EXPECT_TRUE(pVertices->Create(0x21, 4, 2));
+        EXPECT_TRUE(pVertices->CreateFrom(0x21, 4, {}, 2));
         std::unique_ptr<gz::PrimSet> pSet = gz::GetDevice()->MakePrimSet(*pVertices, shader->GetDeviceShader(), 2);
         const uint16_t indices[] = {0, 1, 3};
         pSet->SetUp(0, 3, gz::PrimKind_TriangleList);
