@@ -17,7 +17,6 @@ constexpr uint32_t s_BinaryChunk = 0x004e4942; // "BIN"
 constexpr size_t s_HeaderSize = 12;
 constexpr size_t s_ChunkHeaderSize = 8;
 
-constexpr uint64_t s_SmallFile = 0x10000;
 constexpr uint64_t s_LargeFile = 0x10000000;
 constexpr uint64_t s_Growth = 12; // so many times a file's bytes the scene, the mesh in work and the model take at most
 
@@ -85,8 +84,7 @@ std::shared_ptr<Bytes> ReadFileBytes(const Place& place, const std::string& path
     const uint64_t size = std::min(OSFile::GetSize(file.Get()), longest);
     if (size > std::numeric_limits<uint32_t>::max() - extra)
         Fail(place, ShownPath(place, path) + " is larger than 4 GB", "split the scene");
-    if (size > s_SmallFile)
-        OSMemory::HeapExpect(std::min(size, s_LargeFile) * s_Growth);
+    OSMemory::HeapExpect(std::min(size, s_LargeFile) * s_Growth);
     auto pBytes = std::make_shared<Bytes>(static_cast<size_t>(size) + extra);
     const auto wanted = static_cast<uint32_t>(size);
     if (OSFile::Read(file.Get(), pBytes->Get().data(), wanted) != wanted)

@@ -28,9 +28,6 @@ namespace {
 // keys wait until there are some frames of them: a stream of keys lies far from the next bone's.
 constexpr size_t s_FramesInBlock = 8;
 
-// Of keys: from there on it counts that the system would give the streams' pages one by one.
-constexpr size_t s_ManyBytes = 0x100000;
-
 glm::vec3 GetTargetPosition(INode& node, TimeValue t) {
     Matrix3 target = IdentityMatrix();
     node.GetTargetTM(t, target);
@@ -56,8 +53,7 @@ class BoneSampler {
 public:
     BoneSampler(const BoneNodes& bones, size_t frameCount, AnimInterm& anim)
         : m_Bones(bones), m_Block(bones.size() * s_FramesInBlock) {
-        if (const size_t bytes = bones.size() * frameCount * sizeof(MatrixKey); bytes > s_ManyBytes)
-            OSMemory::HeapExpect(bytes);
+        OSMemory::HeapExpect(bones.size() * frameCount * sizeof(MatrixKey));
         m_Streams.reserve(bones.size());
         for (size_t bone = 0; bone < bones.size(); ++bone) {
             const auto index = static_cast<int32_t>(bone);

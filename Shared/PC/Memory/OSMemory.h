@@ -18,7 +18,8 @@ void* HeapRealloc(void* pBlock, size_t size);
 void HeapFree(void* pBlock);
 size_t HeapGetSize(void* pBlock);
 // Readies the heap for that many bytes more: from now on it keeps what is freed for who asks next, and what it takes
-// from the system for them comes in large pages where the system has some. Only what gets used is taken.
+// from the system for them comes in large pages where the system has some. Only what gets used is taken. Less than a
+// megabyte changes nothing.
 void HeapExpect(size_t size);
 
 // Chunks of 64 KB, aligned to their size, with any contents. Null when there is no room. May be called from any thread;

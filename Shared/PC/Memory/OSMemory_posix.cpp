@@ -34,6 +34,9 @@ namespace {
 
 constexpr size_t s_ChunkBatch = 16; // 1 MB a system call
 
+// From there on the faults that large pages spare cost more than readying the heap.
+constexpr size_t s_LeastExpected = 0x100000;
+
 struct FreeChunkLink {
     FreeChunkLink* pNext;
 };
@@ -65,6 +68,13 @@ bool MapBatch() {
     if (__lsan_register_root_region)
         __lsan_register_root_region(s_pBatch, s_ChunkBatch * s_ChunkSize);
     return true;
+}
+
+// False when the heap can't be told, as in a sanitizer's build.
+bool KeepFreed() {
+    static const bool s_IsTold =
+        mallopt(M_MMAP_MAX, 0) != 0 && mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max()) != 0;
+    return s_IsTold;
 }
 
 struct Walk {
@@ -130,15 +140,14 @@ size_t HeapGetSize(void* pBlock) { return malloc_usable_size(pBlock); }
 #endif
 
 void HeapExpect(size_t size) {
-    mallopt(M_MMAP_MAX, 0);
-    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+    if (size < s_LeastExpected || !KeepFreed())
+        return;
     void* const pRoom = HeapAlloc(size);
     if (!pRoom)
         return;
     const size_t toPage = s_PageSize - reinterpret_cast<uintptr_t>(pRoom) % s_PageSize;
-    if (size > toPage)
-        madvise(static_cast<char*>(pRoom) + toPage, size - toPage,
-                MADV_HUGEPAGE); // a system without large pages refuses
+    // A system without large pages refuses.
+    madvise(static_cast<char*>(pRoom) + toPage, size - toPage, MADV_HUGEPAGE);
     HeapFree(pRoom);
 }
 

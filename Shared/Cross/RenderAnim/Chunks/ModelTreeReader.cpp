@@ -13,10 +13,12 @@
 #include "Shared/Cross/RenderAnim/Shader.h"
 #include "Shared/Cross/RenderAnim/Skeleton.h"
 #include "Shared/Cross/RenderAnim/Texture.h"
+#include "Shared/PC/Memory/OSMemory.h"
 
 namespace ra {
 
 bool ModelTreeReader::Read() {
+    OSMemory::HeapExpect(m_Chunky.GetRemaining()); // a model takes about as much as its file
     m_Model.SetAnimList(MakeAnimList());
     for (ChunkInfo child; m_Chunky.NextChunk(child);)
         if (child.id == s_SkeletonChunk)

@@ -8,6 +8,7 @@
 #include "Shared/Cross/RenderAnim/Image/Chunkmap.h"
 #include "Shared/Cross/RenderAnim/Image/DxtcCompression.h"
 #include "Shared/Cross/RenderAnim/Image/Palette.h"
+#include "Shared/PC/Memory/OSMemory.h"
 
 namespace {
 
@@ -92,6 +93,7 @@ void Image::SetName(const char* pName) { NamedResource::SetName(pName); }
 Image::Level Image::MakeLevel(uint32_t level) const {
     Level made;
     made.size = static_cast<uint32_t>(GetSizeFor(m_Type, GetWidth(level), GetHeight(level)));
+    OSMemory::HeapExpect(made.size);
     made.pData = std::make_unique_for_overwrite<uint8_t[]>(made.size);
     return made;
 }

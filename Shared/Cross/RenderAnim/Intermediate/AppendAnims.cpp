@@ -7,12 +7,15 @@
 #include "Shared/Cross/RenderAnim/Intermediate/IntermediateFile.h"
 #include "Shared/Cross/RenderAnim/Intermediate/LocalAnim.h"
 #include "Shared/Cross/RenderAnim/RenderModel.h"
+#include "Shared/PC/Memory/OSMemory.h"
 
 namespace ra {
 
 namespace intermediate {
 
 void AppendAnim(Chunky& chunky, RenderModel& model) {
+    // The file's matrices, and the local keys that are made of them.
+    OSMemory::HeapExpect(size_t{2} * chunky.GetRemaining());
     AddAnimNode(model, MakeLocalNode(model, ReadLocalAnim(chunky, model)), s_AnimVersion);
 }
 
