@@ -42,7 +42,13 @@ void WriteAnimField(Chunky& chunky, T value) {
         throw std::runtime_error("Unable to write to file!");
 }
 
+void WriteAnimName(Chunky& chunky, const Name& name) {
+    if (!chunky.GetStream().WriteString(name.GetTextOrEmpty()))
+        throw std::runtime_error("Unable to write to file!");
+}
+
 template void WriteAnimField(Chunky& chunky, uint8_t value);
+template void WriteAnimField(Chunky& chunky, uint32_t value);
 template void WriteAnimField(Chunky& chunky, int32_t value);
 template void WriteAnimField(Chunky& chunky, float value);
 
@@ -54,6 +60,7 @@ void WriteKeys(Chunky& chunky, const AnimStream<V>* pStream) {
     WriteBytes(chunky, keys.data(), keys.size_bytes());
 }
 
+template void WriteKeys(Chunky& chunky, const FloatStream* pStream);
 template void WriteKeys(Chunky& chunky, const Vec3Stream* pStream);
 template void WriteKeys(Chunky& chunky, const QuatStream* pStream);
 template void WriteKeys(Chunky& chunky, const MatrixStream* pStream);

@@ -8,7 +8,7 @@
 #include "Shared/Cross/RenderAnim/Anim.h"
 #include "Shared/Cross/RenderAnim/Chunks/AnimPartReader.h"
 
-// What the animations of the intermediate and the generic form have in common. All throw std::runtime_error when the
+// What the animations of the forms have in common. All throw std::runtime_error when the
 // stream doesn't take all, and as AnimPartReader on reading.
 
 namespace ra {
@@ -20,7 +20,8 @@ constexpr uint32_t s_CameraAnimChunk = FourCC("CMRA");
 
 template <StreamScalar T>
 void WriteAnimField(Chunky& chunky, T value);
-// Null is written as no keys.
+void WriteAnimName(Chunky& chunky, const Name& name);
+// A uint32 count and the keys; null is written as no keys.
 template <class V>
 void WriteKeys(Chunky& chunky, const AnimStream<V>* pStream);
 

@@ -47,56 +47,49 @@ constexpr size_t s_BoneKeysMinBytes = 13;   // an empty name, two empty lists an
 constexpr size_t s_ControlMinBytes = 20;    // an empty name, three numbers and an empty list
 constexpr size_t s_CameraKeysMinBytes = 12; // an empty name and two empty lists
 
-// Null is written as no keys.
-template <class V>
-void WriteKeyList(PayloadWriter& writer, const AnimStream<V>* pStream) {
-    const std::span<const AnimKey<V>> keys = pStream ? pStream->GetKeys() : std::span<const AnimKey<V>>();
-    writer.Write(static_cast<uint32_t>(keys.size()));
-    writer.WriteBytes(std::as_bytes(keys));
-}
-
-void WriteBones(PayloadWriter& writer, const Anim& anim, size_t boneCount) {
+void WriteBones(Chunky& chunky, const Anim& anim, size_t boneCount) {
     const size_t count = anim.GetBoneCount();
     dbAssertText(count == boneCount || count == 0, "count == boneCount");
-    writer.Write(anim.GetBoneCount());
+    WriteAnimField(chunky, anim.GetBoneCount());
     for (uint32_t i = 0; i < anim.GetBoneCount(); ++i) {
         const Anim::BoneStream& bone = anim.GetBone(static_cast<int32_t>(i));
-        writer.WriteString(bone.name.GetText());
-        WriteKeyList(writer, bone.pPosition.get());
-        WriteKeyList(writer, bone.pRotation.get());
-        writer.Write<uint8_t>(bone.isAnimated ? 1 : 0);
+        WriteAnimName(chunky, bone.name);
+        WriteKeys(chunky, bone.pPosition.get());
+        WriteKeys(chunky, bone.pRotation.get());
+        WriteAnimField(chunky, static_cast<uint8_t>(bone.isAnimated));
     }
 }
 
-void WriteControls(PayloadWriter& writer, const Anim& anim) {
-    writer.Write(anim.GetControlCount());
+void WriteControls(Chunky& chunky, const Anim& anim) {
+    WriteAnimField(chunky, anim.GetControlCount());
     for (uint32_t i = 0; i < anim.GetControlCount(); ++i) {
         const Anim::ControlStream& control = anim.GetControl(static_cast<int32_t>(i));
-        writer.WriteString(control.name.GetText());
-        writer.Write(control.ref.type);
-        writer.Write(control.ref.property);
-        writer.Write(control.ref.channel);
-        WriteKeyList(writer, control.pValues.get());
+        WriteAnimName(chunky, control.name);
+        WriteAnimField(chunky, control.ref.type);
+        WriteAnimField(chunky, control.ref.property);
+        WriteAnimField(chunky, control.ref.channel);
+        WriteKeys(chunky, control.pValues.get());
     }
 }
 
-void WriteCameras(PayloadWriter& writer, const Anim& anim) {
-    writer.Write(anim.GetCameraCount());
+void WriteCameras(Chunky& chunky, const Anim& anim) {
+    WriteAnimField(chunky, anim.GetCameraCount());
     for (uint32_t i = 0; i < anim.GetCameraCount(); ++i) {
         const Anim::CameraStream& camera = anim.GetCamera(static_cast<int32_t>(i));
-        writer.WriteString(camera.name.GetText());
-        WriteKeyList(writer, camera.pPosition.get());
-        WriteKeyList(writer, camera.pRotation.get());
+        WriteAnimName(chunky, camera.name);
+        WriteKeys(chunky, camera.pPosition.get());
+        WriteKeys(chunky, camera.pRotation.get());
     }
 }
 
-void WriteData(Chunky& chunky, PayloadWriter& writer, const Anim& anim, size_t boneCount) {
-    writer.Write(anim.GetFrameCount());
-    writer.Write(anim.GetDuration());
-    WriteBones(writer, anim, boneCount);
-    WriteControls(writer, anim);
-    WriteCameras(writer, anim);
-    writer.WriteChunk(chunky, s_AnimDataChunk, s_FinalAnimDataVersion, anim.GetName());
+void WriteData(Chunky& chunky, const Anim& anim, size_t boneCount) {
+    chunky.BeginData(s_AnimDataChunk, s_FinalAnimDataVersion, anim.GetName());
+    WriteAnimField(chunky, anim.GetFrameCount());
+    WriteAnimField(chunky, anim.GetDuration());
+    WriteBones(chunky, anim, boneCount);
+    WriteControls(chunky, anim);
+    WriteCameras(chunky, anim);
+    chunky.EndChunk();
 }
 
 void ReadBones(AnimPartReader& reader, Anim& anim) {
@@ -164,7 +157,7 @@ void WriteFinalAnim(Chunky& chunky, PayloadWriter& writer, const AnimListNode& n
     const Anim& anim = *node.GetAnim().GetData();
     chunky.BeginFolder(s_AnimChunk, s_FinalAnimVersion, anim.GetName());
     if (node.IsLocal())
-        WriteData(chunky, writer, anim, node.m_BoneMappings.size());
+        WriteData(chunky, anim, node.m_BoneMappings.size());
     else
         WriteXRefAnim(chunky, writer, node, s_FinalXRefVersion);
     WriteAnimBounds(chunky, writer, node);
