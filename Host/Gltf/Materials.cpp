@@ -12,6 +12,7 @@ namespace gltf {
 namespace {
 
 constexpr std::string_view s_TransformExtension = "KHR_texture_transform";
+constexpr int s_MirrorBoth = U_MIRROR | V_MIRROR;
 
 // A texture as a glTF material names it.
 struct TextureUse {
@@ -29,6 +30,15 @@ Matrix3 MakeTransform(const glm::vec2& offset, float rotation, const glm::vec2& 
     SetRow(m, 0, {c * scale.x, s * scale.x, 0.0f});
     SetRow(m, 1, {-s * scale.y, c * scale.y, 0.0f});
     SetRow(m, 3, {offset.x + s * scale.y, 1.0f - offset.y - c * scale.y, 0.0f});
+    return m;
+}
+
+bool IsMirrored(int tiling) { return (tiling & s_MirrorBoth) == s_MirrorBoth; }
+
+// glTF counts each mirrored copy of the picture as a tile, the host two of them.
+Matrix3 CountMirrored(Matrix3 m) {
+    for (int row = 0; row < 4; ++row)
+        m[row] *= glm::vec3(0.5f, 0.5f, 1.0f);
     return m;
 }
 
@@ -88,6 +98,8 @@ scene::UVSettings MaterialReader::MakePlacement(const TextureUse& use) const {
     uv.transform = use.transform;
     if (use.texture >= 0)
         uv.tiling = m_Textures.Get(static_cast<size_t>(use.texture)).tiling;
+    if (IsMirrored(uv.tiling))
+        uv.transform = CountMirrored(use.transform.value_or(IdentityMatrix()));
     return uv;
 }
 
@@ -134,9 +146,11 @@ void MaterialReader::ApplyMap(const MapExtras& extras, const MapTracks& tracks, 
     if (extras.texture)
         use = {.texture = static_cast<int32_t>(*extras.texture), .set = 0, .transform = {}};
     scene::UVSettings uv = MakePlacement(use);
-    if (extras.tile || extras.mirror)
-        uv.tiling = extras.tile.value_or(0) | extras.mirror.value_or(0);
     // Values of the host's own replace what glTF says in another way.
+    if (extras.tile || extras.mirror) {
+        uv.tiling = extras.tile.value_or(0) | extras.mirror.value_or(0);
+        uv.transform = use.transform;
+    }
     if (extras.offset || extras.scale)
         uv.transform.reset();
     if (extras.offset) {

@@ -12,9 +12,10 @@ using testing::HasSubstr;
 class GltfMaterials : public GltfFixture {
 protected:
     static constexpr const char* s_Textures =
-        R"("textures":[{"source":0},{"source":1,"sampler":0},{"source":2,"sampler":1},{"source":3,"sampler":2}],
+        R"("textures":[{"source":0},{"source":1,"sampler":0},{"source":2,"sampler":1},{"source":3,"sampler":2},{"source":0,"sampler":3}],
            "images":[{"uri":"art/a%20b.TGA"},{"uri":"c.png","name":"C"},{"uri":"data:image/jpeg;base64,AAAA"},{"uri":"d.bw"}],
-           "samplers":[{"wrapS":33071,"wrapT":33648,"minFilter":9728},{"minFilter":9987,"wrapT":10497},{"magFilter":9729}])";
+           "samplers":[{"wrapS":33071,"wrapT":33648,"minFilter":9728},{"minFilter":9987,"wrapT":10497},{"magFilter":9729},
+                       {"wrapS":33648,"wrapT":33648}])";
 
     // Makes a node for each material, named like its place in the list, and loads them.
     void LoadMaterials(const std::string& materials, int count) {
@@ -98,6 +99,24 @@ TEST_F(GltfMaterials, TextureTransformsKeepTheirPlaceOnThePicture) {
     const Point3 host = TransformPoint({u, 1 - v, 0}, m);
     EXPECT_NEAR(host.x, wantedU, 1e-5f);
     EXPECT_NEAR(host.y, 1 - wantedV, 1e-5f);
+}
+
+TEST_F(GltfMaterials, OfMirroredCopiesTheHostCountsTwoAsATile) {
+    const std::string texture = R"("pbrMetallicRoughness":{"baseColorTexture":{"index":4)";
+    LoadMaterials("{" + texture + "}}},{" + texture +
+                      R"(,"extensions":{"KHR_texture_transform":{"offset":[0.5,0],"scale":[2,4]}}}}},{)" + texture +
+                      R"(}},"extras":{"host":{"maps":{"diffuse":{"mirror":"uv"}}}}})",
+                  3);
+    const auto place = [&](int i, const Point3& point) {
+        StdUVGen& uv = *Map(GetStandard(i), ID_DI).GetUVGen();
+        EXPECT_EQ(uv.GetTextureTiling(), U_MIRROR | V_MIRROR);
+        Matrix3 m;
+        uv.GetUVTransform(m);
+        return TransformPoint(point, m);
+    };
+    EXPECT_EQ(place(0, {1, 1, 0}), Point3(0.5f, 0.5f, 0));
+    EXPECT_EQ(place(1, {1, 1, 0}), Point3(1.25f, 0.5f, 0));
+    EXPECT_EQ(place(2, {1, 1, 0}), Point3(1, 1, 0)) << "the host's own word";
 }
 
 TEST_F(GltfMaterials, APlaceInTheHostExtrasReplacesTheTextureTransform) {
