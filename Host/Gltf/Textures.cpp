@@ -5,6 +5,7 @@
 #include "Host/Gltf/Uri.h"
 #include "Host/Sdk/Material.h"
 #include "Shared/Cross/Util/Hash.h"
+#include "Shared/PC/FileSystem/OSFile.h"
 
 #include <algorithm>
 #include <array>
@@ -35,6 +36,12 @@ std::string GetExtension(std::string_view name) {
 std::string_view GetStem(std::string_view name) {
     name.remove_prefix(name.find_last_of("/\\:") + 1);
     return name.substr(0, name.find_last_of('.'));
+}
+
+// Whether a scene of the other kind lies there under the same name, which unpacks into the same folder.
+bool HasTwin(const std::string& path) {
+    const std::string twin = path.substr(0, path.find_last_of('.')) + (GetExtension(path) == ".glb" ? ".gltf" : ".glb");
+    return (OSFile::FileAttr(twin.c_str()) & OSFile::F_ATTRIBUTE_FILE) != 0;
 }
 
 // Names of files end at 255 bytes; this leaves room for numbers and extensions.
@@ -198,11 +205,14 @@ void Textures::Unpack(size_t texture) {
     if (image.isUnpacked)
         return;
     image.isUnpacked = true;
-    if (!std::exchange(m_HasCleaned, true))
+    if (!std::exchange(m_IsPrepared, true)) {
         RemoveLeftovers(m_UnpackFolder);
+        m_HasTwin = HasTwin(m_Path);
+    }
     const Json& json = (*FindMember(m_File.GetRoot(), "images"))[static_cast<rapidjson::SizeType>(source)];
     try {
-        if (const std::array files = {m_Path, GetFile(json)}; !IsNewerThan(image.path, files))
+        // What a twin has unpacked would pass for this scene's.
+        if (const std::array files = {m_Path, GetFile(json)}; m_HasTwin || !IsNewerThan(image.path, files))
             UnpackImage(place, GetBytes(place, json, false).bytes, image.path);
     } catch (const Fault& fault) {
         m_Messages.Warn(fault);

@@ -31,7 +31,8 @@ public:
     size_t GetCount() const { return m_Textures.size(); }
     const TextureInfo& Get(size_t texture) const { return m_Textures[texture]; }
     // Sees to it that the texture's image lies at its path, unless it is a file that stays where it is. One that was
-    // unpacked after the scene's last change, and the image's, is left alone. An image that can't be unpacked is a
+    // unpacked after the scene's last change, and the image's, is left alone, unless another scene may have done it. An
+    // image that can't be unpacked is a
     // warning, once; a path that is longer than any that the exporter opens is a fault.
     void Unpack(size_t texture);
 
@@ -52,7 +53,8 @@ private:
     const SceneFile& m_File;
     std::string m_Path;
     std::string m_UnpackFolder;
-    bool m_HasCleaned = false; // the folder, of what ended processes left
+    bool m_IsPrepared = false; // the folder is clean of what ended processes left
+    bool m_HasTwin = false;    // known then: another scene unpacks into the folder
     BufferStore& m_Buffers;
     const Messages& m_Messages;
     std::vector<Image> m_Images;

@@ -205,6 +205,8 @@ TEST_F(GltfImages, AreUnpackedAgainOnlyWhenTheSceneOrTheImageIsNewer) {
     std::filesystem::remove(m_Folder / "scene.textures" / "a.tga");
     LoadFile("scene.glb");
     EXPECT_EQ(ReadBack("a.tga"), s_PlainTga) << "taken away";
+    Write("scene.gltf", "{}");
+    EXPECT_EQ(ages(20, 20, 10), s_PlainTga) << "perhaps of the scene that shares the folder";
 }
 
 TEST_F(GltfImages, NamesStayInTheFolderAndApart) {
