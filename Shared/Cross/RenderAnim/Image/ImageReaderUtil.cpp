@@ -18,6 +18,11 @@ std::unique_ptr<Image> RefuseNameLast(const char* pReason, const char* pName) {
     return nullptr;
 }
 
+std::unique_ptr<Image> RefuseWithoutName(const char* pReason) {
+    dbWarningf("%s", pReason);
+    return nullptr;
+}
+
 bool CheckSides(const char* pName, ImageType type, uint32_t width, uint32_t height) {
     if (Image::AreSidesAllowed(type, width, height))
         return true;

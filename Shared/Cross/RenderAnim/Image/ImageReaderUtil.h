@@ -29,6 +29,8 @@ uint32_t GetBytesAhead(ByteStream& stream);
 std::unique_ptr<Image> Refuse(const char* pName, const std::string& reason);
 // The same in the words of the oldest readers, which have the name at the end.
 std::unique_ptr<Image> RefuseNameLast(const char* pReason, const char* pName);
+// The same in those of theirs that leave the name to the caller's line.
+std::unique_ptr<Image> RefuseWithoutName(const char* pReason);
 
 // Whether an image can have the sides that a picture file claims; a line that says what would be right if not.
 bool CheckSides(const char* pName, ImageType type, uint32_t width, uint32_t height);

@@ -143,13 +143,13 @@ std::unique_ptr<Image> ReadBmp(const ImageReaderArgs& args, uint32_t& outFlags) 
         return nullptr;
     ImagePalette palette{};
     if (header.HasPalette() && !ReadPalette(stream, header, palette))
-        return RefuseNameLast("Not enough file for the palette.", args.pName);
+        return RefuseWithoutName("Not enough file for the palette.");
     const uint64_t end = header.GetRowsPos() + uint64_t{header.GetRowSize()} * header.height;
     if (stream.GetLength() < end || !stream.Seek(static_cast<uint32_t>(header.GetRowsPos())))
-        return RefuseNameLast("Not enough file for the bitmap.", args.pName);
+        return RefuseWithoutName("Not enough file for the bitmap.");
     std::unique_ptr<Image> pImage = Image::Create(type, header.width, header.height);
     if (!ReadRows(stream, header, *pImage))
-        return RefuseNameLast("Not enough file for the bitmap.", args.pName);
+        return RefuseWithoutName("Not enough file for the bitmap.");
     if (Image_Palette* pPaletted = ImageCast<Image_Palette>(pImage.get()))
         pPaletted->GetPalette() = palette;
     outFlags = SettleAlpha(header, *pImage) ? ImageLoad::Flags_Alpha : ImageLoad::Flags_NoAlpha;

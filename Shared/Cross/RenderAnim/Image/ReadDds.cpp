@@ -74,8 +74,7 @@ uint32_t GetMipCount(const DdsHeader& header, const char* pName) {
 }
 
 bool GetType(const DdsHeader& header, const char* pName, ImageType& type) {
-    const uint32_t fourCC = header.formatFlags & s_DdsFormatFourCC ? header.fourCC : 0;
-    switch (fourCC) {
+    switch (header.fourCC) {
     case s_DdsDxt1:
         type = IMAGETYPE_DXT1;
         return true;
@@ -122,10 +121,8 @@ std::unique_ptr<Image> ReadDds(const ImageReaderArgs& args, uint32_t& outFlags) 
     if (isWhole && args.pStream->Seek(s_DdsHeaderSize + skipSize))
         pImage = Image::Create(type, std::max(1u, header.width >> skip), std::max(1u, header.height >> skip),
                                mipCount - skip);
-    if (!pImage || !ReadLevels(*args.pStream, *pImage)) {
-        dbWarningf("Malformed DDS file.  Not enough file for image.");
-        return nullptr;
-    }
+    if (!pImage || !ReadLevels(*args.pStream, *pImage))
+        return RefuseWithoutName("Malformed DDS file.  Not enough file for image.");
     const bool hasAlpha = type != IMAGETYPE_DXT1 || (header.formatFlags & s_DdsFormatAlpha);
     outFlags = hasAlpha ? ImageLoad::Flags_Alpha : ImageLoad::Flags_NoAlpha;
     return pImage;

@@ -67,9 +67,9 @@ TEST_F(Bmp, FaultsHaveTheirTexts) {
                                       {18, 4097, "4097x2 pixels; a side can have up to 4096"},
                                       {18, 0x80000000, "a side can have up to 4096"},
                                       {22, 0x80000000, "a side can have up to 4096"},
-                                      {22, 4000, "Not enough file for the bitmap. [DATA:pic]"},
-                                      {10, 0xFFFFFFF0, "Not enough file for the bitmap. [DATA:pic]"},
-                                      {46, 0xFFFFFFFF, "Not enough file for the palette. [DATA:pic]"},
-                                      {14, 0xFFFFFFFF, "Not enough file for the palette. [DATA:pic]"},
+                                      {22, 4000, "Not enough file for the bitmap."},
+                                      {10, 0xFFFFFFF0, "Not enough file for the bitmap."},
+                                      {46, 0xFFFFFFFF, "Not enough file for the palette."},
+                                      {14, 0xFFFFFFFF, "Not enough file for the palette."},
                                   });
 }

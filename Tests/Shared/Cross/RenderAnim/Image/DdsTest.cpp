@@ -68,7 +68,6 @@ TEST_F(Dds, FaultsHaveTheirTexts) {
                                       {8, 0x1006, "DDS is not happy. [DATA:pic]"},
                                       {8, 0x0007, "DDS is not happy. [DATA:pic]"},
                                       {84, 0x32545844, "Unsupported FourCC code in [DATA:pic]."},
-                                      {80, 0x40, "Unsupported FourCC code in [DATA:pic]."},
                                       {12, 12, "8x12 pixels; sides of a compressed one are powers of two"},
                                       {16, 0x2000, "8192x8 pixels; a side can have up to 4096"},
                                       {16, 0, "no pixels (0x8)"},
