@@ -1,5 +1,6 @@
 #include "Shared_Tools/BurnerImp/BurnTextures.h"
 
+#include "Shared/Cross/RenderAnim/Final/FinalTextureChunk.h"
 #include "Shared/Cross/RenderAnim/Image/ImageConvert.h"
 #include "Shared/Cross/RenderAnim/Image/MipMap.h"
 #include "Shared/Cross/RenderAnim/Texture.h"
@@ -39,7 +40,9 @@ void SetLevels(Texture& texture, bool mipMaps) {
         texture.NameImages();
 }
 
-bool IsCompressible(const Texture* pTexture) {
+bool IsConvertible(const Texture* pTexture) {
+    if (ra::IsTooSmallForDXTC(*pTexture))
+        return true;
     const Image& image = *pTexture->GetLevel(0).pImage;
     return Image::AreSidesAllowed(IMAGETYPE_DXT5, image.GetWidth(), image.GetHeight());
 }
@@ -53,7 +56,7 @@ void SetMipMaps(std::span<const Texture* const> textures, bool mipMaps) {
 }
 
 std::string ExplainUnconverted(std::span<const Texture* const> textures) {
-    const auto it = std::ranges::find_if_not(textures, IsCompressible);
+    const auto it = std::ranges::find_if_not(textures, IsConvertible);
     if (it == textures.end())
         return "a texture can't be converted";
     const Image& image = *(*it)->GetLevel(0).pImage;

@@ -7,6 +7,7 @@
 #include "Shared/Cross/FileSystem/Paths/FilePathUtil.h"
 #include "Shared/Cross/RenderAnim/Chunks/TextureChunk.h"
 #include "Shared/Cross/RenderAnim/Final/FinalTextureChunk.h"
+#include "Shared/Cross/RenderAnim/Image/ImageChunks.h"
 #include "Shared/Cross/RenderAnim/Image/ImageConvert.h"
 #include "Shared/Cross/RenderAnim/Image/ImageLoad.h"
 #include "Shared/Cross/RenderAnim/Texture.h"
@@ -29,7 +30,15 @@ std::unique_ptr<ByteStream> OpenTextureFile(const char* pPath) {
 std::unique_ptr<Texture> LoadPicture(const char* pPath, const TextureOptions& options) {
     uint32_t flags = 0;
     std::unique_ptr<Image> pImage = ImageLoad::Load(flags, pPath);
-    return pImage ? Image2Texture(std::move(pImage), options) : nullptr;
+    if (!pImage)
+        return nullptr;
+    // As part of a model it would make a file that nobody can read.
+    if (!CanStoreImage(pImage->GetType(), pImage->GetWidth(), pImage->GetHeight())) {
+        dbWarningf("TEXTURES -- '%s': %ux%u pixels; a compressed texture has 4 or more a side; save it uncompressed",
+                   pPath, pImage->GetWidth(), pImage->GetHeight());
+        return nullptr;
+    }
+    return Image2Texture(std::move(pImage), options);
 }
 
 bool SaveTextureFile(const char* pPath, const Texture& texture) {

@@ -7,6 +7,7 @@
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/Chunks/PayloadReader.h"
 #include "Shared/Cross/RenderAnim/Chunks/TextureChunk.h"
+#include "Shared/Cross/RenderAnim/Image/DxtcCompression.h"
 #include "Shared/Cross/RenderAnim/Image/ImageChunks.h"
 #include "Shared/Cross/RenderAnim/Texture.h"
 
@@ -24,16 +25,12 @@ namespace {
 constexpr uint32_t s_HeadChunk = FourCC("HEAD");
 constexpr uint32_t s_TextureVersion = 1;
 constexpr uint32_t s_HeadVersion = 1;
-constexpr uint32_t s_LeastCompressedSide = 4; // a smaller image of blocks can't be read back
-
-bool IsStorable(const Image& image) {
-    return !Image::IsTypeCompressed(image.GetType()) ||
-           std::min(image.GetWidth(), image.GetHeight()) >= s_LeastCompressedSide;
-}
 
 // False when one can't be converted.
 bool MakeStoredLevels(const Texture& texture, uint32_t useDXTC, std::vector<std::unique_ptr<Image>>& levels) {
     bool complete = true;
+    if (texture.GetLevelCount() > 0 && IsTooSmallForDXTC(texture))
+        useDXTC = 0;
     for (uint32_t level = 0; level < texture.GetLevelCount(); ++level) {
         std::unique_ptr<Image> pImage = Texture2Image(texture, level, useDXTC);
         if (!pImage) {
@@ -42,7 +39,7 @@ bool MakeStoredLevels(const Texture& texture, uint32_t useDXTC, std::vector<std:
             complete = false;
             continue;
         }
-        if (!IsStorable(*pImage))
+        if (!CanStoreImage(pImage->GetType(), pImage->GetWidth(), pImage->GetHeight()))
             break;
         levels.push_back(std::move(pImage));
     }
@@ -72,6 +69,11 @@ std::vector<std::unique_ptr<Image>> ReadLevels(Chunky& chunky, uint32_t count, u
 }
 
 } // namespace
+
+bool IsTooSmallForDXTC(const Texture& texture) {
+    const auto [pImage, level] = texture.GetLevel(0);
+    return std::min(pImage->GetWidth(level), pImage->GetHeight(level)) < s_DxtcBlockSide;
+}
 
 bool WriteFinalTexture(Chunky& chunky, PayloadWriter& writer, const Texture& texture, uint32_t useDXTC) {
     std::vector<std::unique_ptr<Image>> levels;

@@ -33,6 +33,8 @@ constexpr uint32_t s_PaletteVersion = 1;
 
 [[noreturn]] void Fail(const std::string& reason) { throw Chunky::Exception(ChunkyError_BadChunk, "Image: " + reason); }
 
+uint32_t GetLeastSide(uint32_t type) { return Image::IsTypeCompressed(type) ? 4 : 1; }
+
 uint32_t ReadField(Chunky& chunky, const char* pField) {
     uint32_t value = 0;
     if (chunky.GetRemaining() < sizeof(value) || !chunky.GetStream().ReadValue(value))
@@ -44,7 +46,7 @@ void CheckAttributes(uint32_t type, const ImageAttributes& attributes) {
     const std::string sides = std::to_string(attributes.width) + "x" + std::to_string(attributes.height);
     if (!Image::IsTypeKnown(type))
         Fail("there is no image type " + std::to_string(type));
-    const uint32_t leastSide = Image::IsTypeCompressed(type) ? 4 : 1;
+    const uint32_t leastSide = GetLeastSide(type);
     if (attributes.width < leastSide)
         Fail("imageWidth >= " + std::to_string(leastSide) + " doesn't hold for " + sides);
     if (attributes.height < leastSide)
@@ -110,6 +112,10 @@ void ReadPalette(Chunky& chunky, ImagePalette& palette) {
 }
 
 } // namespace
+
+bool CanStoreImage(ImageType type, uint32_t width, uint32_t height) {
+    return std::min(width, height) >= GetLeastSide(type) && Image::AreSidesAllowed(type, width, height);
+}
 
 void WriteImage(Chunky& chunky, const Image& image) {
     ByteStreamAdapter& stream = chunky.GetStream();

@@ -11,6 +11,9 @@
 
 constexpr uint32_t s_ImageChunk = FourCC("IMAG");
 
+// Whether ReadImage takes such an image: a compressed one has 4 pixels a side at least.
+bool CanStoreImage(ImageType type, uint32_t width, uint32_t height);
+
 // All levels, under the image's name.
 void WriteImage(Chunky& chunky, const Image& image);
 

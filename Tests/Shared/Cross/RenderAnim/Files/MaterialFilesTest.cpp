@@ -151,6 +151,9 @@ TEST_F(MaterialFiles, PicturesAreWrittenByTheirExtension) {
               ImageCast<Image_Palette>(pGrey->GetImages()[0].get())->GetPalette()[pGrey->GetImages()[0]->GetData()[9]]);
     ASSERT_TRUE(ra::SaveTexture("DATA:new.dds", *Image2Texture(MakeRandomImage(IMAGETYPE_RGBA32, 8, 8)), 3));
     EXPECT_EQ(load("DATA:new.dds")->GetType(), TextureType_DXT3);
+    ASSERT_TRUE(ra::SaveTexture("DATA:tiny.dds", *Image2Texture(MakeRandomImage(IMAGETYPE_DXT1, 8, 2))));
+    EXPECT_FALSE(load("DATA:tiny.dds")) << "no model that holds it could be read";
+    EXPECT_TRUE(ReportCapture::HasWarning("8x2 pixels; a compressed texture has 4 or more a side"));
     EXPECT_FALSE(ra::SaveTexture("DATA:blocks.tga", *pBlocks));
     EXPECT_FALSE(ra::SaveTexture("DATA:what.gif", *pGrey));
     EXPECT_FALSE(load("DATA:nothing.tga"));

@@ -60,6 +60,14 @@ TEST_F(FinalChunks, SmallLevelsOfCompressedTexturesArentStored) {
     EXPECT_EQ(head, PayloadBytes().U32(TextureType_DXT1).U32(3).Get());
 }
 
+TEST_F(FinalChunks, TexturesSmallerThanABlockStayInColours) {
+    for (const auto& [width, height] : {std::pair(1u, 1u), {64u, 2u}, {3u, 3u}}) {
+        const std::unique_ptr<Texture> pRead = Read(Write(*Make(IMAGETYPE_RGBA32, width, height, 2 - height % 2), 5));
+        EXPECT_EQ(pRead->GetType(), TextureType_RGBA) << width;
+        EXPECT_EQ(pRead->GetLevel(0).pImage->GetWidth(), width);
+    }
+}
+
 TEST_F(FinalChunks, ALevelThatCannotBeConvertedIsTold) {
     const std::string bytes = Write(*Make(IMAGETYPE_RGBA32, 12, 8, 1), 1, false);
     EXPECT_TRUE(ReportCapture::HasWarning("TEXTURES -- 'art\\wood': Unable to convert mip-map 0 to an image!"));
