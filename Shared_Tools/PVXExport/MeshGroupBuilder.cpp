@@ -59,11 +59,12 @@ bool Build(ExportScene& scene, const ExportContext& context, RenderModel& model)
     for (uint32_t i = 0; i < pMeshGroup->GetMeshCount(); ++i) {
         const MeshNode& node = scene.m_MeshNodes[i];
         dbAssertText(node.meshRef.IsValid(), "m_MeshNodes[ i ].meshRef.IsValid()");
-        // The group asks whose the mesh is when it takes over the mesh's shaders.
-        if (!context.m_XRefAsLocal)
-            SetExternalName(node.pNode, i, *pMeshGroup);
+        // The group takes the mesh's shaders for its own as long as the mesh has no external name: the textures of all
+        // shaders that are written go with them.
         pMeshGroup->SetMesh(i, node.meshRef);
         pMeshGroup->SetMeshName(i, ra::Name(node.pNode->GetName()));
+        if (!context.m_XRefAsLocal)
+            SetExternalName(node.pNode, i, *pMeshGroup);
         if (!node.meshRef->IsSkinned())
             AttachToBone(node.pNode, i, scene, context.m_Time, *pMeshGroup);
         bounds.Merge(node.meshRef->GetBoundVolume());

@@ -92,6 +92,14 @@ TEST_F(TextureExport, APictureIsOneTextureHoweverOftenItIsUsed) {
     EXPECT_EQ(CountTextures(), 0u) << "ignored shaders take their textures with them";
 }
 
+TEST_F(TextureExport, TexturesOfMeshesOfOthersComeAlong) {
+    scene::Node& node =
+        AddPainted("Wall", WithMaps({{ID_DI, &AddBitmap(WritePicture("Wood.tga", MakeTga(2, 2, 32)))}}));
+    scene::MakeXRef(node, GetPath("DataSource/Art/Bar/REFERENCE/REF.gltf"));
+    EXPECT_EQ(Export(), 1);
+    EXPECT_EQ(CountTextures(), 1u) << "their shaders are in the file too";
+}
+
 TEST_F(TextureExport, AMissingPictureIsAWarning) {
     const std::string missing = GetPath("DataSource/Art/None.tga");
     const std::string broken = WritePicture("Art/Broken.tga", Bytes(30));
