@@ -4,6 +4,7 @@
 
 #include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/RenderAnim/AnimListGeneric.h"
+#include "Shared/Cross/RenderAnim/LoadingModel.h"
 #include "Shared/Cross/RenderAnim/RenderModel.h"
 #include "Shared/Cross/RenderAnim/RenderModelTypeInfo.h"
 #include "Shared/Cross/RenderAnim/Skeleton.h"
@@ -19,10 +20,17 @@ std::unique_ptr<AnimListNode> MakeNode(const RenderModel& model, const AnimRef& 
     return pNode;
 }
 
-AnimRef FindAnim(const RenderModelRef& model, const char* pName) {
-    const AnimList* pList = model.IsValid() ? model.GetData()->GetAnimList() : nullptr;
+AnimRef FindAnim(const RenderModel* pModel, const char* pName) {
+    const AnimList* pList = pModel ? pModel->GetAnimList() : nullptr;
     const int32_t index = pList ? pList->FindNode(pName) : AnimList::InvalidIndex;
     return index != AnimList::InvalidIndex ? pList->GetNode(static_cast<uint32_t>(index))->GetAnim() : AnimRef();
+}
+
+AnimRef FindXRefAnim(const char* pXRefModel, const char* pName) {
+    if (const RenderModel* pLoading = LoadingModel::Find(pXRefModel))
+        return FindAnim(pLoading, pName);
+    const RenderModelRef model = XRefLoad(pXRefModel);
+    return FindAnim(model.IsValid() ? model.GetData() : nullptr, pName);
 }
 
 AnimRef MakeEmptyAnim(const char* pName) {
@@ -55,7 +63,7 @@ std::unique_ptr<AnimListNode> MakeXRefNode(const RenderModel& model, const char*
                    pAnimName);
         return nullptr;
     }
-    AnimRef anim = FindAnim(XRefLoad(pXRefModel), pAnimName);
+    AnimRef anim = FindXRefAnim(pXRefModel, pAnimName);
     if (!anim.IsValid()) {
         dbWarningf("'%s': XRef'ed Anim '%s' in model '%s' is missing!", model.GetName(), pAnimName, pXRefModel);
         anim = MakeEmptyAnim(pAnimName);

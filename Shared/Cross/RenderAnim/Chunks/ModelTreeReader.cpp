@@ -65,6 +65,13 @@ void ModelTreeReader::ReadData(uint32_t id) {
         m_Model.AddCamera(ReadCamera(m_Chunky));
 }
 
+void ModelTreeReader::CheckSkeletonKind(const ChunkInfo& child, ChunkKind kind) {
+    if (child.kind != kind)
+        throw Chunky::Exception(
+            ChunkyError_MissingChunk,
+            "Missing Chunk Type! (the skeleton is of another level: is the file in the right tree?)");
+}
+
 void ModelTreeReader::SetSkeleton(std::unique_ptr<Skeleton> pSkeleton) {
     if (m_Model.GetSkeleton())
         throw Chunky::Exception(ChunkyError_BadChunk, "there is a second skeleton in the file");

@@ -38,6 +38,8 @@ protected:
     virtual void ReadData(uint32_t id);
     virtual bool ReadFolder(const ChunkInfo& child);
 
+    // Throws for a skeleton of another form, without which the model would be taken for one that has no bones.
+    static void CheckSkeletonKind(const ChunkInfo& child, ChunkKind kind);
     // Throws for a second one, since what has been read goes by the first.
     void SetSkeleton(std::unique_ptr<Skeleton> pSkeleton);
     // Throws for a model that has no meshes yet. `pPlace` tells the message where they should have been.

@@ -16,6 +16,7 @@
 #include "Shared/Cross/RenderAnim/Final/FinalShaderChunk.h"
 #include "Shared/Cross/RenderAnim/Final/FinalSkeletonChunk.h"
 #include "Shared/Cross/RenderAnim/Final/FinalTextureChunk.h"
+#include "Shared/Cross/RenderAnim/LoadingModel.h"
 #include "Shared/Cross/RenderAnim/MeshGroup.h"
 #include "Shared/Cross/RenderAnim/RenderModel.h"
 #include "Shared/Cross/RenderAnim/RenderModelTypeInfo.h"
@@ -41,8 +42,8 @@ private:
         return BuildMeshGroup(m_Chunky, m_Model.GetName(), MeshForm::Final);
     }
     void ReadSkeleton(const ChunkInfo& child) override {
-        if (child.kind == ChunkKind_Data)
-            SetSkeleton(generic::BuildSkeleton(ReadFinalBoneRecords(m_Chunky)));
+        CheckSkeletonKind(child, ChunkKind_Data);
+        SetSkeleton(generic::BuildSkeleton(ReadFinalBoneRecords(m_Chunky)));
     }
     void ReadData(uint32_t id) override {
         if (id == s_SharedShaderChunk)
@@ -75,6 +76,7 @@ std::unique_ptr<RenderModel> LoadBoth(const char* pName, std::string& path) {
     std::unique_ptr<RenderModel> pModel = ReadFinal(*pStream);
     if (!pModel)
         return nullptr;
+    const LoadingModel loading(pName, *pModel);
     path = MakePath(pName, ".obe");
     const std::unique_ptr<ByteStream> pMotionStream = FilePath::OpenStream(path.c_str(), ByteStream::Mode_Read);
     if (pMotionStream && !ReadFinalMotion(*pMotionStream, *pModel))

@@ -10,6 +10,7 @@
 #include "Shared/Cross/RenderAnim/Generic/GenericFile.h"
 #include "Shared/Cross/RenderAnim/Generic/MotionFile.h"
 #include "Shared/Cross/RenderAnim/Generic/SkeletonChunk.h"
+#include "Shared/Cross/RenderAnim/LoadingModel.h"
 #include "Shared/Cross/RenderAnim/RenderModelTypeInfo.h"
 #include "Shared/Cross/RenderAnim/Skeleton.h"
 
@@ -28,8 +29,8 @@ public:
 
 private:
     void ReadSkeleton(const ChunkInfo& child) override {
-        if (child.kind == ChunkKind_Folder)
-            SetSkeleton(generic::BuildSkeleton(generic::ReadBoneRecords(m_Chunky)));
+        CheckSkeletonKind(child, ChunkKind_Folder);
+        SetSkeleton(generic::BuildSkeleton(generic::ReadBoneRecords(m_Chunky)));
     }
     bool ReadFolder(const ChunkInfo& child) override {
         if (child.id == s_LegacyMeshChunk)
@@ -59,6 +60,10 @@ std::string MakeFirstPath(const char* pName, const char* pExtension) {
 }
 
 std::unique_ptr<ByteStream> OpenModel(const char* pName) {
+    // As it stands it may be a file, whatever its extension.
+    if (!FilePathUtil::HasAlias(pName) && !FilePathUtil::HasExtension(pName, "pvx"))
+        if (auto pStream = FilePath::OpenStream((std::string("GENERIC:") + pName).c_str(), ByteStream::Mode_Read))
+            return pStream;
     const std::string path = MakeFirstPath(pName, s_ModelExtension);
     if (std::unique_ptr<ByteStream> pStream = FilePath::OpenStream(path.c_str(), ByteStream::Mode_Read))
         return pStream;
@@ -70,6 +75,7 @@ std::unique_ptr<ByteStream> OpenModel(const char* pName) {
 }
 
 bool LoadMotion(const char* pName, RenderModel& model) {
+    const LoadingModel loading(pName, model);
     const std::unique_ptr<ByteStream> pStream =
         FilePath::OpenStream(MakeFirstPath(pName, s_MotionExtension).c_str(), ByteStream::Mode_Read);
     return !pStream || ReadMotionFile(*pStream, model);

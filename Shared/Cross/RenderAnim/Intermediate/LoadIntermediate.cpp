@@ -20,8 +20,8 @@ public:
 
 private:
     void ReadSkeleton(const ChunkInfo& child) override {
-        if (child.kind == ChunkKind_Data)
-            SetSkeleton(intermediate::BuildSkeleton(intermediate::ReadBoneRecords(m_Chunky)));
+        CheckSkeletonKind(child, ChunkKind_Data);
+        SetSkeleton(intermediate::BuildSkeleton(intermediate::ReadBoneRecords(m_Chunky)));
     }
     // The merge may want those that no mesh uses.
     void OnMeshGroup(MeshGroup& group) override {

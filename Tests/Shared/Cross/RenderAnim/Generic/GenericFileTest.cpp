@@ -42,6 +42,8 @@ TEST_F(GenericFile, TheOrderOfTheFileBinds) {
               "Missing Chunk Type! (mesh group ahead of the animations)");
     EXPECT_THROW(Read(File("")), Chunky::Exception);
     EXPECT_THROW(Read(File(MakeEmptyGroup(), 2)), Chunky::Exception);
+    EXPECT_THAT(FaultOf([] { Read(File(ChunkBytes::Data("SKEL", "", 2) + MakeEmptyGroup())); }),
+                HasSubstr("Missing Chunk Type! (the skeleton is of another level"));
     EXPECT_THAT(FaultOf([] { Read(File(ChunkBytes::Folder("MESH", ChunkBytes::Folder("GGRP", "")))); }),
                 HasSubstr("\"MESH\" is a mesh section of before there were mesh groups"));
 }
@@ -65,6 +67,8 @@ TEST_F(GenericOnDisk, ModelsAreFoundByName) {
     EXPECT_EQ(Load("art/jeep.v2"), "DATA:art\\jeep.v2.pvx");
     EXPECT_EQ(Load("GENERIC:art/jeep.v2.pvx"), "DATA:art\\jeep.v2.pvx");
     EXPECT_EQ(Load("art/plane"), "Unable to open file!");
+    Save("GENERIC:art\\plane.max");
+    EXPECT_EQ(Load("art/plane.max"), "GENERIC:art\\plane.max") << "as it stands";
 }
 
 TEST_F(GenericOnDisk, TheMotionFileStandsBesideTheModel) {

@@ -98,6 +98,28 @@ TEST_F(XRefs, AnAnimationIsSharedWithItsModel) {
     EXPECT_TRUE(m_Reports.GetWarnings().empty());
 }
 
+TEST_F(XRefs, ModelsMayTakeAnimationsFromOneAnother) {
+    for (const auto& [name, own, other] : {std::array{"a", "walk", "b"}, {"b", "run", "a"}}) {
+        m_Trees.Write(std::string("GENERIC/art/") + name + ".pvx",
+                      File(TwoBones() + MakeEmptyGroup() + Anim(own, Info())));
+        const std::string taken = own == std::string("walk") ? "run" : "walk";
+        m_Trees.Write(std::string("GENERIC/art/") + name + ".ebp",
+                      ChunkBytes::FileHeader() +
+                          ChunkBytes::Folder(
+                              "QEBP", XRef(taken.c_str(), (std::string("art/") + other).c_str(), taken.c_str()), 4));
+    }
+    const auto pModel = ra::LoadGeneric("GENERIC:art/a.pvx", true);
+    ASSERT_NE(pModel, nullptr);
+    RenderModelRef other;
+    ASSERT_TRUE(other.Find("art/b"));
+    for (const RenderModel* pEach : {std::as_const(pModel).get(), std::as_const(other).GetData()}) {
+        ASSERT_EQ(pEach->GetAnimList()->GetCount(), 2u);
+        EXPECT_EQ(pEach->GetAnimList()->GetNode(1)->GetAnim()->GetBoneCount(), 2u);
+    }
+    EXPECT_EQ(pModel->GetAnimList()->GetNode(0)->GetAnim(), other->GetAnimList()->GetNode(1)->GetAnim());
+    EXPECT_TRUE(m_Reports.GetWarnings().empty());
+}
+
 TEST_F(XRefs, TheMotionFileHoldsTheAnimationsOfOthers) {
     Save("GENERIC:art\\tank.pvx");
     m_Trees.Write("GENERIC/art/a.pvx", File(TwoBones() + MakeEmptyGroup() + Anim("stop", Info())));

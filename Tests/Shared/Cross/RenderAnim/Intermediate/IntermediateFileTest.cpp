@@ -66,6 +66,7 @@ TEST_F(IntermediateFile, SkeletonsAndMeshTablesAreChecked) {
     };
     EXPECT_EQ(fault(skeleton(1, 0xFFFFFFFF)), "");
     EXPECT_EQ(fault(skeleton(0, 0)), "");
+    EXPECT_THAT(fault(ChunkBytes::Folder("SKEL", "", 3) + MakeEmptyGroup()), HasSubstr("of another level"));
     for (const uint32_t parent : {0u, 1u, 0x7FFFFFFFu, 0xFFFFFFFEu})
         EXPECT_THAT(fault(skeleton(1, parent)), HasSubstr("is no other bone")) << parent;
     for (const uint32_t count : {2u, 0xFFFFFFFFu})
