@@ -37,7 +37,7 @@ public:
             mesh.pPayload.reset();
         }
         m_Places[mesh.name].push_back(m_Local.size());
-        content.mesh = std::move(mesh);
+        content.pMesh = std::make_shared<const ra::MeshRecord>(std::move(mesh));
         m_Local.push_back(std::move(content));
     }
 
@@ -49,17 +49,17 @@ public:
     void SetBoundVolume(const BoundVolume& volume) override { m_Content.boundVolume = volume; }
 
 private:
-    // Meshes of one name are taken in turn, as when a model is loaded.
+    // Meshes of one name are taken in turn, and the last for all that follow, as when a model is loaded.
     MeshContent TakeMesh(ra::MeshEntryRecord entry) {
         MeshContent content;
         content.isLocal = entry.xrefModel.empty();
         if (content.isLocal) {
             std::vector<size_t>& places = m_Places[entry.name];
             size_t& taken = m_Taken[entry.name];
-            if (taken == places.size())
+            if (places.empty())
                 throw Chunky::Exception(ChunkyError_BadChunk,
                                         "mesh group: there is no mesh '" + entry.name + "' in the file");
-            content = std::move(m_Local[places[taken++]]);
+            content = m_Local[places[std::min(taken++, places.size() - 1)]];
         }
         content.entry = std::move(entry);
         return content;

@@ -20,8 +20,9 @@
 struct MeshContent {
     ra::MeshEntryRecord entry;
     bool isLocal = true;
-    // Of a local mesh. Without its vertices and indices unless they were asked for.
-    ra::MeshRecord mesh;
+    // Of a local mesh, which a table may list twice; an empty one otherwise. Without its vertices and indices unless
+    // they were asked for.
+    std::shared_ptr<const ra::MeshRecord> pMesh = std::make_shared<const ra::MeshRecord>();
     std::vector<std::array<uint32_t, ra::s_MeshLevelCount>> indexCounts; // by primitive set and level
 };
 

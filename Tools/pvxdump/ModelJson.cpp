@@ -97,8 +97,8 @@ void AddVertices(json& out, const ra::VertexRecord& level) {
 
 json PrimSetsToJson(const MeshContent& mesh, uint32_t level, bool withVertices) {
     json sets = json::array();
-    for (size_t i = 0; i < mesh.mesh.primSets.size(); ++i) {
-        const ra::PrimSetRecord& primSet = mesh.mesh.primSets[i];
+    for (size_t i = 0; i < mesh.pMesh->primSets.size(); ++i) {
+        const ra::PrimSetRecord& primSet = mesh.pMesh->primSets[i];
         const ra::TriangleRecord& triangles = primSet.levels[level];
         json set = {{"shader", primSet.shader},
                     {"indexCount", mesh.indexCounts[i][level]},
@@ -113,7 +113,7 @@ json PrimSetsToJson(const MeshContent& mesh, uint32_t level, bool withVertices) 
 }
 
 void AddLevel(json& out, const MeshContent& mesh, uint32_t level, bool withVertices) {
-    const ra::VertexRecord& vertices = mesh.mesh.levels[level];
+    const ra::VertexRecord& vertices = mesh.pMesh->levels[level];
     json components = json::array();
     for (uint32_t i = 0; i < gz::VC_Count; ++i)
         if ((vertices.components >> i & 1) != 0)
@@ -135,13 +135,13 @@ json ToJson(const ModelContent& content, const MeshContent& mesh, bool withVerti
     if (!mesh.isLocal)
         return out;
     json transforms = json::array();
-    for (const ra::SkinnedTransformRecord& transform : mesh.mesh.skinnedTransforms)
+    for (const ra::SkinnedTransformRecord& transform : mesh.pMesh->skinnedTransforms)
         transforms.push_back({{"bone", transform.bone}, {"index", transform.index}});
-    out["minDetail"] = mesh.mesh.minDetail;
-    out["childSelection"] = mesh.mesh.childSelection;
-    out["polygonsHigh"] = mesh.mesh.polyCountHigh;
-    out["polygonsLow"] = mesh.mesh.polyCountLow;
-    out["bounds"] = ValueToJson(mesh.mesh.boundVolume);
+    out["minDetail"] = mesh.pMesh->minDetail;
+    out["childSelection"] = mesh.pMesh->childSelection;
+    out["polygonsHigh"] = mesh.pMesh->polyCountHigh;
+    out["polygonsLow"] = mesh.pMesh->polyCountLow;
+    out["bounds"] = ValueToJson(mesh.pMesh->boundVolume);
     out["skinnedTransforms"] = transforms;
     AddLevel(out, mesh, ra::Mesh::Poly_High, withVertices);
     if (GetLowLevel(mesh).count > 0)

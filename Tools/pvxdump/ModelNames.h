@@ -28,5 +28,5 @@ inline uint64_t CountTriangles(const MeshContent& mesh, uint32_t level) {
     return count;
 }
 
-inline const ra::VertexRecord& GetHighLevel(const MeshContent& mesh) { return mesh.mesh.levels[ra::Mesh::Poly_High]; }
-inline const ra::VertexRecord& GetLowLevel(const MeshContent& mesh) { return mesh.mesh.levels[ra::Mesh::Poly_Low]; }
+inline const ra::VertexRecord& GetHighLevel(const MeshContent& mesh) { return mesh.pMesh->levels[ra::Mesh::Poly_High]; }
+inline const ra::VertexRecord& GetLowLevel(const MeshContent& mesh) { return mesh.pMesh->levels[ra::Mesh::Poly_Low]; }

@@ -171,7 +171,7 @@ std::vector<std::string> MakeMeshRow(const ModelContent& content, const MeshCont
             Count(GetHighLevel(mesh).count),
             Count(CountTriangles(mesh, ra::Mesh::Poly_High)),
             FormatComponents(GetHighLevel(mesh).components),
-            FormatBox(mesh.mesh.boundVolume),
+            FormatBox(mesh.pMesh->boundVolume),
             bone};
 }
 
@@ -187,8 +187,8 @@ std::vector<std::string> MakeLowRow(const MeshContent& mesh) {
 // For each shader, and for each level that has triangles with it.
 void AddPrimSetRows(TextTable& table, const MeshContent& mesh, bool withLow) {
     std::string name = Name(mesh.entry.name);
-    for (size_t i = 0; i < mesh.mesh.primSets.size(); ++i) {
-        const ra::PrimSetRecord& primSet = mesh.mesh.primSets[i];
+    for (size_t i = 0; i < mesh.pMesh->primSets.size(); ++i) {
+        const ra::PrimSetRecord& primSet = mesh.pMesh->primSets[i];
         for (const uint32_t level : {ra::Mesh::Poly_High, ra::Mesh::Poly_Low}) {
             const bool isLow = level == ra::Mesh::Poly_Low;
             if (isLow && !withLow)
@@ -214,11 +214,11 @@ void PrintMeshes(std::string& out, const ModelContent& content) {
         if (hasLow)
             meshes.AddRow(MakeLowRow(mesh));
         AddPrimSetRows(sets, mesh, hasLow);
-        for (const ra::SkinnedTransformRecord& transform : mesh.mesh.skinnedTransforms)
-            skins.AddRow({&transform == &mesh.mesh.skinnedTransforms.front() ? name : "", Name(transform.bone),
+        for (const ra::SkinnedTransformRecord& transform : mesh.pMesh->skinnedTransforms)
+            skins.AddRow({&transform == &mesh.pMesh->skinnedTransforms.front() ? name : "", Name(transform.bone),
                           std::to_string(transform.index)});
-        if (mesh.mesh.minDetail != 0 || !mesh.mesh.childSelection)
-            details.AddRow({name, std::to_string(mesh.mesh.minDetail), mesh.mesh.childSelection ? "yes" : "no"});
+        if (mesh.pMesh->minDetail != 0 || !mesh.pMesh->childSelection)
+            details.AddRow({name, std::to_string(mesh.pMesh->minDetail), mesh.pMesh->childSelection ? "yes" : "no"});
     }
     meshes.PrintSection(out,
                         Count(content.meshes.size(), "mesh", "meshes") + ", bounds " + FormatBox(content.boundVolume));

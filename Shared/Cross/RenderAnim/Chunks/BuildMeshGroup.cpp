@@ -59,14 +59,14 @@ private:
             m_Group.SetMesh(index, mesh);
     }
 
-    // Several nodes of a scene may bear one name: their meshes are taken in turn.
+    // Several nodes of a scene may bear one name: their meshes are taken in turn, and the last for all that follow.
     MeshRef TakeMesh(const std::string& name) {
         const auto it = m_Meshes.find(name);
         if (it == m_Meshes.end())
             throw Chunky::Exception(ChunkyError_BadChunk, "mesh group: there is no mesh '" + name + "' in the file");
         Namesakes& namesakes = it->second;
         if (namesakes.taken == namesakes.meshes.size())
-            throw Chunky::Exception(ChunkyError_BadChunk, "mesh group: mesh '" + name + "' is listed too often");
+            return namesakes.meshes.back();
         return namesakes.meshes[namesakes.taken++];
     }
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Shared/Cross/RenderAnim/Chunks/MeshChunk.h"
+#include "Shared/Cross/RenderAnim/Chunks/MeshGroupChunk.h"
 #include "Shared/Cross/RenderAnim/ShaderTypeInfo.h"
 #include "Tests/Shared/Cross/RenderAnim/ModelFixture.h"
 
@@ -60,6 +61,20 @@ protected:
         return FaultOf([&] { Read(bytes.Get()); });
     }
 };
+
+TEST_F(MeshChunk, ATableMayListAMeshTwice) {
+    MakeShader("Clay");
+    PayloadBytes table;
+    table.U32(2);
+    for (const uint32_t bone : {0u, 1u})
+        table.Text("Tile").Text("").U32(bone);
+    const std::string bytes = ChunkBytes::Folder("MSGR", MeshBytes().Get() + ChunkBytes::Data("DATA", table.Get()));
+    const auto pGroup =
+        ReadChunks(bytes, [](Chunky& chunky) { return ra::BuildMeshGroup(chunky, "Walker", ra::MeshForm::Generic); });
+    ASSERT_EQ(pGroup->GetMeshCount(), 2u);
+    EXPECT_EQ(pGroup->GetMesh(0), pGroup->GetMesh(1));
+    EXPECT_EQ(pGroup->GetParentBone(1), 1);
+}
 
 TEST_F(MeshChunk, ReadsAndWritesBytesTypedByHand) {
     ra::MeshRecord record = Read(MeshBytes().Get());
