@@ -30,7 +30,7 @@ void WriteXRefAnim(Chunky& chunky, PayloadWriter& writer, const AnimListNode& no
 }
 
 uint32_t ReadXRefAnim(Chunky& chunky, AnimRecord& record, uint32_t version) {
-    const ChunkInfo info = EnterData(chunky, s_XRefAnimChunk, 1, version);
+    const ChunkInfo info = chunky.EnterData(s_XRefAnimChunk, version);
     PayloadReader reader(chunky, "animation", record.name.c_str());
     record.xrefModel = reader.ReadString("model name");
     record.xrefAnim = reader.ReadString("animation name");

@@ -25,7 +25,7 @@ constexpr uint32_t s_TextureVersion = 1;
 constexpr uint32_t s_TextureInfoVersion = 3;
 
 uint32_t ReadImageCount(Chunky& chunky, const char* pName) {
-    const ChunkInfo info = EnterData(chunky, s_TextureInfoChunk, 1, s_TextureInfoVersion);
+    const ChunkInfo info = chunky.EnterData(s_TextureInfoChunk, s_TextureInfoVersion);
     PayloadReader reader(chunky, "texture", pName);
     if (info.version < 3)
         for (int i = 0; i < 3; ++i)
@@ -42,14 +42,18 @@ bool FitsDevice(const Image& image) {
 // A compressed image brings all levels with it, whatever the count says. Of the others each is a level.
 std::vector<std::unique_ptr<Image>> ReadImages(Chunky& chunky, uint32_t count) {
     std::vector<std::unique_ptr<Image>> images;
-    for (uint32_t i = 0; i < count; ++i) {
-        std::unique_ptr<Image> pImage = ReadImage(chunky);
-        const bool isWhole = i == 0 && Image::IsTypeCompressed(pImage->GetType());
+    const auto keep = [&](std::unique_ptr<Image> pImage) {
         if (FitsDevice(*pImage))
             images.push_back(std::move(pImage));
-        if (isWhole && !images.empty())
-            break;
-    }
+    };
+    std::unique_ptr<Image> pFirst = ReadImage(chunky);
+    const bool isWhole = Image::IsTypeCompressed(pFirst->GetType());
+    if (isWhole || count > 0)
+        keep(std::move(pFirst));
+    if (isWhole && !images.empty())
+        return images;
+    for (uint32_t i = 1; i < LimitImages(count); ++i)
+        keep(ReadImage(chunky));
     return images;
 }
 

@@ -93,7 +93,7 @@ std::unique_ptr<Texture> TextureLoadFinal(Chunky& chunky, uint32_t levelsToSkip)
     const ChunkInfo folder = chunky.EnterFolder(s_TextureChunk, s_TextureVersion);
     const std::string name(folder.name.GetView());
     const uint32_t count = ReadLevelCount(chunky, name.c_str());
-    std::vector<std::unique_ptr<Image>> levels = ReadLevels(chunky, count, levelsToSkip);
+    std::vector<std::unique_ptr<Image>> levels = ReadLevels(chunky, LimitImages(count), levelsToSkip);
     if (levels.empty())
         throw Chunky::Exception(ChunkyError_BadChunk, "TEXTURES -- '" + name + "': Unable to load images!");
     auto pTexture = std::make_unique<Texture>();

@@ -29,7 +29,6 @@ constexpr uint32_t s_BoneChunk = FourCC("BONE");
 constexpr uint32_t s_SkeletonVersion = 3;
 constexpr uint32_t s_InfoVersion = 1;
 constexpr uint32_t s_BoneVersion = 5;
-constexpr uint32_t s_OldestBoneVersion = 1;
 constexpr uint32_t s_BoneMinBytes = 52; // a chunk's header, a parent, a position and a rotation
 
 void WriteBone(Chunky& chunky, PayloadWriter& writer, const Skeleton& skeleton, int32_t index) {
@@ -62,7 +61,7 @@ void ReadPlace(PayloadReader& reader, uint32_t version, BoneRecord& bone) {
 }
 
 BoneRecord ReadBone(Chunky& chunky, uint32_t index, uint32_t count) {
-    const ChunkInfo info = EnterData(chunky, s_BoneChunk, s_OldestBoneVersion, s_BoneVersion);
+    const ChunkInfo info = chunky.EnterData(s_BoneChunk, s_BoneVersion);
     PayloadReader reader(chunky, "bone", info.name.GetText());
     BoneRecord bone;
     bone.name = info.name.GetView();

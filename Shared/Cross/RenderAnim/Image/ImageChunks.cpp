@@ -159,6 +159,8 @@ std::unique_ptr<Image> ReadImage(Chunky& chunky, uint32_t levelsToSkip) {
     return pImage;
 }
 
+uint32_t LimitImages(uint32_t count) { return RunOptions::IsSet("noimages") ? std::min(count, 1u) : count; }
+
 ImageAttributes ReadImageAttributes(Chunky& chunky) {
     chunky.EnterFolder(s_ImageChunk, s_ImageVersion);
     const ImageAttributes attributes = ReadAttributes(chunky);

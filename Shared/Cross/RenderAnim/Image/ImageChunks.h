@@ -22,6 +22,9 @@ void WriteImage(Chunky& chunky, const Image& image);
 // Throws Chunky::Exception for anything that can't be such an image, before memory is taken for it.
 std::unique_ptr<Image> ReadImage(Chunky& chunky, uint32_t levelsToSkip = 0);
 
+// Of how many images of a texture levels can be made: of one, with the word "noimages", since all are the same then.
+uint32_t LimitImages(uint32_t count);
+
 // What an image in a model file is, without its pixels.
 struct ImageAttributes {
     ImageType type = IMAGETYPE_RGBA32;

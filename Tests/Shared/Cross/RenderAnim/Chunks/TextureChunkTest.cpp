@@ -75,12 +75,13 @@ TEST_F(TextureChunk, SeveralImagesAreTheLevelsOfOneTexture) {
     EXPECT_EQ(pAgain->GetImages().size(), 1u);
     EXPECT_EQ(pAgain->GetImages()[0]->GetData(1)[0], 9);
     // A compressed one is whole, whatever the count says.
-    EXPECT_EQ(Read(MakeBytes(MakeImage(IMAGETYPE_DXT1, 4, 4, 8), 5))->GetLevelCount(), 1u);
+    for (const uint32_t count : {0u, 5u})
+        EXPECT_EQ(Read(MakeBytes(MakeImage(IMAGETYPE_DXT1, 4, 4, 8), count))->GetLevelCount(), 1u);
 }
 
 TEST_F(TextureChunk, DamageIsRefused) {
     const std::string grey = MakeImage(IMAGETYPE_LUMINANCE8, 2, 2, 4);
-    EXPECT_EQ(Fault(MakeBytes("", 0)), "Unable to load image(s) for texture 'art\\wood'!");
+    EXPECT_EQ(Fault(MakeBytes(grey, 0)), "Unable to load image(s) for texture 'art\\wood'!");
     EXPECT_NE(Fault(MakeBytes("", 1)), "");
     EXPECT_NE(Fault(MakeBytes(grey, 0xFFFFFFFF)), "");
     EXPECT_THAT(Fault(MakeBytes(grey + grey, 2)), HasSubstr("no levels of one texture"));

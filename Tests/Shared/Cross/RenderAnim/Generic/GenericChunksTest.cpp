@@ -37,7 +37,7 @@ TEST_F(GenericChunks, BonesOfEveryVersionAreRead) {
             payload.U32(12);
         return NamedData("BONE", "hip", payload.Get(), version);
     };
-    for (const uint32_t version : {1u, 2u, 3u, 4u}) {
+    for (const uint32_t version : {0u, 1u, 2u, 3u, 4u}) {
         SCOPED_TRACE(version);
         const auto pModel =
             Read(File(Bones(old(version) + Bone("knee", 0), 2, std::min(version, 3u)) + MakeEmptyGroup()));

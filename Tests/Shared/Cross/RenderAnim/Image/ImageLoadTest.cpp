@@ -149,6 +149,7 @@ TEST(NoImagesRun, DISABLED_EveryPictureIsGrey) {
     Chunky reader{ByteStreamAdapter(pStream.get())};
     EXPECT_EQ(GetPixel(*ReadImage(reader), 0, 0).GetValue(), 0xFF9F9F9F);
     EXPECT_EQ(reader.GetRemaining(), 0u);
+    EXPECT_EQ(LimitImages(3), 1u) << "several such are no levels of a texture";
 }
 
 TEST(NoImages, StandsInForFilesAndChunks) {
