@@ -17,7 +17,7 @@ bool VertexSet::WriteArray(VertexComponent component, const void* pSource, uint3
         return false;
     }
     const uint32_t first = start == NotGiven ? 0 : start;
-    const uint32_t count = range == NotGiven ? GetSize() : range;
+    const uint32_t count = range == NotGiven || range == WholeSet ? GetSize() : range;
     if (count == 0)
         return true;
     uint32_t stride = 0;

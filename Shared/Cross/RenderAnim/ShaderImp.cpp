@@ -51,6 +51,8 @@ void ShaderImp::SetChannelMode(uint32_t n, int32_t mode) { Write(n, &ChannelData
 Colour ShaderImp::GetChannelColour(uint32_t n) const { return Read(n).colour; }
 
 void ShaderImp::SetChannelColour(uint32_t n, Colour colour) {
+    if (Read(n).colour == colour)
+        return;
     Write(n, &ChannelData::colour, colour);
     Write(n, &ChannelData::animatedColour, colour);
 }

@@ -97,6 +97,7 @@ TEST_F(VertexSetTest, WriteArrayFillsOneComponentAndLeavesTheOthers) {
     EXPECT_FALSE(m_Set.WriteArray(VC_Position, all.data(), 1));
     EXPECT_TRUE(ReportCapture::HasWarning("Must set both 'start' and 'range' parameters for WriteArray()."));
     EXPECT_TRUE(m_Set.WriteArray(VC_Position, all.data()));
+    EXPECT_TRUE(m_Set.WriteArray(VC_Position, all.data(), 0, VertexSet::WholeSet));
 }
 
 TEST_F(VertexSetTest, CreatesFromArraysWithZerosForTheRest) {

@@ -23,6 +23,9 @@ TEST_F(ShaderTest, ChannelsCostNothingUntilWritten) {
     EXPECT_FALSE(m_Shader.IsChannelDirty(1));
     m_Shader.SetChannelColour(6, Colour::FromValue(0x01020304));
     EXPECT_EQ(m_Shader.GetChannelAnimatedColour(6).GetValue(), 0x01020304u) << "animation starts from the colour";
+    m_Shader.SetChannelAnimatedColour(6, Colour::FromValue(5));
+    m_Shader.SetChannelColour(6, Colour::FromValue(0x01020304));
+    EXPECT_EQ(m_Shader.GetChannelAnimatedColour(6).GetValue(), 5u) << "the colour was there already";
     EXPECT_THROW(m_Shader.GetChannelMode(CN_Count), std::runtime_error);
 }
 
