@@ -38,10 +38,22 @@ void PrintEvents(std::string& out, const ra::EventList& events) {
     table.PrintSection(out, Count(events.GetCount(), "event", "events"));
 }
 
+std::string GetSecondValue(const ra::Clause& clause) {
+    switch (clause.GetType()) {
+    case ra::Clause::VARIABLE_FLOAT:
+        return Number(static_cast<const ra::ClauseFloat&>(clause).GetSecondValue());
+    case ra::Clause::VARIABLE_BOOL:
+        return static_cast<const ra::ClauseBool&>(clause).GetSecondValue() ? "true" : "false";
+    default:
+        return TextFormat::Name(static_cast<const ra::ClauseString&>(clause).GetSecondValue());
+    }
+}
+
 void PrintConditions(std::string& out, const MotionContent& content) {
-    TextTable clauses({{"clause"}, {"test"}});
+    TextTable clauses({{"clause"}, {"test"}, {"second value"}});
     for (uint32_t i = 0; i < content.clauses.GetCount(); ++i)
-        clauses.AddRow({Name(content.clauses[i].GetName()), TextFormat::Name(content.clauses[i].Print())});
+        clauses.AddRow({Name(content.clauses[i].GetName()), TextFormat::Name(content.clauses[i].Print()),
+                        GetSecondValue(content.clauses[i])});
     clauses.PrintSection(out, Count(content.clauses.GetCount(), "clause", "clauses"));
     TextTable conditions({{"condition"}, {"clauses"}});
     for (uint32_t i = 0; i < content.conditions.GetCount(); ++i)
@@ -120,7 +132,7 @@ void PrintSelection(std::string& out, const SelectionInfo& info) {
     TextTable table({{"mode", Right}, {"extent x, z"}, {"centre x, z"}, {"box centre"}, {"box half extents"}});
     table.AddRow({std::to_string(info.mode), Number(info.extentX) + ", " + Number(info.extentZ),
                   Number(info.centreX) + ", " + Number(info.centreZ), TextFormat::Vector(info.box.centre),
-                  TextFormat::Vector(info.box.halfExtents)});
+                  TextFormat::Vector(info.box.halfExtents) + (info.box.rotation != glm::mat3(1.0f) ? ", turned" : "")});
     table.PrintSection(out, "selection");
 }
 

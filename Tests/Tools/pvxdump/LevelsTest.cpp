@@ -80,8 +80,8 @@ TEST_F(DumpLevels, MotionFilesAreTold) {
         EXPECT_THAT(text, HasSubstr(isFinal ? "motion file, final: 2 motions, 2 actions, 1 event"
                                             : "motion file, generic: 2 motions, 2 actions, 1 event"));
         for (const char* pPart : {"1 animation of other models", "(-1 -2 -3) to (1 2 3)", "gravel", "speed >= 2.5",
-                                  "fast, prone", "speed, Scaled [3, 4]", "Hold End", "7 to 8", "no transitions",
-                                  "events of motions", "motions by chance", "selection"})
+                                  "lower", "fast, prone", "speed, Scaled [3, 4]", "Hold End", "7 to 8",
+                                  "no transitions", "events of motions", "motions by chance", "selection"})
             EXPECT_THAT(text, HasSubstr(pPart)) << isFinal;
         const json motion = PrintJson(bytes);
         EXPECT_EQ(motion["level"], isFinal ? "final" : "generic");

@@ -111,10 +111,11 @@ void CheckMotions(const MotionParts& parts, const MotionContext& context, uint32
 void CheckActions(const MotionParts& parts, const MotionContext& context, uint32_t first) {
     for (uint32_t i = first; i < parts.actions.GetCount(); ++i) {
         Action& action = parts.actions[i];
-        CheckTargets(action, action.m_motions, parts.motions, "Motion", context);
-        CheckTargets(action, action.m_subActions, parts.actions, "Action", context);
+        // Ahead of the targets, with which choices go.
         CheckChoices(action, action.m_motions, parts, context);
         CheckChoices(action, action.m_subActions, parts, context);
+        CheckTargets(action, action.m_motions, parts.motions, "Motion", context);
+        CheckTargets(action, action.m_subActions, parts.actions, "Action", context);
     }
 }
 

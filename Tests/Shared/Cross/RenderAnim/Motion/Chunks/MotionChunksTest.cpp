@@ -149,7 +149,7 @@ TEST_F(MotionChunks, MissingReferencesAreToldAndLeftOut) {
     motion.m_events.push_back({Name("bang"), 0});
     motion.m_timingModifier = Name("slow");
     side.conditions[0].m_clauses.emplace_back("deaf");
-    side.actions[0].m_motions.push_back({Name("hop"), 0, Name("blind")});
+    side.actions[0].m_motions.push_back({Name("hop"), 0, Name("dumb")});
     side.actions[0].m_motions.push_back({Name("walk"), 0, Name("blind")});
     side.actions[0].m_subActions.push_back({Name("sit"), 3, {}});
     Read(side.Write());
@@ -160,6 +160,7 @@ TEST_F(MotionChunks, MissingReferencesAreToldAndLeftOut) {
                               "'Walker': Clause 'deaf' referenced in condition 'running' is missing!",
                               "'Walker': Motion 'hop' referenced in action 'move' is missing!",
                               "'Walker': Action 'sit' referenced in action 'move' is missing!",
+                              "'Walker': Condition 'dumb' referenced in action 'move' is missing!",
                               "'Walker': Condition 'blind' referenced in action 'move' is missing!"})
         EXPECT_EQ(ReportCapture::CountWarnings(pText), 1u) << pText;
     EXPECT_EQ(m_Side.motions[0].GetAnimNodeCount(), 1u);
