@@ -12,6 +12,15 @@ struct MatrixPair {
     Row rows[4];
 };
 
+// Animations hide parts by a scale of 0, in which the axes would lose their directions, and all that hangs on the node
+// its place. This little is hidden as well.
+constexpr double s_LeastScale = 1e-6;
+
+Pair KeepFromZero(Pair scale) {
+    const Pair least = scale < 0.0 ? Pair{-s_LeastScale, -s_LeastScale} : Pair{s_LeastScale, s_LeastScale};
+    return scale > -s_LeastScale && scale < s_LeastScale ? least : scale;
+}
+
 // What ComposeTransform gives, operation by operation.
 MatrixPair Compose(const KeyRun& translation, const KeyRun& rotation, const KeyRun& scale, size_t i) {
     const Pair x = rotation[0][i], y = rotation[1][i], z = rotation[2][i], w = rotation[3][i];
@@ -20,7 +29,9 @@ MatrixPair Compose(const KeyRun& translation, const KeyRun& rotation, const KeyR
     const Pair xx = s * x * x, yy = s * y * y, zz = s * z * z;
     const Pair xy = s * x * y, yz = s * y * z, zx = s * z * x;
     const Pair wx = s * w * x, wy = s * w * y, wz = s * w * z;
-    const Pair scaleX = scale[0][i], scaleY = scale[1][i], scaleZ = scale[2][i];
+    const Pair scaleX = KeepFromZero(scale[0][i]);
+    const Pair scaleY = KeepFromZero(scale[1][i]);
+    const Pair scaleZ = KeepFromZero(scale[2][i]);
     return {{{(1.0 - yy - zz) * scaleX, (xy + wz) * scaleX, (zx - wy) * scaleX},
              {(xy - wz) * scaleY, (1.0 - zz - xx) * scaleY, (yz + wx) * scaleY},
              {(zx + wy) * scaleZ, (yz - wx) * scaleZ, (1.0 - xx - yy) * scaleZ},

@@ -50,6 +50,18 @@ TEST_F(GltfAnimation, TheRangeEndsAtTheLastKeyOfAChannelWithANode) {
     EXPECT_EQ(PositionAt("A", 0.5), Point3(0, 0, 0));
 }
 
+TEST_F(GltfAnimation, AScaleOfZeroKeepsTheDirections) {
+    AddFloats({0, 1}, "SCALAR");
+    AddFloats({1, 1, 1, 0, 2, -0.0f}, "VEC3");
+    Load({.nodes = R"({"name":"A","rotation":[0,0,1,0]})", .animations = Clip("hide", 0, 1, "scale", 0)});
+    const Matrix3 m = Find("A").GetNodeTM(4800);
+    for (int row = 0; row < 3; ++row)
+        EXPECT_GT(glm::length(m[row]), 0.0f) << row;
+    EXPECT_LT(glm::length(m[0]), 1e-5f);
+    EXPECT_LT(glm::dot(m[0], Find("A").GetNodeTM(0)[0]) / glm::length(m[0]), 1.001f);
+    EXPECT_GT(glm::dot(m[0], Find("A").GetNodeTM(0)[0]) / glm::length(m[0]), 0.999f);
+}
+
 TEST_F(GltfAnimation, ClipsAreChosenByNameOrIndex) {
     AddFloats({0, 1}, "SCALAR");
     AddFloats({0, 2}, "SCALAR");
