@@ -239,8 +239,10 @@ MaterialReader::Made MaterialReader::Read(const Place& place, const Json& json) 
 } // namespace
 
 Materials::Materials(const SceneFile& file, const std::string& path, BufferStore& buffers, const Messages& messages,
-                     scene::Scene& scene)
+                     scene::Scene& scene, std::span<const std::string> taken)
     : m_Scene(scene) {
+    for (const std::string& name : taken)
+        m_Names.Make(name, name);
     const Json* pMaterials = FindArray({}, file.GetRoot(), "materials");
     if (!pMaterials)
         return;

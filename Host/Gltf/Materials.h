@@ -5,6 +5,7 @@
 #include "Host/Gltf/SceneFile.h"
 
 #include <map>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -22,9 +23,9 @@ class BufferStore;
 class Materials {
 public:
     // Makes all of the file's materials, and unpacks the images that they use. `path` is the scene's; textures are
-    // named beside it.
+    // named beside it. No material gets a name of `taken`.
     Materials(const SceneFile& file, const std::string& path, BufferStore& buffers, const Messages& messages,
-              scene::Scene& scene);
+              scene::Scene& scene, std::span<const std::string> taken);
 
     // What a mesh with these glTF materials (-1: none), one for each material id, gets as a node's material: nothing,
     // the one there is, or a multi-sub material with `meshName`.

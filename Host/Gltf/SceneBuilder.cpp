@@ -5,6 +5,7 @@
 #include "Host/Scene/Objects.h"
 #include "Host/Sdk/Core.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
@@ -30,6 +31,24 @@ scene::GeometryClass GetGeometryClass(const NodeExtras& extras) {
 
 std::string WeightThem(uint32_t vertexCount) { return vertexCount == 1 ? "weight it" : "weight them"; }
 
+// The exporter names the shader of a mesh without a material after its node; a material of that name would be taken for
+// it.
+std::vector<std::string> FindShaderNames(const SceneFile& file, const NodeTree& tree) {
+    const Json* pMeshes = FindArray({}, file.GetRoot(), "meshes");
+    std::vector<std::string> names;
+    for (const NodeRecord& node : tree.nodes) {
+        if (!pMeshes || node.mesh < 0)
+            continue;
+        const Json& mesh = (*pMeshes)[static_cast<rapidjson::SizeType>(node.mesh)];
+        const Json* pPrimitives = mesh.IsObject() ? FindArray({}, mesh, "primitives") : nullptr;
+        if (pPrimitives && std::ranges::none_of(pPrimitives->GetArray(), [](const Json& primitive) {
+                return primitive.IsObject() && FindMember(primitive, "material");
+            }))
+            names.push_back(node.name);
+    }
+    return names;
+}
+
 } // namespace
 
 SceneBuilder::SceneBuilder(const SceneFile& file, const std::string& path, const LoadOptions& options,
@@ -37,8 +56,8 @@ SceneBuilder::SceneBuilder(const SceneFile& file, const std::string& path, const
     : m_File(file), m_Options(options), m_Messages(messages), m_Scene(scene),
       m_pBuffers(std::make_shared<BufferStore>(file)), m_Tree(ReadNodeTree(file, m_NodeNames)),
       m_Clip(ReadClip(file, *m_pBuffers, m_Tree, options, messages)),
-      m_Materials(file, path, *m_pBuffers, messages, scene), m_Meshes(file.CountOf("meshes")),
-      m_Nodes(m_Tree.nodes.size()), m_KeepsFrame(m_Tree.nodes.size()) {}
+      m_Materials(file, path, *m_pBuffers, messages, scene, FindShaderNames(file, m_Tree)),
+      m_Meshes(file.CountOf("meshes")), m_Nodes(m_Tree.nodes.size()), m_KeepsFrame(m_Tree.nodes.size()) {}
 
 void SceneBuilder::Build() {
     m_Scene.SetAnimRange(GetRange(m_Clip, GetTicksPerFrame()));

@@ -61,6 +61,16 @@ TEST_F(GltfMaterials, AreStandardMaterials) {
     EXPECT_STREQ(Get(2).GetName(), "Material001");
 }
 
+TEST_F(GltfMaterials, NodesWithoutOneKeepTheirNameForTheirShader) {
+    AddFloats({0, 0, 0, 1, 0, 0, 0, 1, 0}, "VEC3");
+    Load({.nodes = R"({"name":"Glass","mesh":0},{"name":"Window","mesh":1})",
+          .meshes = MeshOf(Primitive("\"POSITION\":0", -1, "")) + "," +
+                    MeshOf(Primitive("\"POSITION\":0", -1, ",\"material\":0")),
+          .materials = R"({"name":"glass"})"});
+    EXPECT_EQ(Find("Glass").GetMtl(), nullptr);
+    EXPECT_STREQ(Find("Window").GetMtl()->GetName(), "glass001");
+}
+
 TEST_F(GltfMaterials, TexturesHaveTheirFileTilingAndFilter) {
     const auto base = [](int texture) {
         return R"({"pbrMetallicRoughness":{"baseColorTexture":{"index":)" + std::to_string(texture) + "}}}";
