@@ -167,8 +167,5 @@ int RunExport(const ExportArguments& arguments, const std::string& home, const M
     const int status = Finish(arguments, output, messages, outcome);
     if (outcome.IsWhole())
         PrintProjectNote(arguments, *pScene, start, messages);
-    // An exporter that found nothing to convert has said so, and its log holds nothing besides.
-    if (status != 0 && !output.IsWritten() && progress.GetMeshCount() == 0)
-        output.RemoveNewLog();
     return status;
 }

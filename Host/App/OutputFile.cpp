@@ -79,7 +79,6 @@ OutputFile::OutputFile(const std::string& nativePath, const std::string& nativeS
 
 OutputFile::OutputFile(const std::string& nativePath, Checked checked)
     : m_NativePath(nativePath), m_Path(std::move(checked.path)), m_NativeFolder(std::move(checked.nativeFolder)),
-      m_HadLog(OSFile::FileAttr(GetLogPath().c_str()) != 0),
       m_Guard(OSFile::ToNative(m_Path), OSFile::ToNative(GetUnfinishedName(m_Path))) {}
 
 std::string OutputFile::GetLogPath() const { return m_Path.substr(0, m_Path.rfind('.')) + ".log"; }
@@ -112,9 +111,4 @@ void OutputFile::RemoveIfBroken() const {
         OSFile::Delete(m_Path.c_str());
         OSFile::Close(handle);
     }
-}
-
-void OutputFile::RemoveNewLog() const {
-    if (!m_HadLog)
-        OSFile::Delete(GetLogPath().c_str());
 }

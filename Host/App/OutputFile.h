@@ -30,8 +30,6 @@ public:
     Content GetContent() const;
     // Takes away what a failed run has left: the file, if this run wrote it and it isn't whole.
     void RemoveIfBroken() const;
-    // Takes away the log, unless one had been there before.
-    void RemoveNewLog() const;
 
 private:
     struct Checked {
@@ -44,6 +42,5 @@ private:
     std::string m_NativePath; // as given
     std::string m_Path;
     std::string m_NativeFolder;
-    bool m_HadLog;
     InterruptGuard m_Guard;
 };

@@ -105,12 +105,10 @@ TEST_F(Output, EveryCutOfAFileIsBrokenAndTakenAway) {
 
 TEST_F(Output, WhatTheRunDidNotWriteStays) {
     Write("out.pvx", "broken before");
-    Write("out.log", "log of before");
     const OutputFile output(At("out.pvx"), At("scene.glb"));
     EXPECT_FALSE(output.IsWritten());
     output.RemoveIfBroken();
-    output.RemoveNewLog();
-    EXPECT_THAT(List(), testing::ElementsAre("out.log", "out.pvx"));
+    EXPECT_THAT(List(), testing::ElementsAre("out.pvx"));
 }
 
 } // namespace
