@@ -71,7 +71,7 @@ bool Rename(const char* pFrom, const char* pTo);
 bool IsReplaceable(const char* pPath);
 // One folder, inside one that exists. True too when it is there already.
 bool MakeFolder(const char* pPath);
-// All folders on the way to a file, from the root downward; what stands behind the last backslash is the file.
+// All folders on the way to a file, from the root downward; what stands behind the last separator is the file.
 bool MakeFolders(const char* pFilePath);
 
 // The names in a folder that match a pattern: the last component of `spec`, with * and ? as wildcards. Without "." and

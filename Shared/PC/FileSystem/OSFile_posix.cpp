@@ -376,20 +376,21 @@ bool MakeFolder(const char* pPath) {
 }
 
 bool MakeFolders(const char* pFilePath) {
-    const std::string_view path(pFilePath);
+    std::string path(pFilePath);
+    std::ranges::replace(path, '/', '\\');
     const size_t last = path.rfind('\\');
-    if (last == std::string_view::npos)
+    if (last == std::string::npos)
         return true;
     // Mostly all of them are there.
-    if (FileAttr(std::string(path.substr(0, last + 1)).c_str()) & F_ATTRIBUTE_DIRECTORY)
+    if (FileAttr(path.substr(0, last + 1).c_str()) & F_ATTRIBUTE_DIRECTORY)
         return true;
     size_t begin = 0;
     if (path.starts_with("\\\\")) { // the machine and what it shares are no folders
         begin = path.find('\\', 2);
-        begin = begin == std::string_view::npos ? begin : path.find('\\', begin + 1);
+        begin = begin == std::string::npos ? begin : path.find('\\', begin + 1);
     }
-    for (size_t at = begin; at != std::string_view::npos; at = path.find('\\', at + 1)) {
-        const std::string prefix(path.substr(0, at + 1));
+    for (size_t at = begin; at != std::string::npos; at = path.find('\\', at + 1)) {
+        const std::string prefix = path.substr(0, at + 1);
         if (path[at] == '\\' && !(FileAttr(prefix.c_str()) & F_ATTRIBUTE_DIRECTORY) && !MakeFolder(prefix.c_str()))
             return false;
     }

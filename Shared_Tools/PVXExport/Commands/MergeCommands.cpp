@@ -51,7 +51,8 @@ Value Merge(const Value* pArguments, int count) {
     const AniMergeArguments merge{.count = count,
                                   .mergeFile = arguments[0].ToText(),
                                   .modelFile = arguments[1].ToText(),
-                                  .animFiles = TakeAnimFiles(arguments.subspan(2))};
+                                  .animFiles = GetAniMergeFlags().exportModel ? TakeAnimFiles(arguments.subspan(2))
+                                                                              : std::vector<std::string>()};
     LocalBurnQuestion::Install();
     return Value(AniMerge(merge, GetAniMergeFlags()));
 }

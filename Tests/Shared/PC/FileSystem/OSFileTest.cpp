@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include <sys/stat.h>
@@ -76,6 +77,10 @@ TEST_F(OSFileTest, NewNamesTakeTheAskedSpellingInsideTheFoldersOwn) {
     EXPECT_TRUE(OSFile::MakeFolders(m_Folder.Path("aRT/Sub/Deep/file.txt").c_str()));
     EXPECT_TRUE(m_Folder.Has("Art/Sub/Deep"));
     EXPECT_FALSE(m_Folder.Has("Art/Sub/Deep/file.txt"));
+    std::string slashes = m_Folder.Path("Art/Other/Deep/file.txt");
+    std::ranges::replace(slashes, '\\', '/');
+    EXPECT_TRUE(OSFile::MakeFolders(slashes.c_str()));
+    EXPECT_TRUE(m_Folder.Has("Art/Other/Deep"));
     EXPECT_FALSE(OSFile::MakeFolders(m_Folder.Path("Art/New.Txt/x/y").c_str()));
     EXPECT_FALSE(OSFile::MakeFolder("TOOL:Z:\\somewhere"));
     EXPECT_TRUE(OSFile::MakeFolder(m_Folder.Path("ART").c_str()));
