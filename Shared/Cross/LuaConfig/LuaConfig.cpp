@@ -124,16 +124,23 @@ void LuaConfig::Report(const char* pFormat, ...) const {
         dbPrintf("LUA -- %s", text.c_str());
 }
 
-bool LuaConfig::ClearGlobal(const char* pName) {
+void LuaConfig::PushGlobal(const char* pKey) {
+    LuaExtension::PushKey(m_pState, pKey);
+    lua_rawget(m_pState, LUA_GLOBALSINDEX);
+}
+
+bool LuaConfig::ClearGlobal(const char* pKey) {
+    LuaExtension::PushKey(m_pState, pKey);
     lua_pushnil(m_pState);
-    lua_setglobal(m_pState, pName);
+    lua_settable(m_pState, LUA_GLOBALSINDEX);
     return true;
 }
 
 bool LuaConfig::ClearFunction(const char* pName) {
+    if (!LuaExtension::CheckKey(pName))
+        return false;
     const LuaExtension::StackScope scope(m_pState);
-    lua_pushstring(m_pState, pName);
-    lua_rawget(m_pState, LUA_GLOBALSINDEX);
+    PushGlobal(pName);
     if (lua_isfunction(m_pState, -1))
         return ClearGlobal(pName);
     Report(lua_isnil(m_pState, -1) ? "[%s] ClearFunction called on NIL function '%s'."
@@ -143,9 +150,10 @@ bool LuaConfig::ClearFunction(const char* pName) {
 }
 
 bool LuaConfig::ClearVariable(const char* pName) {
+    if (!LuaExtension::CheckKey(pName))
+        return false;
     const LuaExtension::StackScope scope(m_pState);
-    lua_pushstring(m_pState, pName);
-    lua_rawget(m_pState, LUA_GLOBALSINDEX);
+    PushGlobal(pName);
     if (!lua_isnil(m_pState, -1))
         return ClearGlobal(pName);
     Report("[%s] ClearVariable called on NIL variable '%s'.", GetName(), pName);

@@ -138,7 +138,8 @@ private:
     bool StoreEntry(const char* pKey);
     bool Load(const std::string& text, const std::string& chunkName, const char* pWhat);
     std::string TakeError(int status);
-    bool ClearGlobal(const char* pName);
+    void PushGlobal(const char* pKey);
+    bool ClearGlobal(const char* pKey);
 
     std::string m_Name;
     // Released in reverse order, after the state.

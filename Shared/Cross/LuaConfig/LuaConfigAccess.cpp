@@ -9,6 +9,7 @@
 #include <cmath>
 #include <limits>
 
+using LuaExtension::CheckKey;
 using LuaExtension::StackScope;
 
 namespace {
@@ -28,17 +29,6 @@ int SetIndexed(lua_State* pState) {
 int OnReadOnlyWrite(lua_State* pState) {
     return luaL_error(pState, "attempt to write to `%s' (a read-only value)",
                       lua_tostring(pState, lua_upvalueindex(1)));
-}
-
-bool CheckKey(const char* name) {
-    dbAssert(name && *name);
-    if (!name || !*name)
-        return false;
-    long index = 0;
-    if (!LuaExtension::IsNumberKey(name, index))
-        return true;
-    dbAssert(index > 0);
-    return index > 0;
 }
 
 bool HasMetatable(lua_State* pState, int table) {

@@ -34,11 +34,12 @@ bool WriteGlobals(LuaConfig& config, LuaWriter& writer) {
 }
 
 bool WriteNamed(LuaConfig& config, const char* pName, LuaWriter& writer) {
+    if (!LuaExtension::CheckKey(pName))
+        return false;
     lua_State* pState = config.GetState();
     const LuaExtension::StackScope scope(pState);
     LuaExtension::PushWalked(pState, lua_gettop(pState));
-    if (!LuaExtension::PushKey(pState, pName))
-        return false;
+    LuaExtension::PushKey(pState, pName);
     lua_rawget(pState, -2);
     return writer.WriteEntry(pName, 0, false);
 }

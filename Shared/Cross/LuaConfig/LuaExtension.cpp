@@ -1,5 +1,6 @@
 #include "Shared/Cross/LuaConfig/LuaExtension.h"
 
+#include "Shared/Cross/Debug/db.h"
 #include "Shared/Cross/LuaConfig/LuaBridge.h"
 
 #include <cstdio>
@@ -24,6 +25,17 @@ bool LuaExtension::IsNumberKey(const char* pKey, long& number) {
     char* pEnd = nullptr;
     number = std::strtol(pKey, &pEnd, 10);
     return pEnd != pKey && *pEnd == '\0';
+}
+
+bool LuaExtension::CheckKey(const char* name) {
+    dbAssert(name && *name);
+    if (!name || !*name)
+        return false;
+    long index = 0;
+    if (!IsNumberKey(name, index))
+        return true;
+    dbAssert(index > 0);
+    return index > 0;
 }
 
 bool LuaExtension::PushKey(lua_State* pState, const char* pKey) {

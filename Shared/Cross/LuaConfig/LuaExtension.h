@@ -20,6 +20,8 @@ private:
 
 // Whether a key means a number, and which.
 bool IsNumberKey(const char* pKey, long& number);
+// Whether a caller's key means anything; one that doesn't is an assertion.
+bool CheckKey(const char* name);
 // Pushes what the key means. False, with nothing pushed, for one that means nothing: an empty one and a number below 1.
 bool PushKey(lua_State* pState, const char* pKey);
 // The key that lies at that index as a text. Empty for one that is neither a text nor a number.

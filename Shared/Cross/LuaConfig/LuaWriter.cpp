@@ -83,9 +83,11 @@ bool LuaWriter::WriteEntry(const std::string& key, int depth, bool forceBrackets
 
 void LuaWriter::WriteKey(const std::string& key, int depth, bool forceBrackets) {
     m_Text += GetIndent(depth);
-    if (!StartsWithDigit(key))
+    long number = 0;
+    const bool isNegative = LuaExtension::IsNumberKey(key.c_str(), number) && number < 0;
+    if (!StartsWithDigit(key) && !isNegative)
         m_Text += key + " = ";
-    else if (forceBrackets)
+    else if (forceBrackets || isNegative)
         m_Text += "[" + key + "] = ";
 }
 
@@ -205,12 +207,15 @@ bool LuaWriter::WriteUnsorted(int depth) {
     return written;
 }
 
-// The entry of the table on top of the stack that the key leads to, if it leads to any.
+// The entry of the table on top of the stack that the key leads to.
 bool LuaWriter::WriteField(const std::string& key, int depth, bool forceBrackets) {
     lua_State* pState = m_Config.GetState();
     const StackScope scope(pState);
-    if (!LuaExtension::PushKey(pState, key.c_str()))
-        return true;
+    // A number below 1 too, which no caller's key is.
+    if (long number = 0; LuaExtension::IsNumberKey(key.c_str(), number))
+        lua_pushnumber(pState, static_cast<lua_Number>(number));
+    else
+        lua_pushstring(pState, key.c_str());
     lua_rawget(pState, -2);
     return WriteEntry(key, depth, forceBrackets);
 }

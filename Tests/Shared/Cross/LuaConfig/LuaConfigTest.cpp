@@ -159,6 +159,11 @@ TEST_F(LuaAccess, CommandsAndClearing) {
     EXPECT_TRUE(m_Config.ClearVariable("n"));
     EXPECT_FALSE(m_Config.ClearVariable("n"));
     ExpectReport("[test] ClearVariable called on NIL variable 'n'.");
+    EXPECT_TRUE(m_Config.SetNumber("5", 1));
+    EXPECT_TRUE(m_Config.ClearVariable("5")) << "a number, as for all access by name";
+    EXPECT_EQ(m_Config.GetType("5"), LuaConfig::Type_Nil);
+    for (const char* pKey : {"", "0"})
+        EXPECT_THROW(m_Config.ClearVariable(pKey), std::runtime_error);
 }
 
 TEST_F(LuaAccess, PrintGoesToTheCallback) {

@@ -48,6 +48,8 @@ TEST_F(LuaSave, TablesInAllTheirRules) {
     ExpectSaved("t = { 'a', nil, 'c' }", "t =  \n{\n\t[1] = \"a\",\n\t[3] = \"c\",\n}\n");
     ExpectSaved("t = { [12] = 1, [2] = 1 }", "t =  \n{\n\t[2] = 1,\n\t[12] = 1,\n}\n");
     ExpectSaved("t = { z = 1, a = 2, [false] = 3, B = 4 }", "t =  \n{\n\tB = 4,\n\ta = 2,\n\tz = 1,\n}\n");
+    ExpectSaved("t = { [0] = 'x', 'y' }", "t =  \n{\n\t[0] = \"x\",\n\t[1] = \"y\",\n}\n");
+    ExpectSaved("t = { [-1] = 'x' }", "t =  \n{\n\t[-1] = \"x\",\n}\n");
     ExpectSaved("t = {}", "t =  \n{\n}\n");
     // A key that starts with a digit follows the rule of digits, and leads nowhere by its number.
     ExpectSaved("t = { ['10a'] = 1 }", "t =  \n{\n}\n");
