@@ -1,5 +1,6 @@
 #include "Shared_Tools/BurnerImp/BurnJob.h"
 
+#include "Shared/Cross/FileSystem/Paths/FilePathUtil.h"
 #include "Shared/PC/FileSystem/OSFile.h"
 #include "Shared_Tools/BurnerImp/BurnReport.h"
 #include "Shared_Tools/BurnerImp/FileBurner.h"
@@ -9,7 +10,7 @@
 
 namespace {
 
-constexpr const char* s_ScriptEnd = ".burn";
+constexpr const char* s_ScriptExtension = "burn"; // in any case, as the scripts are found
 
 void AddFolder(const std::string& folder, const NameMatcher& matcher, bool subfolders,
                std::vector<std::string>& files) {
@@ -21,7 +22,8 @@ void AddFolder(const std::string& folder, const NameMatcher& matcher, bool subfo
         const uint32_t attributes = OSFile::FileAttr(path.c_str());
         if ((attributes & OSFile::F_ATTRIBUTE_DIRECTORY) != 0)
             folders.push_back(std::move(path));
-        else if ((attributes & OSFile::F_ATTRIBUTE_FILE) != 0 && !name.ends_with(s_ScriptEnd) && matcher.Matches(name))
+        else if ((attributes & OSFile::F_ATTRIBUTE_FILE) != 0 &&
+                 !FilePathUtil::HasExtension(name.c_str(), s_ScriptExtension) && matcher.Matches(name))
             files.push_back(std::move(path));
     }
     if (subfolders)
