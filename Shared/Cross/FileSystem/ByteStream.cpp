@@ -5,16 +5,20 @@
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
+#include <limits>
 #include <string_view>
 
 namespace {
 
 constexpr size_t s_PrintfSize = 1024;
 
-// Over `size` bytes, or as far as the stream goes: a stored length may be a lie.
+// Over `size` bytes, or as far as the stream goes: a stored length may be a lie. One that stands behind its own length
+// tells nothing of where it ends.
 void SkipBytes(ByteStream& stream, uint64_t size) {
-    const uint64_t target = stream.GetPos() + size;
-    stream.Seek(static_cast<uint32_t>(std::min<uint64_t>(target, stream.GetLength())));
+    const uint64_t pos = stream.GetPos();
+    const uint64_t length = stream.GetLength();
+    const uint64_t end = pos <= length ? length : std::numeric_limits<uint32_t>::max();
+    stream.Seek(static_cast<uint32_t>(std::min(pos + size, end)));
 }
 
 bool WriteAll(ByteStream& stream, std::string_view text) {

@@ -41,10 +41,8 @@ bool RamStream::Attach(void* pBuffer, uint32_t size, bool takeOwnership, Mode mo
     dbAssert(mode == Mode_Read || mode == Mode_Write);
     if (!pBuffer || (mode != Mode_Read && mode != Mode_Write))
         return false;
-    if (m_buffer) {
-        dbBreak();
-        return false;
-    }
+    if (m_Owned && m_buffer != pBuffer)
+        delete[] m_buffer;
     m_buffer = static_cast<uint8_t*>(pBuffer);
     m_Capacity = size;
     m_streamsize = size;
@@ -129,7 +127,7 @@ bool RamStream::Grow(uint64_t desiredSize) {
         dbBreak();
         return false;
     }
-    dbAssert(desiredSize < (1 << 24));
+    dbAssertText(desiredSize < (1 << 24), "desiredSize < ( 1 << 24 )");
     if (desiredSize >= (1 << 24))
         return false;
     uint64_t capacity = s_SmallestGrowth;

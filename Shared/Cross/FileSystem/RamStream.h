@@ -13,8 +13,8 @@ public:
     // A block of its own, which grows when written past its end. In Mode_Read the content is bufsize zero bytes,
     // otherwise it is empty. False for no size and when there is a block already.
     bool Create(uint32_t bufsize, Mode mode);
-    // The caller's block, for reading or for writing over; it never grows. It outlives the stream unless the stream
-    // takes it over.
+    // The caller's block, in place of the one before, for reading or for writing over; it never grows. It outlives the
+    // stream unless the stream takes it over.
     bool Attach(void* pBuffer, uint32_t size, bool takeOwnership, Mode mode);
     // The caller's block, for reading, and the caller's word that nobody reads past its end. The length is 0.
     bool AttachUnbounded(void* pBuffer, bool takeOwnership);

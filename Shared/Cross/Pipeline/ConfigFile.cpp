@@ -15,7 +15,6 @@ namespace {
 constexpr size_t s_MaxLine = 1023;
 constexpr size_t s_MaxName = 256;
 constexpr size_t s_ValueRoom = 2048;
-constexpr uint32_t s_MaxReports = 100; // of one file: what has more bad lines is no file of this kind
 
 std::unique_ptr<ByteStream> OpenByName(const char* pName, ByteStream::Mode mode) {
     if (FilePathUtil::HasAlias(pName))
@@ -112,22 +111,16 @@ private:
     }
 
     void Report(const char* pFormat) {
-        if (m_Reports == s_MaxReports)
-            dbWarningf("Too many bad lines in %s, no more of them are listed", m_pFileName);
-        else if (m_Reports < s_MaxReports) {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
-            dbWarningf(pFormat, m_Line, m_pFileName);
+        dbWarningf(pFormat, m_Line, m_pFileName);
 #pragma GCC diagnostic pop
-        }
-        ++m_Reports;
     }
 
     SectionMap& m_Sections;
     const char* m_pFileName;
     Section* m_pSection = nullptr;
     int m_Line = 0;
-    uint32_t m_Reports = 0;
 };
 
 bool ConfigFile::Load(const char* pName) {

@@ -85,7 +85,7 @@ Pipeline::Mapper Pipeline::CreateMapper(const char* pProjectName, DataKind kind,
     dbAssert(isMappable);
     if ((projectOnly && !pProjectName) || !isMappable)
         return mapper;
-    const PipelineProject* pProject = m_pData->FindProject(pProjectName);
+    const PipelineProject* pProject = pProjectName ? m_pData->FindProject(pProjectName) : nullptr;
     if (pProjectName && !pProject)
         return mapper;
     mapper.m_shared = std::make_shared<Mapper::Shared>();

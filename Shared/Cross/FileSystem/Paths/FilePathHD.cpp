@@ -82,7 +82,7 @@ bool FilePathHD::GetAliasName(std::string& out, const char* pFull) {
         return false;
     const std::string root = HasDrive(m_Root) ? m_Root : FoldCase(OSFile::GetCurrentFolder() + m_Root);
     const std::string_view full(pFull);
-    if (full.size() <= root.size() || FoldCase(full.substr(0, root.size())) != root)
+    if (full.size() < root.size() || FoldCase(full.substr(0, root.size())) != root)
         return false;
     out = full.substr(root.size());
     return true;

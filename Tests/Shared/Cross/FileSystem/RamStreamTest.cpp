@@ -82,6 +82,11 @@ TEST(RamStream, BlocksChangeHands) {
     RamStream second;
     EXPECT_TRUE(second.Attach(pOwned.release(), 4, true, Write));
     EXPECT_EQ(second.Write("efgh", 4), 4u);
+    char other[] = "xy";
+    EXPECT_TRUE(second.Attach(other, 2, false, Read)) << "its own block goes";
+    EXPECT_EQ(second.GetLength(), 2u);
+    EXPECT_TRUE(second.Attach(other, 2, false, Write));
+    EXPECT_EQ(second.Write("zz", 2), 2u);
     const dbNoThrowScope stepOver;
     EXPECT_EQ(second.Write("i", 1), 0u);  // a block that was handed over doesn't grow
     EXPECT_FALSE(second.Create(4, Read)); // it has one
