@@ -59,9 +59,9 @@ public:
     // hasn't the component.
     virtual const void* GetData(VertexComponent component) const = 0;
 
-    // Copies one component from an array without gaps, to the whole set or to the stretch that start and range give.
-    // False, with a line in the log, when the format hasn't the component, when one of start and range is given without
-    // the other, or when the stretch goes beyond the set.
+    // Copies one component from an array without gaps, to the whole set or to the stretch that start and range give; a
+    // range of WholeSet counts as in Lock. False, with a line in the log, when the format hasn't the component, when
+    // one of start and range is given without the other, or when the stretch goes beyond the set.
     bool WriteArray(VertexComponent component, const void* pSource, uint32_t start = NotGiven,
                     uint32_t range = NotGiven);
 };

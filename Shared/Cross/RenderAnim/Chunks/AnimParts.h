@@ -8,8 +8,8 @@
 #include "Shared/Cross/RenderAnim/Anim.h"
 #include "Shared/Cross/RenderAnim/Chunks/AnimPartReader.h"
 
-// What the animations of the forms have in common. All throw std::runtime_error when the
-// stream doesn't take all, and as AnimPartReader on reading.
+// What the animations of the forms have in common. All throw std::runtime_error when the stream doesn't take all, and
+// as AnimPartReader on reading.
 
 namespace ra {
 
